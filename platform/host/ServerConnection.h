@@ -1,0 +1,43 @@
+// The server's side of one connection.
+#pragma once
+
+#include "platform/host/Connection.h"
+#include "platform/host/EventSink.h"
+#include "platform/host/Message.h"
+#include "platform/host/StubTable.h"
+
+#include <cstddef>
+#include <memory>
+#include <string>
+
+namespace host {
+
+// Answers what arrives, one message after the other, on the handler thread that runs serve().
+class ServerConnection {
+public:
+    ServerConnection(int descriptor, std::string endpoint);
+    ~ServerConnection();
+
+    // Returns when the connection has ended.
+    void serve();
+    // Ends the connection, from any thread.
+    void shutDown() { connection_.shutDown(); }
+
+private:
+    bool greet();
+    bool answer(TipprmiStream& message, TipprmiStream& reply);
+    bool answerRequest(MessageHeader const& header, TipprmiStream& request, TipprmiStream& reply);
+    ReplyStatus execute(bool flag, ObjectAddress const& address, TipprmiStream& request, TipprmiStream& reply);
+    bool answerLocate(MessageHeader const& header, ObjectAddress const& address, TipprmiStream& reply);
+    bool answerSubscribe(MessageHeader const& header, ObjectAddress const& address, TipprmiStream& reply);
+    bool send(TipprmiStream const& message);
+    void logMalformed() const;
+
+    std::string const endpoint_;
+    Connection connection_;
+    TreflectStubRef lastStub_; // of the object that was called last: most connections call one object for a while
+    std::shared_ptr<EventSink> sink_;
+    std::size_t subscriptions_ = 0;
+};
+
+} // namespace host

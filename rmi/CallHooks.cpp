@@ -1,0 +1,4 @@
+#include "rmi/CallHooks.h"
+
+InParamHook::~InParamHook() = default;
+OutParamHook::~OutParamHook() = default;

@@ -1,0 +1,84 @@
+// An object served by naming the proxy's own operations.
+#pragma once
+
+#include "rmi/Dispatch.h"
+#include "rmi/TreflectHandlerState.h"
+
+#include <map>
+#include <memory>
+#include <type_traits>
+#include <utility>
+
+//     Servant node{IpNodeClient::IPNODE_OID};
+//     node.on<&IfNetClient::getMtu>([&](long& mtu) { mtu = 1500; return GetClient::OK; });
+//
+// The compiler holds the implementation to the proxy's signature. Operations of several interfaces may be served by
+// one object, as those of a class and its bases are. An operation that was not named is answered as unknown.
+//
+// The object is reachable from construction to destruction. Both, and adding operations, take the run permission.
+class Servant final : public TipprmiObjectSkeleton {
+public:
+    explicit Servant(TipprmiOID const& oid) : TipprmiObjectSkeleton(oid) { activate(); }
+    // With an identifier of its own making.
+    Servant() { activate(); }
+    ~Servant() override
+    {
+        TreflectHandlerState const running;
+        deactivate();
+    }
+
+    // Serves `Member` by `implementation`, in place of an earlier one.
+    template <auto Member, class Implementation>
+    Servant& on(Implementation implementation)
+    {
+        using Row = OperationRow<Member>;
+        static_assert(isImplementation<Implementation>(std::type_identity<typename Row::Signature::Function>{}),
+                      "the implementation does not have the operation's signature");
+        TreflectHandlerState const running;
+        operations_[{operationClassId<Member>, Row::index}] =
+            std::make_shared<Typed<Row, Implementation>>(std::move(implementation));
+        return *this;
+    }
+
+    bool dispatch(bool, unsigned long classId, unsigned long opIndex, TipprmiStream& request,
+                  TipprmiStream& reply) override
+    {
+        auto const found = operations_.find({classId, opIndex});
+        if (found == operations_.end()) {
+            return false;
+        }
+        std::shared_ptr<Served> const served = found->second; // it may be replaced while it runs
+        road::serve(served->shape, served->implementation, *this, classId, opIndex, request, reply);
+        return true;
+    }
+
+private:
+    template <class Implementation, class R, class... A>
+    static constexpr bool isImplementation(std::type_identity<R(A...)>)
+    {
+        return std::is_invocable_r_v<R, Implementation&, A...>;
+    }
+
+    struct Served {
+        Served(CallShape const& itsShape, road::Implementation itsImplementation)
+            : shape(itsShape), implementation(itsImplementation)
+        {
+        }
+        Served(Served const&) = delete;
+        Served& operator=(Served const&) = delete;
+        virtual ~Served() = default;
+        CallShape const& shape;
+        road::Implementation implementation;
+    };
+    template <class Row, class Function>
+    struct Typed final : Served {
+        explicit Typed(Function itsFunction)
+            : Served(road::CallableOf<Row>::shape, road::CallableOf<Row>::of(function)),
+              function(std::move(itsFunction))
+        {
+        }
+        Function function;
+    };
+
+    std::map<std::pair<unsigned long, unsigned long>, std::shared_ptr<Served>> operations_;
+};
