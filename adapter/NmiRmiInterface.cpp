@@ -21,7 +21,7 @@ bool isUsable(NmiRmiAdapterClient const* client, int severity, char const* funct
 
 } // namespace
 
-NmiRmiInterface::NmiRmiInterface() : client(nullptr)
+NmiRmiInterface::NmiRmiInterface()
 {
     TreflectHandlerState const handlerState;
     client = new NmiRmiAdapterClient(TipprmiOID(NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME, NamespaceId(1)));

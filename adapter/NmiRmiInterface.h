@@ -24,5 +24,5 @@ public:
     bool sendAlarm(NmiRmiAdapterClient::AlarmInfo const& alarm);
 
 private:
-    NmiRmiAdapterClient* client;
+    NmiRmiAdapterClient* client = nullptr;
 };

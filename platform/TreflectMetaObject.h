@@ -63,7 +63,7 @@ protected:
 
     private:
         TreflectMetaObject& object_;
-        bool first_;
+        bool first_ = false;
     };
 
     void registerParent(TreflectMetaObject* parent) { parent_ = parent; }

@@ -58,8 +58,8 @@ public:
     TreflectStubRef(TreflectStubRef const& other) : TreflectStubRef(other.stub_) {}
     TreflectStubRef& operator=(TreflectStubRef const& other)
     {
-        other.stub_->retain();
-        std::exchange(stub_, other.stub_)->release();
+        TreflectStubRef copy(other);
+        std::swap(stub_, copy.stub_);
         return *this;
     }
     ~TreflectStubRef() { stub_->release(); }

@@ -17,8 +17,8 @@ struct DispatchTable<Proxy, RowList<Rows...>> {
 } // namespace road
 
 template <class Skeleton, class Proxy, class Base>
-TreflectServerObject::Interface const TypedSkeleton<Skeleton, Proxy, Base>::interface = {Operations<Proxy>::classId,
-                                                                                         baseInterface()};
+constinit TreflectServerObject::Interface const TypedSkeleton<Skeleton, Proxy, Base>::interface = {
+    Operations<Proxy>::classId, baseInterface()};
 
 template <class Skeleton, class Proxy, class Base>
 bool TypedSkeleton<Skeleton, Proxy, Base>::dispatch([[maybe_unused]] bool flag, unsigned long classId,

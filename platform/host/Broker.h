@@ -22,6 +22,7 @@ public:
     static Broker& instance();
     Broker(Broker const&) = delete;
     Broker& operator=(Broker const&) = delete;
+    ~Broker() = delete;
 
     // Listens on `unix:PATH`, `tcp:HOST:PORT` or `tcp:PORT`, which is 127.0.0.1; port 0 lets the system choose one.
     // Empty, or why it cannot.
@@ -54,7 +55,6 @@ public:
 
 private:
     Broker();
-    ~Broker() = delete;
     bool mayWait(char const* what) const;
 
     std::mutex changing_; // serving and peers change one at a time, which may take long

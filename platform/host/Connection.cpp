@@ -71,7 +71,7 @@ std::size_t Connection::sendSome(TipprmiStream const& message)
 void Connection::setReceiveTimeout(int milliseconds)
 {
     if (receiveTimeout_ != milliseconds) {
-        timeval const time{milliseconds / 1000, (milliseconds % 1000) * 1000};
+        timeval const time{milliseconds / 1000, suseconds_t{milliseconds % 1000} * 1000};
         ::setsockopt(descriptor_, SOL_SOCKET, SO_RCVTIMEO, &time, sizeof time);
         receiveTimeout_ = milliseconds;
     }

@@ -4,7 +4,7 @@ namespace host {
 
 namespace {
 
-constexpr std::size_t fullQueue = 1024 * 1024; // bytes
+constexpr std::size_t fullQueue = std::size_t{1024} * 1024; // bytes
 
 } // namespace
 

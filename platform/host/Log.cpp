@@ -47,6 +47,7 @@ public:
     std::unique_ptr<custom_flag_formatter> clone() const override { return std::make_unique<PlaceFlag>(); }
 };
 
+TRSMAN_PRINTF(1, 0)
 std::string formatted(char const* format, std::va_list arguments)
 {
     std::va_list again;

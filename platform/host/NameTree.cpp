@@ -93,7 +93,7 @@ TreflectObject NameTree::child(TipprmiOID const& oid, std::string const& name)
     std::lock_guard const lock(mutex_);
     auto const siblings = children_.find(keyOf(oid));
     if (siblings == children_.end()) {
-        return TreflectObject();
+        return {};
     }
     auto const found = siblings->second.find(name);
     return found != siblings->second.end() ? found->second : TreflectObject();

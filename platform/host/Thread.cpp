@@ -7,7 +7,7 @@ namespace host {
 
 namespace {
 
-constexpr std::size_t scarceStack = 512 * 1024;
+constexpr std::size_t scarceStack = std::size_t{512} * 1024;
 
 } // namespace
 

@@ -60,7 +60,7 @@ void keepBlock(Block const& block)
         return;
     }
     // Four small blocks must not keep a large one out for good: the thread would allocate for every long message.
-    Block* smallest = &kept.blocks[0];
+    Block* smallest = kept.blocks.data();
     for (Block& candidate : kept.blocks) {
         smallest = candidate.capacity < smallest->capacity ? &candidate : smallest;
     }

@@ -80,7 +80,7 @@ TreflectMetaObject* TreflectMetaObject::find(std::string const& name)
     return found;
 }
 
-TreflectMetaObject::Completion::Completion(TreflectMetaObject& object) : object_(object), first_(false)
+TreflectMetaObject::Completion::Completion(TreflectMetaObject& object) : object_(object)
 {
     if (object_.isComplete()) {
         return;

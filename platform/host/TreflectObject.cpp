@@ -54,7 +54,7 @@ TreflectOperation TreflectObject::operation(std::string const& name) const
     TreflectMetaOperation found{"", 0, 0};
     TreflectMetaObject* const own = meta();
     bool const exists = own != nullptr && own->findOperation(name, found);
-    return TreflectOperation(*this, found, exists);
+    return {*this, found, exists};
 }
 
 // A class that an application derives from a proxy has its proxy's meta object.

@@ -20,7 +20,7 @@ TipprmiOID newIdentifier()
         LogMakeString("local/%ld/%llx/", static_cast<long>(::getpid()),
                       static_cast<unsigned long long>(std::chrono::steady_clock::now().time_since_epoch().count()));
     static std::atomic<unsigned long> last = 0;
-    return TipprmiOID(prefix + std::to_string(last.fetch_add(1, std::memory_order_relaxed) + 1));
+    return {prefix + std::to_string(last.fetch_add(1, std::memory_order_relaxed) + 1)};
 }
 
 } // namespace
