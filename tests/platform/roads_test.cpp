@@ -19,6 +19,20 @@ using IdentData = PerformanceServiceClient::IdentData_t;
 
 enum class Way { inProcess, unixSocket, tcp };
 
+std::string nameOf(Way way)
+{
+    switch (way) {
+    case Way::inProcess:
+        return "InProcess";
+    case Way::unixSocket:
+        return "UnixSocket";
+    case Way::tcp:
+        break;
+    }
+    return "Tcp";
+}
+void PrintTo(Way way, std::ostream* out) { *out << nameOf(way); }
+
 class Roads : public support::BrokerTest, public testing::WithParamInterface<Way> {
 protected:
     Roads()
@@ -141,19 +155,8 @@ TEST_P(Roads, RefuseARequestThatHasOtherArguments)
     EXPECT_TRUE(proxy.set(1));
 }
 
-std::string nameOf(testing::TestParamInfo<Way> const& way)
-{
-    switch (way.param) {
-    case Way::inProcess:
-        return "InProcess";
-    case Way::unixSocket:
-        return "UnixSocket";
-    case Way::tcp:
-        break;
-    }
-    return "Tcp";
-}
-INSTANTIATE_TEST_SUITE_P(All, Roads, testing::Values(Way::inProcess, Way::unixSocket, Way::tcp), nameOf);
+INSTANTIATE_TEST_SUITE_P(All, Roads, testing::Values(Way::inProcess, Way::unixSocket, Way::tcp),
+                         [](auto const& road) { return nameOf(road.param); });
 
 using Loopback = support::BrokerTest;
 

@@ -3,6 +3,7 @@
 
 #include "platform/host/Broker.h"
 #include "platform/host/Log.h"
+#include "tests/support/Echo.h"
 
 #include <chrono>
 #include <cstddef>
@@ -234,13 +235,5 @@ protected:
     ScratchDirectory directory;
     std::string const path = directory.file("socket");
 };
-
-template <class Proxy>
-Proxy boundTo(TreflectORB const* peer, TipprmiOID const& oid)
-{
-    Proxy proxy;
-    proxy.TipprmiObjectClient::connect(peer, oid);
-    return proxy;
-}
 
 } // namespace support
