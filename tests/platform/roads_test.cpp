@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 namespace {
 
@@ -241,7 +242,9 @@ TEST_F(Loopback, EndpointsThatCannotBeServedAreNamed)
     }
     EXPECT_EQ(broker.serve("unix:" + path), "");
     EXPECT_NE(broker.serve("unix:" + path), "") << "one server each";
-    EXPECT_EQ(::access(path.c_str(), F_OK), 0);
+    struct stat file {};
+    EXPECT_EQ(::stat(path.c_str(), &file), 0);
+    EXPECT_EQ(file.st_mode & 0777U, 0600U) << "it is the owner's alone";
     broker.stop();
     EXPECT_NE(::access(path.c_str(), F_OK), 0) << "the socket file stayed behind";
     { // A socket file that nobody listens on any more is replaced.
