@@ -3,6 +3,7 @@
 #include "platform/NmaLogHelper.h"
 #include "platform/host/RunPermission.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace host {
@@ -10,6 +11,9 @@ namespace host {
 namespace {
 
 constexpr std::size_t mostIdle = 64;
+// A thread takes another one's connection when that one has not called for a while, or when there are many.
+constexpr std::int64_t leftMilliseconds = 1000;
+constexpr std::size_t manyIdle = 16;
 // A connection that was used a moment ago is taken to be alive: asking costs a system call.
 constexpr std::int64_t restMilliseconds = 10;
 
@@ -28,16 +32,27 @@ void Peer::close()
     dropIdle();
 }
 
+bool Peer::isOneLeft(Deadline const& deadline) const
+{
+    return idle_.size() >= manyIdle ||
+           (!idle_.empty() && deadline.start() - idle_.front().connection->lastUse() > leftMilliseconds);
+}
+
 std::unique_ptr<Connection> Peer::takeIdle(Deadline const& deadline)
 {
     std::unique_ptr<Connection> connection;
     {
         std::lock_guard const lock(mutex_);
-        if (idle_.empty()) {
-            return nullptr;
+        auto place = std::find_if(idle_.rbegin(), idle_.rend(),
+                                  [](Idle const& idle) { return idle.user == std::this_thread::get_id(); });
+        if (place == idle_.rend()) {
+            if (!isOneLeft(deadline)) {
+                return nullptr;
+            }
+            --place; // the one that has been idle longest
         }
-        connection = std::move(idle_.back());
-        idle_.pop_back();
+        connection = std::move(place->connection);
+        idle_.erase(std::next(place).base());
     }
     if (deadline.start() - connection->lastUse() > restMilliseconds && connection->isStale()) {
         dropIdle();
@@ -50,13 +65,13 @@ void Peer::giveBack(std::unique_ptr<Connection> connection)
 {
     std::lock_guard const lock(mutex_);
     if (idle_.size() < mostIdle && isOpen()) {
-        idle_.push_back(std::move(connection));
+        idle_.push_back({std::this_thread::get_id(), std::move(connection)});
     }
 }
 
 void Peer::dropIdle()
 {
-    std::vector<std::unique_ptr<Connection>> dropped;
+    std::vector<Idle> dropped;
     std::lock_guard const lock(mutex_);
     dropped.swap(idle_);
     idle_.reserve(mostIdle);

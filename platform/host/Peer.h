@@ -11,12 +11,14 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace host {
 
 // The client's side of the connections to one endpoint. A call takes an idle connection, or makes one, and gives it
-// back afterwards: as many connections as there are calls at a time, and no thread but the calling one.
+// back afterwards; no thread has a part in it but the calling one. Threads keep to the connection they used last: the
+// system then keeps its two ends on one processor, which spares waking up the other.
 //
 // Never destroyed, because stubs refer to it: a peer that was removed is closed.
 class Peer final : public TreflectORB {
@@ -51,6 +53,12 @@ public:
     EventLink& events() { return events_; }
 
 private:
+    struct Idle {
+        std::thread::id user;
+        std::unique_ptr<Connection> connection;
+    };
+
+    bool isOneLeft(Deadline const& deadline) const;
     std::unique_ptr<Connection> takeIdle(Deadline const& deadline);
     void giveBack(std::unique_ptr<Connection> connection);
     void dropIdle();
@@ -64,7 +72,7 @@ private:
     unsigned long const number_;
     std::atomic<bool> isOpen_ = true;
     std::mutex mutex_;
-    std::vector<std::unique_ptr<Connection>> idle_; // the last one used is the first one taken
+    std::vector<Idle> idle_; // the one used last is at the end
     EventLink events_{*this};
 };
 
