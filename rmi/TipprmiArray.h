@@ -1,6 +1,8 @@
 // The fixed array of a call: exactly N elements, stored inline.
 #pragma once
 
+#include <algorithm>
+
 template <class T, unsigned long N>
 class TipprmiArray {
     static_assert(N > 0);
@@ -8,11 +10,11 @@ class TipprmiArray {
 public:
     // Elements are as T's default construction leaves them; TipprmiArray{} sets scalars to zero.
     TipprmiArray() = default;
-    TipprmiArray(TipprmiArray const& other) { copy(other); }
+    TipprmiArray(TipprmiArray const& other) { std::copy_n(other.elements_, N, elements_); }
     TipprmiArray& operator=(TipprmiArray const& other)
     {
         if (this != &other) {
-            copy(other);
+            std::copy_n(other.elements_, N, elements_);
         }
         return *this;
     }
@@ -39,12 +41,5 @@ public:
     }
 
 private:
-    void copy(TipprmiArray const& other)
-    {
-        for (unsigned long i = 0; i < N; ++i) {
-            elements_[i] = other.elements_[i];
-        }
-    }
-
     T elements_[N];
 };
