@@ -1,0 +1,37 @@
+// The command line of a program, with the options that all programs have.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <optional>
+#include <string>
+
+namespace tools {
+
+// Adds --log-level, --exit-on-eof, --help and --version to the options that a program adds itself.
+class CommandLine {
+public:
+    static constexpr int wrongUsage = 2;
+
+    // `logLevel`: the severity of the least important lines that are logged unless --log-level says otherwise.
+    CommandLine(std::string const& program, std::string const& description, int logLevel);
+
+    CLI::App& options() { return app_; }
+
+    // Reads the command line and sets the log level. The exit code, when the program is to end: 0 after --help and
+    // --version, wrongUsage after saying what is wrong.
+    std::optional<int> parse(int argc, char const* const* argv);
+    bool exitsOnEof() const { return exitsOnEof_; }
+
+    // Whether the text is an endpoint, as the check of an option: empty, or what is wrong with it.
+    static std::string checkEndpoint(std::string const& text);
+    // Where a simulated unit listens unless it is told otherwise.
+    static std::string defaultEndpoint();
+
+private:
+    CLI::App app_;
+    int logLevel_;
+    bool exitsOnEof_ = false;
+};
+
+} // namespace tools

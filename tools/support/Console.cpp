@@ -1,0 +1,190 @@
+#include "tools/support/Console.h"
+
+#include "platform/host/CallFailure.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <csignal>
+#include <cstdio>
+#include <poll.h>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+namespace tools {
+
+namespace {
+
+constexpr std::size_t longestLine = 4096;
+
+// The words of a line, which blanks separate. A word in double quotes may contain blanks, or nothing. What is wrong
+// with the line, or empty.
+std::string split(std::string_view line, Words& words)
+{
+    constexpr std::string_view blanks = " \t\r";
+    for (;;) {
+        line.remove_prefix(std::min(line.find_first_not_of(blanks), line.size()));
+        if (line.empty()) {
+            return {};
+        }
+        bool const isQuoted = line.front() == '"';
+        line.remove_prefix(isQuoted ? 1 : 0);
+        std::size_t const length = isQuoted ? line.find('"') : std::min(line.find_first_of(blanks), line.size());
+        if (length == std::string_view::npos) {
+            return "the quote that opens '" + host::printable(line) + "' is not closed";
+        }
+        words.emplace_back(line.substr(0, length));
+        line.remove_prefix(length + (isQuoted ? 1 : 0));
+    }
+}
+
+std::string usageOf(Command const& command)
+{
+    return command.arguments.empty() ? command.name : command.name + ' ' + command.arguments;
+}
+
+} // namespace
+
+void say(std::string const& line)
+{
+    std::string const text = line + '\n';
+    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
+        ::kill(::getpid(), SIGTERM);
+    }
+}
+
+bool parseNumber(std::string_view text, long least, long most, long& number)
+{
+    long parsed = 0;
+    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), parsed);
+    if (error != std::errc() || end != text.data() + text.size() || parsed < least || parsed > most) {
+        return false;
+    }
+    number = parsed;
+    return true;
+}
+
+Console::Console(std::string const& endCommand)
+{
+    sigset_t ending;
+    ::sigemptyset(&ending);
+    ::sigaddset(&ending, SIGTERM);
+    ::sigaddset(&ending, SIGINT);
+    ::sigprocmask(SIG_BLOCK, &ending, nullptr);
+    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
+    signals_ = ::signalfd(-1, &ending, SFD_CLOEXEC | SFD_NONBLOCK);
+
+    add({"help", "", "lists the commands", [this](Words const&) {
+             sayHelp();
+             return std::string();
+         }});
+    add({endCommand, "", "ends the program", [this](Words const&) {
+             isEnded_ = true;
+             return std::string();
+         }});
+}
+
+Console::~Console() { ::close(signals_); }
+
+void Console::add(Command command) { commands_.push_back(std::move(command)); }
+
+std::string Console::execute(std::string_view line)
+{
+    Words words;
+    if (std::string wrong = split(line, words); !wrong.empty() || words.empty()) {
+        return wrong;
+    }
+    auto const command = std::find_if(commands_.begin(), commands_.end(),
+                                      [&](Command const& candidate) { return candidate.name == words.front(); });
+    if (command == commands_.end()) {
+        return "'" + host::printable(words.front()) + "' is no command; help lists them";
+    }
+    words.erase(words.begin());
+
+    Words expected;
+    split(command->arguments, expected);
+    auto const required =
+        std::count_if(expected.begin(), expected.end(), [](std::string const& word) { return word.front() != '['; });
+    if (words.size() > expected.size()) {
+        return command->name + ": '" + host::printable(words[expected.size()]) +
+               "' is one word too many: " + usageOf(*command);
+    }
+    if (words.size() < static_cast<std::size_t>(required)) {
+        return command->name + ": " + expected[words.size()] + " is missing: " + usageOf(*command);
+    }
+    std::string const wrong = command->run(words);
+    return wrong.empty() ? wrong : command->name + ": " + wrong;
+}
+
+void Console::sayHelp() const
+{
+    std::size_t width = 0;
+    for (Command const& command : commands_) {
+        width = std::max(width, usageOf(command).size());
+    }
+    for (Command const& command : commands_) {
+        std::string usage = usageOf(command);
+        usage.resize(width + 2, ' ');
+        say("  " + usage + command.help);
+    }
+}
+
+void Console::run(bool endsWithInput)
+{
+    while (!isEnded_) {
+        std::string line;
+        if (!takeLine(line)) {
+            isEnded_ = isInputAtEnd_ && endsWithInput;
+            if (!isEnded_) {
+                receive();
+            }
+        } else if (std::string const wrong = execute(line); !wrong.empty()) {
+            std::fprintf(stderr, "%s\n", wrong.c_str());
+        }
+    }
+}
+
+// The next line among what was received. One that is too long is not executed, not even in part.
+bool Console::takeLine(std::string& line)
+{
+    for (;;) {
+        std::size_t const length = received_.find('\n');
+        if (length == std::string::npos) {
+            if (received_.size() > longestLine) {
+                isCut_ = true;
+                received_.clear();
+            }
+            return false;
+        }
+        line = received_.substr(0, length);
+        received_.erase(0, length + 1);
+        if (!isCut_ && length <= longestLine) {
+            return true;
+        }
+        isCut_ = false;
+        std::fprintf(stderr, "a line of more than %zu bytes is not executed\n", longestLine);
+    }
+}
+
+// Waits for a signal or for input.
+void Console::receive()
+{
+    std::array<pollfd, 2> waiting{{{signals_, POLLIN, 0}, {isInputAtEnd_ ? -1 : STDIN_FILENO, POLLIN, 0}}};
+    if (::poll(waiting.data(), waiting.size(), -1) <= 0) {
+        return;
+    }
+    if (waiting[0].revents != 0) {
+        isEnded_ = true;
+        return;
+    }
+    std::array<char, 4096> room;
+    ssize_t const count = ::read(STDIN_FILENO, room.data(), room.size());
+    if (count > 0) {
+        received_.append(room.data(), static_cast<std::size_t>(count));
+        return;
+    }
+    isInputAtEnd_ = true;
+    received_ += received_.empty() && !isCut_ ? "" : "\n"; // the last line may come without its end
+}
+
+} // namespace tools

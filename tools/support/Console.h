@@ -1,0 +1,59 @@
+// What a program does between its start and its end: one command a line from standard input, until something ends it.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tools {
+
+// Writes a line to standard output at once, from any thread. When nobody can read it any more, the program is asked to
+// end.
+void say(std::string const& line);
+
+using Words = std::vector<std::string>;
+
+struct Command {
+    std::string name;
+    std::string arguments; // such as "NAME [N]": one word each; an optional one stands in brackets
+    std::string help;
+    // Gets the words after the name, as many as `arguments` allows. Empty, or what is wrong with them.
+    std::function<std::string(Words const&)> run;
+};
+
+// Made before any other thread: SIGTERM and SIGINT then reach none, and end run() instead. The commands `help` and one
+// that ends the program are there from the start.
+class Console {
+public:
+    // `endCommand`: the name of the command that ends the program.
+    explicit Console(std::string const& endCommand);
+    Console(Console const&) = delete;
+    Console& operator=(Console const&) = delete;
+    ~Console();
+
+    void add(Command command);
+    // Executes one command. Empty, or what is wrong with it. A blank line does nothing.
+    std::string execute(std::string_view line);
+    // Executes the commands that come, and complains about wrong ones on standard error, until one of them or a signal
+    // ends the program, or the input's end when `endsWithInput`.
+    void run(bool endsWithInput);
+    bool isEnded() const { return isEnded_; }
+
+private:
+    bool takeLine(std::string& line);
+    void receive();
+    void sayHelp() const;
+
+    std::vector<Command> commands_;
+    int signals_;
+    std::string received_;
+    bool isCut_ = false; // the line that is being received is too long, and its beginning was dropped
+    bool isInputAtEnd_ = false;
+    bool isEnded_ = false;
+};
+
+// A decimal number from `least` to `most`. False, with `number` as it was, when the text is none.
+bool parseNumber(std::string_view text, long least, long most, long& number);
+
+} // namespace tools

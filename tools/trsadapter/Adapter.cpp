@@ -1,0 +1,82 @@
+#include "tools/trsadapter/Adapter.h"
+
+#include "platform/NmaLogHelper.h"
+#include "platform/host/CallFailure.h"
+#include "platform/host/Log.h"
+#include "platform/host/UnitValues.h"
+#include "rmi/TreflectHandlerState.h"
+#include "tools/support/Console.h"
+
+#include <climits>
+#include <string_view>
+
+namespace {
+
+constexpr char const* notConnected = "NmiRmiAdapterClient is not connected.";
+constexpr char const* isInvalid = "zynToNmaAlarmInfo failed.";
+
+void sayAddress(std::string const& told)
+{
+    constexpr std::string_view publicAddress = "public IP address: ";
+    if (told.starts_with(publicAddress)) {
+        tools::say("applied " + host::printable(told.substr(publicAddress.size())));
+    }
+}
+
+} // namespace
+
+Adapter::Adapter() { host::UnitValues::instance().setListener(sayAddress); }
+
+Adapter::~Adapter()
+{
+    wrapper_.reset();
+    host::UnitValues::instance().setListener(nullptr);
+}
+
+bool Adapter::connect()
+{
+    wrapper_.reset();
+    host::LogCapture const log; // the wrapper tells in no other way
+    wrapper_ = std::make_unique<ZynNmaWrapper>();
+    bool const isReached = !log.contains(notConnected);
+    tools::say(isReached ? "the agent is reached" : "the agent cannot be reached");
+    return isReached;
+}
+
+bool Adapter::sendAlarm(Alarm const& alarm)
+{
+    host::LogCapture const log;
+    host::resetCallFailure();
+    bool const isAccepted = wrapper_->sendAlarm(alarm);
+    host::CallFailure const& failure = host::lastCallFailure();
+    std::string const outcome = isAccepted                   ? "delivered and accepted"
+                                : log.contains(isInvalid)    ? "is invalid and was not sent"
+                                : log.contains(notConnected) ? "was not sent: the agent cannot be reached"
+                                : failure.kind != host::CallFailure::Kind::none ? "failed: " + failure.reason
+                                                                                : "delivered and refused";
+    tools::say(LogMakeString("alarm %d,%d ", alarm.type, alarm.state) + outcome);
+    return isAccepted;
+}
+
+std::string Adapter::announce()
+{
+    TreflectHandlerState const running;
+    host::resetCallFailure();
+    NmiRmiAdapterClient(TipprmiOID(NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME)).notifyPublicIpAddrChangeRmi();
+    host::CallFailure const& failure = host::lastCallFailure();
+    return failure.kind == host::CallFailure::Kind::none ? std::string() : failure.reason;
+}
+
+bool Adapter::parse(std::string const& text, Alarm& alarm)
+{
+    std::string_view const whole = text;
+    std::size_t const comma = whole.find(',');
+    long type = 0;
+    long state = 0;
+    if (comma == std::string_view::npos || !tools::parseNumber(whole.substr(0, comma), INT_MIN, INT_MAX, type) ||
+        !tools::parseNumber(whole.substr(comma + 1), INT_MIN, INT_MAX, state)) {
+        return false;
+    }
+    alarm = {static_cast<int>(type), static_cast<int>(state)};
+    return true;
+}

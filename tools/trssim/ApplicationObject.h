@@ -1,0 +1,47 @@
+// The simulated unit's application object: what ApplicationObjectClient reaches.
+#pragma once
+
+#include "rmi/ApplicationObjectClient.h"
+#include "rmi/Servant.h"
+#include "tools/trssim/FaultService.h"
+#include "tools/trssim/LocationId.h"
+#include "tools/trssim/ObjectList.h"
+#include "tools/trssim/PerformanceService.h"
+
+#include <optional>
+#include <string>
+
+namespace sim {
+
+// Owns its services. It consumes and provides services itself.
+class ApplicationObject {
+public:
+    explicit ApplicationObject(std::string const& id);
+    ApplicationObject(ApplicationObject const&) = delete;
+    ApplicationObject& operator=(ApplicationObject const&) = delete;
+
+    FaultService& faults() { return faults_; }
+    // Null after destroyPerformanceSvc().
+    PerformanceService* performance() { return performance_ ? &*performance_ : nullptr; }
+
+private:
+    using Objects = ObjectList<ApplicationObjectClient>;
+
+    auto proxy() const { return ApplicationObjectClient(&servant_); }
+    void serveServices();
+    void serveSupport();
+    void serveLife();
+    bool isReleaseGranted(ApplicationObjectClient const& other) const;
+
+    std::string const id_;
+    LocationId location_;
+    FaultService faults_;
+    std::optional<PerformanceService> performance_;
+    bool reportsToExtern_ = true;
+    Objects consumers_;
+    Objects providers_;
+    ApplicationObjectSenaPolicyClient policy_;
+    Servant servant_;
+};
+
+} // namespace sim

@@ -1,0 +1,15 @@
+#include "tools/trssim/Policy.h"
+
+#include "clients/services/AdminStatePolicySkeleton.h"
+
+#include <utility>
+
+namespace sim {
+
+Policy::Policy(std::string const& owner, std::function<bool()> permits) : servant_(TipprmiOID(owner + "/Policy"))
+{
+    servant_.on<&AdminStatePolicyClient::getState>(std::move(permits))
+        .on<&AdminStatePolicyClient::notifyStateChange>([] {});
+}
+
+} // namespace sim

@@ -1,0 +1,82 @@
+#include "tools/trssim/UnitAgent.h"
+
+#include "platform/NmaLogHelper.h"
+#include "platform/TreflectORB.h"
+#include "platform/host/CallFailure.h"
+#include "tools/support/Console.h"
+
+namespace sim {
+
+UnitAgent::UnitAgent(std::string const& address) : address_(address)
+{
+    servant_
+        .on<&NmiRmiAdapterClient::notifyPublicIpAddrChangeRmi>([this] {
+            answer("notifyPublicIpAddrChangeRmi");
+            tools::say(address_.empty() ? "an empty address announced"
+                                        : "address " + host::printable(address_) + " announced");
+        })
+        .on<&NmiRmiAdapterClient::getPublicIpAddrRmi>([this] {
+            answer("getPublicIpAddrRmi");
+            return address_;
+        })
+        .on<&NmiRmiAdapterClient::sendAlarmRmi>([this](NmiRmiAdapterClient::AlarmInfo const& alarm) {
+            answer("sendAlarmRmi");
+            tools::say(LogMakeString("alarm %d,%d received and %s", static_cast<int>(alarm.type),
+                                     static_cast<int>(alarm.state), acceptsAlarms_ ? "accepted" : "refused"));
+            return acceptsAlarms_;
+        });
+}
+
+void UnitAgent::sayAddress() const
+{
+    tools::say(address_.empty() ? "no address" : "address " + host::printable(address_));
+}
+
+void UnitAgent::setAddress(std::string const& address)
+{
+    address_ = address;
+    sayAddress();
+}
+
+void UnitAgent::announce(std::string const& address)
+{
+    address_ = address;
+    NmiRmiAdapterClient(&servant_).notifyPublicIpAddrChangeRmi();
+}
+
+void UnitAgent::setAcceptsAlarms(bool accepts)
+{
+    acceptsAlarms_ = accepts;
+    tools::say(accepts ? "alarms are accepted" : "alarms are refused");
+}
+
+void UnitAgent::hang()
+{
+    hangsNext_ = true;
+    tools::say("the next call of the agent will hang");
+}
+
+void UnitAgent::letGo()
+{
+    std::lock_guard const lock(mutex_);
+    isEnded_ = true;
+    ended_.notify_all();
+}
+
+// Comes first in every operation. The unit's own calls never hang: they would keep it from ending.
+void UnitAgent::answer(char const* operation)
+{
+    if (!hangsNext_ || !TreflectORB::isHandlerThread()) {
+        return;
+    }
+    hangsNext_ = false;
+    tools::say(std::string("hanging in ") + operation);
+    TreflectORB::releaseRunPermission();
+    {
+        std::unique_lock lock(mutex_);
+        ended_.wait(lock, [this] { return isEnded_; });
+    }
+    TreflectORB::getRunPermission();
+}
+
+} // namespace sim
