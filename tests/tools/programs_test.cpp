@@ -66,7 +66,7 @@ TEST_F(Programs, SurviveHostileInput)
         {"sing", "'sing' is no command"},
         {std::string("ad\0dress\x1b[2J", 12), "'ad\\x00dress\\x1b[2J' is no command"},
         {std::string(5000, 'x'), "more than 4096 bytes"},
-        {"raise los" + std::string(300000, ' ') + "x", "more than 4096 bytes"},
+        {"raise los" + std::string(65536, ' ') + "x", "more than 4096 bytes"},
         {"address \"10.0.0.8", "'10.0.0.8' is not closed"},
         {"raise", "NAME is missing"},
         {"raise los deg", "'deg' is one word too many"},
@@ -102,10 +102,6 @@ TEST_F(Programs, EndCleanlyHoweverTheyAreEnded)
         [](ChildProcess& child) { child.signal(SIGTERM); },
         [](ChildProcess& child) { child.signal(SIGINT); },
         [](ChildProcess& child) { child.closeInput(); },
-        [](ChildProcess& child) {
-            child.write("help"); // a last line without its end is a line
-            child.closeInput();
-        },
     };
     for (End const end : ends) {
         Unit sim = unit({"--exit-on-eof"});
@@ -123,6 +119,12 @@ TEST_F(Programs, EndCleanlyHoweverTheyAreEnded)
     EXPECT_EQ(adapter.waitForExit(), 0) << "the unit ended with its input";
     sim.signal(SIGTERM);
     EXPECT_EQ(sim.waitForExit(), 0);
+
+    Unit last = unit({"--exit-on-eof", "--address", "10.0.0.7"});
+    EXPECT_TRUE(last.write("address")); // the last line may come without its end
+    last.closeInput();
+    EXPECT_EQ(last.waitForExit(), 0);
+    EXPECT_EQ(last.readLine(), "address 10.0.0.7");
 
     Unit told = unit({"--do", "hang"}); // a call without an answer does not keep the unit from ending
     ChildProcess waiting(program("trsadapter"), {"--unit", endpoint, "--once"});

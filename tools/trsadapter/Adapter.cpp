@@ -46,7 +46,6 @@ bool Adapter::connect()
 bool Adapter::sendAlarm(Alarm const& alarm)
 {
     host::LogCapture const log;
-    host::resetCallFailure();
     bool const isAccepted = wrapper_->sendAlarm(alarm);
     host::CallFailure const& failure = host::lastCallFailure();
     std::string const outcome = isAccepted                   ? "delivered and accepted"
@@ -61,7 +60,6 @@ bool Adapter::sendAlarm(Alarm const& alarm)
 std::string Adapter::announce()
 {
     TreflectHandlerState const running;
-    host::resetCallFailure();
     NmiRmiAdapterClient(TipprmiOID(NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME)).notifyPublicIpAddrChangeRmi();
     host::CallFailure const& failure = host::lastCallFailure();
     return failure.kind == host::CallFailure::Kind::none ? std::string() : failure.reason;
