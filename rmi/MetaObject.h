@@ -3,30 +3,48 @@
 
 #include "rmi/Operations.h"
 
-#include <string>
+#include <span>
+#include <string_view>
+
+// What a meta object tells of its class.
+struct MetaDescription {
+    std::string_view className;
+    unsigned long classId;
+    std::span<TreflectMetaObject::MetaOpData const> operations;
+    TreflectMetaObject* (*parent)(); // completes and gives the base's meta object; null for a root
+};
+
+// A meta object that is completed from a description.
+class DescribedMetaObject : public TreflectMetaObject {
+public:
+    void completeMetaInformation() override;
+    // This object, completed.
+    TreflectMetaObject* completed();
+
+protected:
+    // The description is static.
+    explicit DescribedMetaObject(MetaDescription const& description);
+
+private:
+    MetaDescription const& description_;
+};
 
 // XClient::ClientSpecificMetaObject. The proxy names its base as `Parent`; a base with a meta object of its own is the
 // meta parent.
 template <class Proxy>
-class ProxyMetaObject final : public TreflectMetaObject {
+class ProxyMetaObject final : public DescribedMetaObject {
 public:
-    ProxyMetaObject() : TreflectMetaObject(std::string(Operations<Proxy>::className), Operations<Proxy>::classId) {}
+    ProxyMetaObject() : DescribedMetaObject(description) {}
 
-    void completeMetaInformation() override
+private:
+    static constexpr auto parentMeta()
     {
-        Completion const completion(*this);
-        if (!completion.isFirst()) {
-            return;
-        }
+        TreflectMetaObject* (*meta)() = nullptr;
         if constexpr (requires { Proxy::Parent::staticMeta(); }) {
-            registerParent(Proxy::Parent::staticMeta());
+            meta = &Proxy::Parent::staticMeta;
         }
-        completeMetaInformationHelper(Operations<Proxy>::table.data(), Operations<Proxy>::count, nullptr, 0);
+        return meta;
     }
-    // This object, completed.
-    TreflectMetaObject* completed()
-    {
-        completeMetaInformation();
-        return this;
-    }
+    static constexpr MetaDescription description{Operations<Proxy>::className, Operations<Proxy>::classId,
+                                                 Operations<Proxy>::table, parentMeta()};
 };
