@@ -1,0 +1,8 @@
+#include "clients/ip/EthUnitClient.h"
+
+#include "rmi/Call.h"
+
+EthUnitClient::ClientSpecificMetaObject EthUnitClient::oMeta;
+TreflectMetaObject* EthUnitClient::staticMeta() { return oMeta.completed(); }
+
+EthUnitClient::~EthUnitClient() = default;
