@@ -8,10 +8,7 @@
 #include "platform/host/Log.h"
 #include "rmi/ApplicationObjectSkeleton.h"
 #include "rmi/Servant.h"
-#include "tests/support/Recorder.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "tests/support/Exchange.h"
 
 #include <functional>
 
@@ -104,6 +101,19 @@ TEST(Reply, fillsOutArguments)
     ASSERT_EQ(data.getLength(), 2U);
     EXPECT_TRUE(data[1].flag);
     EXPECT_EQ(data[1].history[95], 7U);
+}
+
+TEST(Reply, fillsOneOutArgumentBesideABool)
+{
+    golden::expectReplies({
+        golden::replyTo<&PerformanceServiceClient::existMonitoring>("00 00 00 01 00 00 00 01"),
+        golden::replyTo<&PerformanceServiceClient::getElapsedTime>("00 00 00 01 FF FF FF FF"),
+    });
+    golden::expectOfRefusedCalls({
+        golden::replyTo<&PerformanceServiceClient::startMonitoring>("00 00 00 00 00 00 00 00"),
+        golden::replyTo<&PerformanceServiceClient::getHistoricData>(repeated(4 + 4 + 4 * 96, "00")),
+        golden::replyTo<&AdminStateClient::getPolicies>("00 00 00 00"),
+    });
 }
 
 TEST(Reply, rebindsProxies)

@@ -69,3 +69,12 @@ TipprmiSequence<T> sequenceOf(std::initializer_list<T> elements)
     }
     return sequence;
 }
+
+template <class T, class... Element>
+TipprmiArray<T, sizeof...(Element)> arrayOf(Element... elements)
+{
+    TipprmiArray<T, sizeof...(Element)> array;
+    unsigned long index = 0;
+    ((array[index++] = static_cast<T>(elements)), ...);
+    return array;
+}

@@ -2,16 +2,15 @@
 #pragma once
 
 #include "rmi/Dispatch.h"
-#include "tests/support/Recorder.h"
+#include "tests/support/Exchange.h"
 #include "tests/support/TypeText.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include <array>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <span>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -44,47 +43,6 @@ std::string baseText()
         static_assert(std::is_base_of_v<TipprmiObjectClient, Proxy>);
         return "TipprmiObjectClient";
     }
-}
-
-// The lines that the catalogue would have if it were written from the code.
-template <class Proxy>
-std::vector<std::string> linesOf()
-{
-    using List = Operations<Proxy>;
-    std::string road = "by hand";
-    std::string metaParent = "-";
-    if constexpr (requires { Proxy::staticMeta(); }) {
-        road = "remote";
-        List::forEach([&]<class Row>(Row) { road = Row::isLocal ? "local" : "remote"; });
-        if (TreflectMetaObject const* const parent = Proxy::staticMeta()->parent()) {
-            metaParent = parent->name();
-        }
-    }
-    char identifier[11];
-    std::snprintf(identifier, sizeof identifier, "0x%08x", static_cast<unsigned>(List::classId));
-    auto const joined = [&](std::initializer_list<std::string> columns) {
-        std::string line(List::className);
-        for (std::string const& column :
-             {std::string(List::interfaceName), std::string(identifier), baseText<Proxy>(), metaParent}) {
-            line += '\t' + column;
-        }
-        for (std::string const& column : columns) {
-            line += '\t' + column;
-        }
-        return line;
-    };
-
-    std::vector<std::string> result;
-    List::forEach([&]<class Row>(Row) {
-        using Signature = typename Row::Signature;
-        result.push_back(joined({road, std::to_string(Row::index), std::string(Row::name),
-                                 parametersText(std::type_identity<typename Signature::Arguments>{}),
-                                 typeText(std::type_identity<typename Signature::Result>{})}));
-    });
-    if (result.empty()) {
-        result.push_back(joined({road, "-", "-", "-", "-"}));
-    }
-    return result;
 }
 
 // A value of any type that travels, no two alike and none like a value that was never set.
@@ -138,73 +96,135 @@ struct Sample<TipprmiSequence<T, N>> {
     }
 };
 
-// Calls one operation on an object that answers with sample values. The request must hold exactly the in-arguments;
-// the result and the out-arguments must be the ones of the reply, in that order.
-template <class Proxy, class Row, class R, class... A>
-void callOne(std::type_identity<std::tuple<A...>>)
+template <class T>
+[[gnu::noinline]] T writeSample(TipprmiStream& stream, int& seed)
 {
-    SCOPED_TRACE(std::string(reflect::className<Proxy>) + "::" + std::string(Row::name));
-    constexpr auto isIn = []<class Argument>(std::type_identity<Argument>) {
-        return std::is_const_v<std::remove_reference_t<Argument>>;
-    };
+    T value = Sample<T>::make(seed);
+    stream << value;
+    return value;
+}
+
+// Calls an operation with sample values on an object that answers with others. What must be in the request, the
+// in-arguments, is added to `expected`; the result and the out-arguments must be those of the reply, in that order.
+template <class R, class... A>
+[[gnu::noinline]] void expectReply(TipprmiObjectClient const& proxy, Recorder& object, Recorder::Call& expected,
+                                   R (TipprmiObjectClient::*operation)(A...) const)
+{
     int seed = 0;
     TipprmiStream request(100);
     TipprmiStream reply(100);
-    std::tuple<std::remove_cvref_t<A>...> arguments{};
     if constexpr (!std::is_void_v<R>) {
-        reply << Sample<R>::make(seed);
+        writeSample<R>(reply, seed);
     }
-    [[maybe_unused]] auto const prepare = [&]<class Argument>(std::type_identity<Argument> type, auto& argument) {
-        auto const value = Sample<std::remove_cvref_t<Argument>>::make(seed);
-        (isIn(type) ? request : reply) << value;
-        if (isIn(type)) {
-            argument = value;
+    [[maybe_unused]] auto const prepare = [&]<class Argument>(std::type_identity<Argument&>, auto& argument) {
+        if constexpr (std::is_const_v<Argument>) {
+            argument = writeSample<std::remove_const_t<Argument>>(request, seed);
+        } else {
+            writeSample<Argument>(reply, seed);
         }
     };
+    std::tuple<std::remove_cvref_t<A>...> arguments{};
     std::apply([&](auto&... argument) { (prepare(std::type_identity<A>{}, argument), ...); }, arguments);
 
-    Recorder object;
     object.reply = hex(reply);
-    Proxy const proxy(&object);
-    TipprmiStream received(100);
-    std::apply(
-        [&](auto&... argument) {
-            if constexpr (std::is_void_v<R>) {
-                (proxy.*Row::member)(argument...);
-            } else {
-                received << (proxy.*Row::member)(argument...);
-            }
-        },
-        arguments);
-    [[maybe_unused]] auto const collect = [&]<class Argument>(std::type_identity<Argument> type, auto& argument) {
-        if (!isIn(type)) {
-            received << argument;
-        }
-    };
-    std::apply([&](auto&... argument) { (collect(std::type_identity<A>{}, argument), ...); }, arguments);
+    expected.request = hex(request);
+    EXPECT_EQ(golden::received(proxy, operation, arguments), object.reply);
+}
 
-    EXPECT_THAT(object.calls,
-                testing::ElementsAre(Recorder::Call{Operations<Proxy>::classId, Row::index, hex(request)}));
-    EXPECT_EQ(hex(received), object.reply);
+template <class Function>
+struct SignatureOf;
+template <class R, class... A>
+struct SignatureOf<R(A...)> {
+    // "in long; out bool\tvoid": the catalogue's last two columns.
+    static std::string text()
+    {
+        return parametersText(std::type_identity<std::tuple<A...>>{}) + '\t' + typeText(std::type_identity<R>{});
+    }
+    // Members are called as the root's, so that operations of one signature share expectReply().
+    template <auto Member>
+    static void call(TipprmiObjectClient const& proxy, Recorder& object, Recorder::Call& expected)
+    {
+        expectReply(proxy, object, expected, static_cast<R (TipprmiObjectClient::*)(A...) const>(Member));
+    }
+};
+
+struct OperationCheck {
+    std::string_view name;
+    unsigned long index;
+    bool isLocal;
+    std::string (*signature)();
+    void (*call)(TipprmiObjectClient const& proxy, Recorder& object, Recorder::Call& expected);
+};
+
+template <class Rows>
+inline constexpr int operationChecks = 0;
+template <class... Row>
+inline constexpr std::array<OperationCheck, sizeof...(Row)> operationChecks<RowList<Row...>>{
+    OperationCheck{Row::name, Row::index, Row::isLocal, &SignatureOf<typename Row::Signature::Function>::text,
+                   &SignatureOf<typename Row::Signature::Function>::template call<Row::member>}...};
+
+inline void expectLines(std::string_view className, std::string const& classColumns, std::string const& byHand,
+                        std::span<OperationCheck const> operations)
+{
+    // The lines that the catalogue would have if it were written from the code.
+    std::vector<std::string> result;
+    for (OperationCheck const& row : operations) {
+        result.push_back(classColumns +
+                         (!byHand.empty() ? byHand
+                          : row.isLocal   ? "local"
+                                          : "remote") +
+                         '\t' + std::to_string(row.index) + '\t' + std::string(row.name) + '\t' + row.signature());
+    }
+    if (result.empty()) {
+        result.push_back(classColumns + "remote\t-\t-\t-\t-");
+    }
+    auto const expected = lines().find(className);
+    ASSERT_NE(expected, lines().end()) << "the catalogue has no such class";
+    EXPECT_THAT(result, testing::ElementsAreArray(expected->second));
 }
 
 // That the class is the catalogue's, column by column and row by row.
 template <class Proxy>
 void expectListed()
 {
-    auto const expected = lines().find(reflect::className<Proxy>);
-    ASSERT_NE(expected, lines().end()) << "the catalogue has no such class";
-    EXPECT_THAT(linesOf<Proxy>(), testing::ElementsAreArray(expected->second));
+    using List = Operations<Proxy>;
+    std::string byHand = "by hand";
+    std::string metaParent = "-";
+    if constexpr (requires { Proxy::staticMeta(); }) {
+        byHand.clear();
+        if (TreflectMetaObject const* const parent = Proxy::staticMeta()->parent()) {
+            metaParent = parent->name();
+        }
+    }
+    char columns[200];
+    std::snprintf(columns, sizeof columns, "%s\t%s\t0x%08x\t%s\t%s\t", std::string(List::className).c_str(),
+                  std::string(List::interfaceName).c_str(), static_cast<unsigned>(List::classId),
+                  baseText<Proxy>().c_str(), metaParent.c_str());
+    expectLines(List::className, columns, byHand, operationChecks<typename List::Rows>);
 }
 
-// That the body of every operation calls that operation and no other.
-template <class Proxy>
+inline void expectCalls(TipprmiObjectClient const& proxy, Recorder& object, std::string_view declaring,
+                        unsigned long classId, std::span<OperationCheck const> operations)
+{
+    for (OperationCheck const& operation : operations) {
+        SCOPED_TRACE(std::string(declaring) + "::" + std::string(operation.name));
+        Recorder::Call expected{classId, operation.index, ""};
+        object.calls.clear();
+        operation.call(proxy, object, expected);
+        EXPECT_THAT(object.calls, testing::ElementsAre(expected));
+    }
+}
+
+// That every operation of the class, inherited ones too, calls that operation of the class that declares it.
+template <class Proxy, class Declaring = Proxy>
 void expectEveryBodyCallsItsOperation()
 {
-    Operations<Proxy>::forEach([]<class Row>(Row) {
-        using Signature = typename Row::Signature;
-        callOne<Proxy, Row, typename Signature::Result>(std::type_identity<typename Signature::Arguments>{});
-    });
+    using List = Operations<Declaring>;
+    Recorder object;
+    expectCalls(Proxy(&object), object, List::className, List::classId, operationChecks<typename List::Rows>);
+    if constexpr (requires { Operations<typename Declaring::Parent>::classId; }) {
+        expectEveryBodyCallsItsOperation<Proxy, typename Declaring::Parent>();
+    }
 }
 
 } // namespace catalogue
