@@ -44,13 +44,14 @@ std::string CommandLine::defaultEndpoint()
     return std::string("unix:") + (directory != nullptr && *directory != '\0' ? directory : "/tmp") + "/trssim.sock";
 }
 
+void CommandLine::takeCommands() { app_.add_flag("--exit-on-eof", exitsOnEof_, "End with standard input"); }
+
 std::optional<int> CommandLine::parse(int argc, char const* const* argv)
 {
     // Last, so that the help begins with the program's own.
     app_.add_option("--log-level", logLevel_, "Log lines on standard error: none, error, warning, info or debug")
         ->type_name("LEVEL")
         ->transform(CLI::Validator(levelToSeverity, ""));
-    app_.add_flag("--exit-on-eof", exitsOnEof_, "End with standard input");
     app_.set_version_flag("--version", app_.get_name() + " " TRSMAN_VERSION, "Print the version and end");
     app_.set_help_flag("--help", "Print this help and end");
     try {

@@ -8,7 +8,7 @@
 
 namespace tools {
 
-// Adds --log-level, --exit-on-eof, --help and --version to the options that a program adds itself.
+// Adds --log-level, --help and --version to the options that a program adds itself.
 class CommandLine {
 public:
     static constexpr int wrongUsage = 2;
@@ -17,6 +17,8 @@ public:
     CommandLine(std::string const& program, std::string const& description, int logLevel);
 
     CLI::App& options() { return app_; }
+    // Adds --exit-on-eof, for a program that takes commands from standard input.
+    void takeCommands();
 
     // Reads the command line and sets the log level. The exit code, when the program is to end: 0 after --help and
     // --version, wrongUsage after saying what is wrong.

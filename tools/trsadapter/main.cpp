@@ -72,6 +72,7 @@ int main(int argc, char** argv)
         ->type_name("MS")
         ->capture_default_str()
         ->check(CLI::Range(1, longestTimeout).description(""));
+    line.takeCommands();
     if (std::optional<int> const code = line.parse(argc, argv)) {
         return *code;
     }

@@ -1,6 +1,7 @@
 // trssim: a simulated unit, driven by commands.
 #include "platform/host/Broker.h"
 #include "tools/support/CommandLine.h"
+#include "tools/trssim/IpNode.h"
 #include "tools/trssim/UnitCommands.h"
 
 #include <cstdio>
@@ -10,8 +11,9 @@ namespace {
 constexpr char const* description =
     "A simulated unit. It serves the network management agent NmiRmiAdapterServer and the application object\n"
     "AppObject-1 with AppObject-1/LocationId, /FaultService, /AdminState, /Policy, /PerformanceService and\n"
-    "/Condition/los, /deg and /temp. It takes commands, one a line, from standard input (`help` lists them) and says\n"
-    "what happens.";
+    "/Condition/los, /deg and /temp; and the IP node under its well-known identifier, which hands out two Ethernet\n"
+    "interfaces, two VLANs, a routing table and a hardware unit with module, LED and sensor. It takes commands, one a\n"
+    "line, from standard input (`help` lists them) and says what happens.";
 
 constexpr int cannotServe = 1;
 
@@ -35,6 +37,7 @@ int main(int argc, char** argv)
         .add_option("--do", commands, "A command to execute at the start; may be given several times")
         ->type_name("COMMAND")
         ->allow_extra_args(false);
+    line.takeCommands();
     if (std::optional<int> const code = line.parse(argc, argv)) {
         return *code;
     }
@@ -45,6 +48,7 @@ int main(int argc, char** argv)
     tools::Console console("stop");
     sim::UnitAgent agent(address);
     sim::ApplicationObject object("AppObject-1");
+    sim::IpNode const ipNode;
     sim::addCommands(console, agent, object);
     for (std::string const& command : commands) {
         if (std::string const wrong = console.execute(command); !wrong.empty()) {

@@ -1,0 +1,119 @@
+#include "tools/trssim/EthInterface.h"
+
+#include "platform/host/QelOperations.h"
+#include "tools/support/Console.h"
+#include "tools/trssim/Setting.h"
+
+#include <algorithm>
+
+namespace sim {
+
+namespace {
+
+constexpr std::size_t mostVlans = 4094;
+
+} // namespace
+
+EthInterface::EthInterface(std::string const& id, short number, Address const& address, EthLinkClient const& link)
+    : Interface(id, "eth", number, address), id_(id), fabric_(TipprmiOID(id + "/VlanFabric"))
+{
+    links_.push_back(link);
+    servant()
+        .on<&EthIfNetClient::getEthernetAddress>([number](TipprmiArray<short, 6>& ethernetAddress) {
+            constexpr short locallyAdministered = 2;
+            ethernetAddress = TipprmiArray<short, 6>{};
+            ethernetAddress[0] = locallyAdministered;
+            ethernetAddress[5] = number;
+            return GetClient::OK;
+        })
+        .on<&EthIfNetClient::getLinks>([this] { return links_; })
+        .on<&EthIfNetClient::getActiveLink>([this] { return links_[0]; })
+        .on<&EthIfNetClient::getVlanIfNetFabric>([this] { return VlanIfNetFabricClient(&fabric_); });
+    serveSetting<&EthIfNetClient::getVlanEnabled, &EthIfNetClient::setVlanEnabled>(servant(), hasVlans_);
+    serveSetting<&EthIfNetClient::getQosEnable, &EthIfNetClient::setQosEnable>(servant(), hasQos_);
+    serveVlans();
+    serveFabric();
+}
+
+Vlan const* EthInterface::addVlan(VlanIfNetClient::VlanIfNetCreateParams const& params)
+{
+    if (vlans_.size() == mostVlans || vlans_.contains(params.vlanId)) {
+        return nullptr;
+    }
+    return vlans_.emplace(params.vlanId, std::make_unique<Vlan>(id_, params)).first->second.get();
+}
+
+void EthInterface::serveVlans()
+{
+    servant()
+        .on<&EthIfNetClient::createVlan>(
+            [this](VlanIfNetClient::VlanIfNetCreateParams const& params, VlanIfNetClient& created) {
+                Vlan const* const vlan = addVlan(params);
+                if (vlan == nullptr) {
+                    return RunClient::FAILED;
+                }
+                created = vlan->proxy();
+                tools::say("VLAN " + std::to_string(params.vlanId) + " created");
+                return RunClient::OK;
+            })
+        .on<&EthIfNetClient::deleteVlan>([this](unsigned short const& id) {
+            if (vlans_.erase(id) == 0) {
+                return RunClient::FAILED;
+            }
+            tools::say("VLAN " + std::to_string(id) + " deleted");
+            return RunClient::OK;
+        })
+        .on<&EthIfNetClient::getVlanIfNet>([this](unsigned short const& id, VlanIfNetClient& found) {
+            auto const vlan = vlans_.find(id);
+            if (vlan == vlans_.end()) {
+                return RunClient::FAILED;
+            }
+            found = vlan->second->proxy();
+            return RunClient::OK;
+        })
+        .on<&EthIfNetClient::getVlanTags>([this] {
+            TipprmiSequence<unsigned short> tags;
+            for (auto const& [id, vlan] : vlans_) {
+                tags.push_back(id);
+            }
+            return tags;
+        });
+}
+
+void EthInterface::serveFabric()
+{
+    fabric_.on<&QelFabricBaseClient::getSize>([this] { return static_cast<unsigned long>(vlans_.size()); })
+        .on<&QelFabricBaseClient::getIndexes>([this] {
+            TipprmiSequence<std::string> indexes;
+            for (auto const& [id, vlan] : vlans_) {
+                indexes.push_back(std::to_string(id));
+            }
+            return indexes;
+        })
+        .on<&VlanIfNetFabricClient::retrieve>([this](std::string const& index) {
+            Vlan const* const vlan = vlanAt(index);
+            return vlan != nullptr ? vlan->proxy() : VlanIfNetClient();
+        })
+        .on<&VlanIfNetFabricClient::retrieveAll>([this] {
+            TipprmiSequence<VlanIfNetClient> all;
+            for (auto const& [id, vlan] : vlans_) {
+                all.push_back(vlan->proxy());
+            }
+            return all;
+        })
+        .on<&VlanIfNetFabricClient::destroy>([this](std::string const& index) {
+            std::erase_if(vlans_, [&](auto const& entry) { return std::to_string(entry.first) == index; });
+        })
+        .on<&VlanIfNetFabricClient::destroyByInterface>([this](VlanIfNetClient const& vlan) {
+            std::erase_if(vlans_, [&](auto const& entry) { return entry.second->proxy().isSameObject(vlan); });
+        });
+}
+
+Vlan const* EthInterface::vlanAt(std::string const& index) const
+{
+    auto const found = std::find_if(vlans_.begin(), vlans_.end(),
+                                    [&](auto const& entry) { return std::to_string(entry.first) == index; });
+    return found != vlans_.end() ? found->second.get() : nullptr;
+}
+
+} // namespace sim

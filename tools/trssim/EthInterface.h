@@ -1,0 +1,38 @@
+// An Ethernet interface of the simulated unit: what EthIfNetClient and its VLAN fabric reach.
+#pragma once
+
+#include "clients/ip/EthIfNetClient.h"
+#include "tools/trssim/Interface.h"
+#include "tools/trssim/Vlan.h"
+
+#include <map>
+#include <memory>
+#include <string>
+
+namespace sim {
+
+// The VLANs that it has can be had from it and from its fabric, which knows each by its VLAN identifier in decimal.
+class EthInterface final : public Interface {
+public:
+    EthInterface(std::string const& id, short number, Address const& address, EthLinkClient const& link);
+
+    auto proxy() const { return EthIfNetClient(&servant()); }
+    // Null when there is a VLAN of that identifier.
+    Vlan const* addVlan(VlanIfNetClient::VlanIfNetCreateParams const& params);
+
+private:
+    using Vlans = std::map<unsigned short, std::unique_ptr<Vlan>>;
+
+    void serveVlans();
+    void serveFabric();
+    Vlan const* vlanAt(std::string const& index) const;
+
+    std::string const id_;
+    TipprmiSequence<EthLinkClient> links_;
+    bool hasVlans_ = true;
+    bool hasQos_ = false;
+    Vlans vlans_; // by the identifiers that they were created with
+    Servant fabric_;
+};
+
+} // namespace sim

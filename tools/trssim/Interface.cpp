@@ -1,0 +1,54 @@
+#include "tools/trssim/Interface.h"
+
+#include "tools/trssim/Setting.h"
+
+#include <utility>
+
+namespace sim {
+
+Address makeAddress(short first, short second, short third, short fourth)
+{
+    Address address;
+    address[0] = first;
+    address[1] = second;
+    address[2] = third;
+    address[3] = fourth;
+    return address;
+}
+
+Interface::Interface(std::string const& id, std::string name, short number, Address const& address)
+    : name_(std::move(name)), number_(number), servant_(TipprmiOID(id))
+{
+    setFirstAddress(address);
+    servant_
+        .on<&IfNetClient::getUnitName>([this](std::string& unitName) {
+            unitName = name_;
+            return GetClient::OK;
+        })
+        .on<&IfNetClient::getUnitNumber>([this](short& unitNumber) {
+            unitNumber = number_;
+            return GetClient::OK;
+        })
+        .on<&IfNetClient::getVokIpForSctp>([this](Address& first) {
+            first = addresses_[0].ipAddress;
+            return GetClient::OK;
+        });
+    serveSetting<&IfNetClient::getMtu, &IfNetClient::setMtu>(servant_, mtu_);
+    serveSetting<&IfNetClient::getInternalMtu, &IfNetClient::setInternalMtu>(servant_, internalMtu_);
+    serveSetting<&IfNetClient::getFlags, &IfNetClient::setFlags>(servant_, flags_);
+    serveSetting<&IfNetClient::getDiscardPrivate, &IfNetClient::setDiscardPrivate>(servant_, discardsPrivate_);
+    serveSetting<&IfNetClient::getDiscardPublic, &IfNetClient::setDiscardPublic>(servant_, discardsPublic_);
+    serveSetting<&IfNetClient::getIpAddrSequence, &IfNetClient::setIpAddrSequence>(servant_, addresses_);
+    serveSetting<&IfNetClient::getPrivateIpAddr, &IfNetClient::setPrivateIpAddr>(servant_, private_);
+    serveSetting<&IfNetClient::getPublicIpAddr, &IfNetClient::setPublicIpAddr>(servant_, public_);
+}
+
+void Interface::setFirstAddress(Address const& address)
+{
+    if (addresses_.getLength() == 0) {
+        addresses_.setLength(1);
+    }
+    addresses_[0].ipAddress = address;
+}
+
+} // namespace sim

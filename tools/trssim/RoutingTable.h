@@ -1,0 +1,33 @@
+// The routing table of the simulated unit: what IpRoutingTableClient reaches.
+#pragma once
+
+#include "clients/ip/IpRoutingTableClient.h"
+#include "tools/trssim/Interface.h"
+
+#include <string>
+
+namespace sim {
+
+// Every configured route is in effect.
+class RoutingTable {
+public:
+    explicit RoutingTable(std::string const& id);
+    RoutingTable(RoutingTable const&) = delete;
+    RoutingTable& operator=(RoutingTable const&) = delete;
+
+    auto proxy() const { return IpRoutingTableClient(&servant_); }
+
+private:
+    using Route = IpRoutingTableClient::IpRouteEntryCfg;
+    using Routes = TipprmiSequence<Route>;
+
+    void serveConfiguration();
+    bool insert(Route const& route);
+    bool remove(Route const& route);
+    TipprmiSequence<IpRoutingTableClient::IpRoute> inEffect() const;
+
+    Routes routes_;
+    Servant servant_;
+};
+
+} // namespace sim
