@@ -11,8 +11,9 @@
 using namespace std::string_literals;
 using Utils = ZYN_StringUtils;
 
-// The address sanitizer would look at the whole rest of the text before every search.
+// These sanitizers would look at the whole rest of the text before every search.
 extern "C" char const* __asan_default_options() { return "intercept_memmem=0"; }
+extern "C" char const* __tsan_default_options() { return "intercept_memmem=0"; }
 
 namespace {
 
