@@ -4,13 +4,12 @@
 #include "platform/host/Log.h"
 #include "platform/host/UnitValues.h"
 #include "rmi/Servant.h"
+#include "tests/support/ConfigFiles.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
 #include <optional>
 #include <string_view>
 
@@ -20,56 +19,10 @@
 using namespace std::string_literals;
 using Services = ZYN_OSServices;
 
-namespace {
-
-constexpr std::string_view configDirectory = "/usr/local/etc/config/";
-
-// While it exists, the library finds the configuration files of this object, at first none, under their fixed paths,
-// and this machine's own, if it has any, stay untouched.
-class ConfigFiles {
-public:
-    ConfigFiles() { current = this; }
-    ConfigFiles(ConfigFiles const&) = delete;
-    ConfigFiles& operator=(ConfigFiles const&) = delete;
-    ~ConfigFiles()
-    {
-        current = nullptr;
-        std::filesystem::remove_all(directory_);
-    }
-
-    void set(std::string const& name, std::string const& content) const
-    {
-        std::ofstream(directory_ + '/' + name, std::ios::binary) << content;
-    }
-
-    // Where to find what the library asks for.
-    static std::string redirected(std::string const& path)
-    {
-        bool const isConfig = current != nullptr && path.starts_with(configDirectory);
-        return isConfig ? current->directory_ + '/' + path.substr(configDirectory.size()) : path;
-    }
-
-private:
-    static ConfigFiles* current;
-
-    static std::string made()
-    {
-        std::string path = "/tmp/os_services_test.XXXXXX";
-        return mkdtemp(path.data());
-    }
-    std::string const directory_ = made();
-};
-
-ConfigFiles* ConfigFiles::current = nullptr;
-
-} // namespace
-
-// Stands before libc's function of that name for the whole process, the library included, because the dynamic linker
-// looks into the program first. So the library needs no way in for tests.
 extern "C" std::FILE* fopen(char const* path, char const* mode)
 {
     static auto const libcs = reinterpret_cast<decltype(&fopen)>(dlsym(RTLD_NEXT, "fopen"));
-    return libcs(ConfigFiles::redirected(path).c_str(), mode);
+    return libcs(support::ConfigFiles::redirected(path).c_str(), mode);
 }
 
 namespace {
@@ -130,7 +83,7 @@ protected:
     ~OSServices() override { unit_.reset(); }
 
     host::UnitValues& unit_ = host::UnitValues::instance();
-    ConfigFiles const files_;
+    support::ConfigFiles const files_;
 };
 
 TEST_F(OSServices, readsThePortFromTheFirstLineOfItsFile)

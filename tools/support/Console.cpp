@@ -6,6 +6,7 @@
 #include <array>
 #include <charconv>
 #include <csignal>
+#include <cstdint>
 #include <cstdio>
 #include <poll.h>
 #include <sys/signalfd.h>
@@ -166,11 +167,33 @@ bool Console::takeLine(std::string& line)
     }
 }
 
+void Console::every(std::chrono::milliseconds interval, std::function<void()> task)
+{
+    interval_ = interval;
+    task_ = std::move(task);
+    nextTask_ = std::chrono::steady_clock::now() + interval;
+}
+
+// Does the task when it is time. How long to wait for the next time, in milliseconds; -1 when there is no task.
+int Console::doTask()
+{
+    if (!task_) {
+        return -1;
+    }
+    auto const now = std::chrono::steady_clock::now();
+    if (now >= nextTask_) {
+        task_();
+        nextTask_ = std::chrono::steady_clock::now() + interval_;
+    }
+    auto const left = nextTask_ - std::chrono::steady_clock::now();
+    return static_cast<int>(std::max(std::chrono::ceil<std::chrono::milliseconds>(left).count(), std::int64_t{0}));
+}
+
 // Waits for a signal or for input.
 void Console::receive()
 {
     std::array<pollfd, 2> waiting{{{signals_, POLLIN, 0}, {isInputAtEnd_ ? -1 : STDIN_FILENO, POLLIN, 0}}};
-    if (::poll(waiting.data(), waiting.size(), -1) <= 0) {
+    if (::poll(waiting.data(), waiting.size(), doTask()) <= 0) {
         return;
     }
     if (waiting[0].revents != 0) {

@@ -1,6 +1,7 @@
 // What a program does between its start and its end: one command a line from standard input, until something ends it.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -39,10 +40,13 @@ public:
     // ends the program, or the input's end when `endsWithInput`.
     void run(bool endsWithInput);
     bool isEnded() const { return isEnded_; }
+    // Has run() call `task` on its own thread at this interval, as far as a command leaves it the time.
+    void every(std::chrono::milliseconds interval, std::function<void()> task);
 
 private:
     bool takeLine(std::string& line);
     void receive();
+    int doTask();
     void sayHelp() const;
 
     std::vector<Command> commands_;
@@ -51,6 +55,9 @@ private:
     bool isCut_ = false; // the line that is being received is too long, and its beginning was dropped
     bool isInputAtEnd_ = false;
     bool isEnded_ = false;
+    std::function<void()> task_;
+    std::chrono::milliseconds interval_{};
+    std::chrono::steady_clock::time_point nextTask_;
 };
 
 // A decimal number from `least` to `most`. False, with `number` as it was, when the text is none.

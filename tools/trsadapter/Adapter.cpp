@@ -14,18 +14,22 @@ namespace {
 
 constexpr char const* notConnected = "NmiRmiAdapterClient is not connected.";
 constexpr char const* isInvalid = "zynToNmaAlarmInfo failed.";
-
-void sayAddress(std::string const& told)
-{
-    constexpr std::string_view publicAddress = "public IP address: ";
-    if (told.starts_with(publicAddress)) {
-        tools::say("applied " + host::printable(told.substr(publicAddress.size())));
-    }
-}
+constexpr std::string_view publicAddress = "public IP address: ";
 
 } // namespace
 
-Adapter::Adapter() { host::UnitValues::instance().setListener(sayAddress); }
+Adapter::Adapter(Listeners listeners) : listeners_(std::move(listeners))
+{
+    host::UnitValues::instance().setListener([this](std::string const& told) {
+        if (told.starts_with(publicAddress)) {
+            std::string const address = told.substr(publicAddress.size());
+            tools::say("applied " + host::printable(address));
+            if (listeners_.applied) {
+                listeners_.applied(address);
+            }
+        }
+    });
+}
 
 Adapter::~Adapter()
 {
@@ -48,13 +52,28 @@ bool Adapter::sendAlarm(Alarm const& alarm)
     host::LogCapture const log;
     bool const isAccepted = wrapper_->sendAlarm(alarm);
     host::CallFailure const& failure = host::lastCallFailure();
-    std::string const outcome = isAccepted                   ? "delivered and accepted"
-                                : log.contains(isInvalid)    ? "is invalid and was not sent"
-                                : log.contains(notConnected) ? "was not sent: the agent cannot be reached"
-                                : failure.kind != host::CallFailure::Kind::none ? "failed: " + failure.reason
-                                                                                : "delivered and refused";
-    tools::say(LogMakeString("alarm %d,%d ", alarm.type, alarm.state) + outcome);
+    std::string const text = isAccepted                   ? "delivered and accepted"
+                             : log.contains(isInvalid)    ? "is invalid and was not sent"
+                             : log.contains(notConnected) ? "was not sent: the agent cannot be reached"
+                             : failure.kind != host::CallFailure::Kind::none ? "failed: " + failure.reason
+                                                                             : "delivered and refused";
+    tools::say(LogMakeString("alarm %d,%d ", alarm.type, alarm.state) + text);
+    if (listeners_.alarm) {
+        listeners_.alarm(alarm, {isAccepted, text});
+    }
     return isAccepted;
+}
+
+Adapter::Standing Adapter::standing()
+{
+    TreflectHandlerState const running;
+    NmiRmiAdapterClient const agent{TipprmiOID(NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME)};
+    std::string const address = agent.isConnected() ? agent.getPublicIpAddrRmi() : std::string();
+    if (!agent.isConnected() || host::lastCallFailure().kind != host::CallFailure::Kind::none) {
+        return Standing::unreachable;
+    }
+    bool const isApplied = address.empty() || address == host::UnitValues::instance().publicAddress();
+    return isApplied ? Standing::good : Standing::hasOtherAddress;
 }
 
 std::string Adapter::announce()

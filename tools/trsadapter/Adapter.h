@@ -3,6 +3,7 @@
 
 #include "adapter/ZynNmaWrapper.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -10,8 +11,19 @@ class Adapter {
 public:
     using Alarm = ZynNmaWrapper::CertMgrAlarmInfo;
 
+    // What became of an alarm.
+    struct Outcome {
+        bool isAccepted; // by the agent
+        std::string text;
+    };
+    // Who else is told what the adapter says. Each may be empty, and is called on the thread on which it happens.
+    struct Listeners {
+        std::function<void(std::string const& address)> applied;
+        std::function<void(Alarm const&, Outcome const&)> alarm;
+    };
+
     // Says from now on which addresses are applied.
-    Adapter();
+    explicit Adapter(Listeners listeners = {});
     Adapter(Adapter const&) = delete;
     Adapter& operator=(Adapter const&) = delete;
     ~Adapter();
@@ -20,6 +32,9 @@ public:
     bool connect();
     // Says what becomes of the alarm. Whether the agent accepted it.
     bool sendAlarm(Alarm const& alarm);
+    // How things stand with the agent, whose address should be the one that was applied last.
+    enum class Standing { unreachable, hasOtherAddress, good };
+    static Standing standing();
     // Makes the agent announce its address. Empty, or why that failed.
     std::string announce();
 
@@ -27,5 +42,6 @@ public:
     static bool parse(std::string const& text, Alarm& alarm);
 
 private:
+    Listeners listeners_;
     std::unique_ptr<ZynNmaWrapper> wrapper_;
 };

@@ -1,13 +1,18 @@
-// trsadapter: the site management adapter's link to a unit, driven by commands.
+// trsadapter: the site management adapter, linked to a unit, driven by commands and, when it serves, by clients.
+#include "adapter/ZYN_OSServices.h"
+#include "adapter/ZYN_XmlParser.h"
 #include "platform/host/Broker.h"
 #include "platform/host/CallFailure.h"
+#include "platform/host/Endpoint.h"
 #include "platform/host/UnitValues.h"
 #include "tools/support/CommandLine.h"
 #include "tools/support/Console.h"
 #include "tools/trsadapter/Adapter.h"
+#include "tools/trsadapter/Service.h"
 
 #include <chrono>
 #include <cstdio>
+#include <sys/stat.h>
 
 namespace {
 
@@ -15,13 +20,94 @@ constexpr char const* description =
     "Follows a unit's public address and sends it the certificate manager's alarms. It takes commands, one a line,\n"
     "from standard input (`help` lists them) and says what happens; the adapter's log lines go to standard error.";
 
+constexpr char const* serveDescription =
+    "Also answers site management clients, which POST their messages by HTTP, until SIGTERM or `quit`.";
+
 constexpr int hasFailed = 1;
 constexpr int longestTimeout = 600000;
+constexpr std::chrono::milliseconds lookInterval{2000};
+
+struct Options {
+    std::string unit = tools::CommandLine::defaultEndpoint();
+    std::string alarm;
+    bool once = false;
+    int timeout = 5000;
+
+    bool serves = false;
+    std::string listen;
+    Service::Options service;
+    long sessionTimeout = 900;
+    int requestTimeout = 10000;
+    std::size_t logFileSize = 64;
+};
 
 std::string checkAlarm(std::string const& text)
 {
     Adapter::Alarm alarm{};
     return Adapter::parse(text, alarm) ? std::string() : "'" + host::printable(text) + "' is not TYPE,STATE";
+}
+
+std::string checkListen(std::string const& text)
+{
+    host::Endpoint place;
+    return host::Endpoint::parse("tcp:" + text, place).empty()
+               ? std::string()
+               : "'" + host::printable(text) + "' is neither ADDRESS:PORT nor PORT";
+}
+
+void addServe(CLI::App& program, Options& options)
+{
+    CLI::App& serve = *program.add_subcommand("serve", serveDescription);
+    serve.fallthrough(); // the program's own options may also follow
+    serve
+        .add_option("--credentials", options.service.credentials,
+                    "File of users and hashes, NAME:HASH a line, mode 0600")
+        ->type_name("FILE")
+        ->required();
+    serve
+        .add_option("--listen", options.listen,
+                    "Where to listen, as ADDRESS:PORT or PORT on the loopback address; 0 lets the system choose\n"
+                    "(default: as the site configuration says, on the loopback address unless that names one)")
+        ->type_name("PLACE")
+        ->check(CLI::Validator(checkListen, ""));
+    serve.add_option("--log-dir", options.service.logDirectory, "Directory of the compressed log")
+        ->type_name("DIRECTORY")
+        ->default_str(ZYN_OSServices::getRuemLogfilePath());
+    serve.add_option("--log-size", options.logFileSize, "When a log file is full, in MiB before compression")
+        ->type_name("MIB")
+        ->capture_default_str()
+        ->check(CLI::Range(1, 1024).description(""));
+    serve.add_option("--session-timeout", options.sessionTimeout, "When a silent session ends, in seconds")
+        ->type_name("S")
+        ->capture_default_str()
+        ->check(CLI::Range(1, 86400).description(""));
+    serve
+        .add_option("--request-timeout", options.requestTimeout, "How long a request may take to come, in milliseconds")
+        ->type_name("MS")
+        ->capture_default_str()
+        ->check(CLI::Range(1, longestTimeout).description(""));
+    serve.add_option("--max-body", options.service.bounds.body, "How large a message may be, in bytes")
+        ->type_name("BYTES")
+        ->capture_default_str()
+        ->check(CLI::Range(std::size_t{1}, ZYN_XmlParser::DOCUMENT_SIZE_MAX).description(""));
+    serve.final_callback([&options] { options.serves = true; });
+}
+
+void addOptions(CLI::App& program, Options& options)
+{
+    program.add_option("--unit", options.unit, "Where the unit serves (default: " + options.unit + ")")
+        ->envname("TRS_UNIT")
+        ->type_name("ENDPOINT")
+        ->check(CLI::Validator(tools::CommandLine::checkEndpoint, ""));
+    program.add_option("--alarm", options.alarm, "Send this alarm at the start")
+        ->type_name("TYPE,STATE")
+        ->check(CLI::Validator(checkAlarm, ""));
+    program.add_flag("--once", options.once, "End after the start: 0 when all of it succeeded, else 1");
+    program.add_option("--timeout", options.timeout, "How long a call may take, in milliseconds")
+        ->type_name("MS")
+        ->capture_default_str()
+        ->check(CLI::Range(1, longestTimeout).description(""));
+    addServe(program, options);
 }
 
 void addCommands(tools::Console& console, Adapter& adapter)
@@ -48,30 +134,85 @@ void addCommands(tools::Console& console, Adapter& adapter)
                  }});
 }
 
+void addServeCommands(tools::Console& console, Sessions& sessions)
+{
+    using tools::Words;
+    console.add({"session", "", "says who is logged in", [&sessions](Words const&) {
+                     std::optional<Sessions::Session> const active = sessions.active();
+                     tools::say(active ? "session of " + host::printable(active->user) + " from " + active->address
+                                       : "no session");
+                     return std::string();
+                 }});
+    console.add({"logout", "", "ends the session", [&sessions](Words const&) {
+                     std::optional<Sessions::Session> const active = sessions.active();
+                     sessions.end(active ? active->id : std::string());
+                     tools::say(active ? "session ended" : "no session");
+                     return std::string();
+                 }});
+}
+
+int follow(Options const& options, tools::Console& console, bool endsWithInput)
+{
+    Adapter adapter;
+    bool succeeded = adapter.connect();
+    if (Adapter::Alarm alarm{}; Adapter::parse(options.alarm, alarm)) {
+        succeeded = adapter.sendAlarm(alarm) && succeeded;
+    }
+    if (options.once) {
+        return succeeded ? 0 : hasFailed;
+    }
+    addCommands(console, adapter);
+    console.run(endsWithInput);
+    return 0;
+}
+
+std::string placeOf(Options const& options, std::string& address, int& port)
+{
+    if (options.listen.empty()) {
+        return Service::configuredPlace(address, port);
+    }
+    host::Endpoint place;
+    std::string wrong = host::Endpoint::parse("tcp:" + options.listen, place);
+    address = place.host;
+    port = place.port;
+    return wrong;
+}
+
+int serve(Options const& options, tools::Console& console, bool endsWithInput)
+{
+    ::umask(S_IRWXG | S_IRWXO);
+    Service::Options made = options.service;
+    made.sessionTimeout = std::chrono::seconds(options.sessionTimeout);
+    made.bounds.request = std::chrono::milliseconds(options.requestTimeout);
+    made.logFileSize = options.logFileSize << 20;
+    std::string why = placeOf(options, made.address, made.port);
+    Service service(made);
+    why = why.empty() ? service.start() : why;
+    if (!why.empty()) {
+        std::fprintf(stderr, "%s\n", why.c_str());
+        return hasFailed;
+    }
+    if (Adapter::Alarm alarm{}; Adapter::parse(options.alarm, alarm)) {
+        service.adapter().sendAlarm(alarm);
+    }
+    addCommands(console, service.adapter());
+    addServeCommands(console, service.sessions());
+    console.every(lookInterval, [&service] { service.look(); });
+    console.run(endsWithInput);
+    service.stop();
+    tools::say("ended");
+    return 0;
+}
+
 } // namespace
 
-int main(int argc, char** argv)
+// CLI11 throws when the options of a program contradict each other, which would be a fault of this file.
+int main(int argc, char** argv) // NOLINT(bugprone-exception-escape)
 {
-    std::string unit = tools::CommandLine::defaultEndpoint();
-    std::string alarmText;
-    bool once = false;
-    int timeout = 5000;
+    Options options;
+    options.service.logDirectory = ZYN_OSServices::getRuemLogfilePath();
     tools::CommandLine line("trsadapter", description, 6);
-    line.options()
-        .add_option("--unit", unit, "Where the unit serves (default: " + unit + ")")
-        ->envname("TRS_UNIT")
-        ->type_name("ENDPOINT")
-        ->check(CLI::Validator(tools::CommandLine::checkEndpoint, ""));
-    line.options()
-        .add_option("--alarm", alarmText, "Send this alarm at the start")
-        ->type_name("TYPE,STATE")
-        ->check(CLI::Validator(checkAlarm, ""));
-    line.options().add_flag("--once", once, "End after the start: 0 when all of it succeeded, else 1");
-    line.options()
-        .add_option("--timeout", timeout, "How long a call may take, in milliseconds")
-        ->type_name("MS")
-        ->capture_default_str()
-        ->check(CLI::Range(1, longestTimeout).description(""));
+    addOptions(line.options(), options);
     line.takeCommands();
     if (std::optional<int> const code = line.parse(argc, argv)) {
         return *code;
@@ -79,20 +220,10 @@ int main(int argc, char** argv)
 
     tools::Console console("quit");
     host::Broker& broker = host::Broker::instance();
-    host::Broker::setDeadline(std::chrono::milliseconds(timeout));
-    if (std::string const why = broker.addPeer(unit); !why.empty()) {
+    host::Broker::setDeadline(std::chrono::milliseconds(options.timeout));
+    if (std::string const why = broker.addPeer(options.unit); !why.empty()) {
         std::fprintf(stderr, "%s\n", why.c_str());
         return hasFailed;
     }
-    Adapter adapter;
-    bool succeeded = adapter.connect();
-    if (Adapter::Alarm alarm{}; Adapter::parse(alarmText, alarm)) {
-        succeeded = adapter.sendAlarm(alarm) && succeeded;
-    }
-    if (once) {
-        return succeeded ? 0 : hasFailed;
-    }
-    addCommands(console, adapter);
-    console.run(line.exitsOnEof());
-    return 0;
+    return options.serves ? serve(options, console, line.exitsOnEof()) : follow(options, console, line.exitsOnEof());
 }

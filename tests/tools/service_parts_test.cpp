@@ -1,0 +1,184 @@
+// The parts of the serving adapter that are easier to see alone.
+#include "adapter/ZYN_ZipStream.h"
+#include "tests/support/ConfigFiles.h"
+#include "tests/tools/Service.h"
+#include "tools/trsadapter/Credentials.h"
+#include "tools/trsadapter/Document.h"
+#include "tools/trsadapter/MessageLog.h"
+#include "tools/trsadapter/Service.h"
+#include "tools/trsadapter/Sessions.h"
+#include "tools/trsadapter/XmlText.h"
+
+#include <dlfcn.h>
+
+extern "C" std::FILE* fopen(char const* path, char const* mode)
+{
+    static auto const libcs = reinterpret_cast<decltype(&fopen)>(dlsym(RTLD_NEXT, "fopen"));
+    return libcs(support::ConfigFiles::redirected(path).c_str(), mode);
+}
+
+extern "C" int access(char const* path, int mode)
+{
+    static auto const libcs = reinterpret_cast<decltype(&access)>(dlsym(RTLD_NEXT, "access"));
+    return libcs(support::ConfigFiles::redirected(path).c_str(), mode);
+}
+
+namespace {
+
+using namespace std::chrono_literals;
+using namespace std::string_literals;
+
+TEST(XmlText, CarriesAnyBytes)
+{
+    std::pair<std::string, std::string> const cases[] = {
+        {"a<b>&\"c'", "a&lt;b&gt;&amp;&quot;c'"},
+        {"\t\n\r\0\x1f\x7f"s, "&#9;&#10;&#13;\\x00\\x1f\x7f"},
+        {"\xc3\xa4\xe2\x82\xac\xf0\x9f\x98\x80", "\xc3\xa4\xe2\x82\xac\xf0\x9f\x98\x80"},
+        {"\xc3", "\\xc3"},
+        {"\xc0\xaf", "\\xc0\\xaf"},                   // overlong
+        {"\xed\xa0\x80", "\\xed\\xa0\\x80"},          // a surrogate
+        {"\xef\xbf\xbf", "\\xef\\xbf\\xbf"},          // no character
+        {"\xf4\x90\x80\x80", "\\xf4\\x90\\x80\\x80"}, // beyond the last
+        {"\xe2\x82<", "\\xe2\\x82&lt;"},
+    };
+    for (auto const& [bytes, text] : cases) {
+        EXPECT_EQ(xmlText(bytes), text);
+    }
+    std::string all;
+    for (int i = 0; i < 0x10000; ++i) {
+        all += {static_cast<char>(i / 256), static_cast<char>(i)};
+    }
+    std::istringstream stream("<a>" + xmlText(all) + "</a>");
+    EXPECT_EQ(ZYN_XmlParser(stream).XML_GetErrorCode(), XML_ERROR_NONE);
+}
+
+TEST(Document, IsWhatTheParserReads)
+{
+    std::vector<Field> const fields{{"/BTSMessage/BTSMessageHdr/_to", "a<b"},
+                                    {"/BTSMessage/BTSMessageHdr/_from", ""},
+                                    {"/BTSMessage/A/B/C", "1"},
+                                    {"/BTSMessage/A/B/D", "2"},
+                                    {"/BTSMessage/A/E", "3"},
+                                    {"/BTSMessage/A", "4"}};
+    std::string const document = writeDocument(fields);
+    EXPECT_THAT(document, testing::HasSubstr("<A><B><C>1</C><D>2</D></B><E>3</E>4</A></BTSMessage>"));
+    std::istringstream stream(document);
+    ZYN_XmlParser const parsed(stream);
+    EXPECT_EQ(parsed.getXohMsgType(), "A");
+    for (auto const& [path, value] : fields) {
+        EXPECT_EQ(parsed.getValue(path), value);
+    }
+}
+
+TEST(Sessions, AreOneAtATimeAndEndWithoutMessages)
+{
+    std::chrono::steady_clock::time_point now{};
+    Sessions sessions(60s, [&now] { return now; });
+    Sessions::Session active;
+    Sessions::Session const first = sessions.begin("anna", "10.0.0.1", "", active).value();
+    EXPECT_EQ(first.id.size(), 32U);
+    EXPECT_FALSE(sessions.begin("bert", "10.0.0.2", "", active));
+    EXPECT_EQ(active.user + active.address, "anna10.0.0.1");
+
+    for (int i = 0; i < 3; ++i) {
+        now += 59s;
+        EXPECT_EQ(sessions.check(first.id, "10.0.0.1").standing, Sessions::Standing::active);
+    }
+    now += 59s;
+    EXPECT_EQ(sessions.check(first.id, "10.0.0.2").standing, Sessions::Standing::foreign) << "which keeps none alive";
+    EXPECT_EQ(sessions.check("", "10.0.0.1").standing, Sessions::Standing::none);
+    now += 1s;
+    EXPECT_EQ(sessions.check(first.id, "10.0.0.1").standing, Sessions::Standing::none);
+
+    Sessions::Session const second = sessions.begin("bert", "10.0.0.2", first.id, active).value();
+    EXPECT_NE(second.id, first.id);
+    Sessions::Session const again = sessions.begin("anna", "10.0.0.2", second.id, active).value();
+    EXPECT_EQ(sessions.check(second.id, "10.0.0.2").standing, Sessions::Standing::none) << "the client has a new one";
+    sessions.end(second.id);
+    EXPECT_EQ(sessions.active().value().id, again.id);
+    sessions.end(again.id);
+    EXPECT_FALSE(sessions.active());
+}
+
+TEST(Service, ListensWhereTheSiteConfigurationSays)
+{
+    support::ConfigFiles const files;
+    std::string address;
+    int port = 0;
+    EXPECT_EQ(Service::configuredPlace(address, port), "");
+    EXPECT_EQ(address + ':' + std::to_string(port), "127.0.0.1:12000");
+    files.set("btsomIpAddr.conf", "192.168.255.16\n");
+    files.set("btsomPort.conf", "8080\n");
+    EXPECT_EQ(Service::configuredPlace(address, port), "");
+    EXPECT_EQ(address + ':' + std::to_string(port), "192.168.255.16:8080");
+    for (char const* const wrong : {"", "0", "65536", "-1"}) {
+        files.set("btsomPort.conf", wrong);
+        EXPECT_THAT(Service::configuredPlace(address, port), testing::HasSubstr("btsomPort.conf: ")) << wrong;
+    }
+}
+
+class Parts : public ServiceTest {};
+
+TEST_F(Parts, CredentialsAreReadAnewForEveryLogin)
+{
+    host::LogCapture const captured;
+    writeCredentials(users);
+    Credentials const file(credentials);
+    EXPECT_EQ(file.check(), "");
+    EXPECT_TRUE(file.accepts("anna", "secret"));
+    EXPECT_FALSE(file.accepts("anna", "secret2"));
+    EXPECT_FALSE(file.accepts("anna", "secret\0x"s));
+    EXPECT_FALSE(file.accepts("carl", "secret"));
+    EXPECT_FALSE(file.accepts("", ""));
+    EXPECT_FALSE(file.accepts("anna", std::string(5000, 'x')));
+    writeCredentials("\n bert:" + users.substr(users.find("$6$")));
+    EXPECT_FALSE(file.accepts("anna", "secret")) << "bert is there twice";
+    EXPECT_TRUE(captured.contains("user 'bert' is there twice"));
+    writeCredentials("bert:" + users.substr(users.find("$6$"), users.find("\nbert") - users.find("$6$")));
+    EXPECT_FALSE(file.accepts("anna", "secret"));
+    EXPECT_TRUE(file.accepts("bert", "secret"));
+    writeCredentials(users, 0604);
+    EXPECT_FALSE(file.accepts("anna", "secret"));
+    EXPECT_TRUE(captured.contains("its mode is 0604"));
+    for (char const* const wrong : {"anna\n", ":x\n", "anna:\n", "anna:*\n", "anna:secret\n", "anna:$1$salt$x\n"}) {
+        writeCredentials(wrong);
+        EXPECT_THAT(file.check(), testing::HasSubstr(", line 1: ")) << wrong;
+    }
+    EXPECT_THAT(Credentials("/dev/zero").check(), testing::HasSubstr("not a regular file"));
+}
+
+TEST_F(Parts, LogsBeginNewFilesWhenTheyAreFull)
+{
+    {
+        MessageLog log(logDirectory, 1000);
+        EXPECT_EQ(log.open("x.gz"), "");
+        for (int i = 0; i < 100; ++i) {
+            log.add("entry", {{"number", std::to_string(i)}}, std::string(900, 'x'));
+        }
+    }
+    std::string all;
+    for (int i = MessageLog::keptFiles; i >= 0; --i) {
+        all += log("x.gz" + (i == 0 ? ""s : '.' + std::to_string(i)));
+    }
+    EXPECT_THAT(all, testing::AllOf(testing::HasSubstr("number=\"99\""), testing::HasSubstr("number=\"90\""),
+                                    testing::Not(testing::HasSubstr("number=\"50\""))));
+    EXPECT_FALSE(std::filesystem::exists(logDirectory + "/x.gz.10"));
+    EXPECT_EQ(std::filesystem::status(logDirectory + "/x.gz").permissions(), std::filesystem::perms(0600));
+}
+
+TEST(MessageLog, LeavesOutWhatAPasswordElementContains)
+{
+    std::pair<std::string, std::string> const cases[] = {
+        {"<a>b</a>", "<a>b</a>"},
+        {"x<_password>p</_password>y", "x<_password>***</_password>y"},
+        {"<_password a='1'>p", "<_password>***"},
+        {"<_password>p</_password><_password><![CDATA[</_password>q]]>r</_password>z", "<_password>***</_password>z"},
+        {"</_password><_password>p", "</_password><_password>***"},
+        {"<\0_\0"s, "(4 bytes in an encoding that is not kept)"},
+    };
+    for (auto const& [document, kept] : cases) {
+        EXPECT_EQ(MessageLog::withoutPassword(document), kept);
+    }
+}
+
+} // namespace

@@ -1,0 +1,149 @@
+#include "tools/trsadapter/Credentials.h"
+
+#include "adapter/ZYN_StringUtils.h"
+#include "platform/NmaLogHelper.h"
+#include "platform/host/CallFailure.h"
+
+#include <array>
+#include <cerrno>
+#include <crypt.h>
+#include <cstring>
+#include <fcntl.h>
+#include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+constexpr off_t largestFile = 1 << 20;
+
+class File {
+public:
+    explicit File(std::string const& path) : descriptor_(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
+    File(File const&) = delete;
+    File& operator=(File const&) = delete;
+    ~File()
+    {
+        if (descriptor_ >= 0) {
+            ::close(descriptor_);
+        }
+    }
+
+    // Empty, or why this is no file to trust.
+    std::string check() const
+    {
+        struct stat status {};
+        if (descriptor_ < 0 || ::fstat(descriptor_, &status) != 0) {
+            return std::strerror(errno); // NOLINT(concurrency-mt-unsafe): the C library's is thread-safe
+        }
+        if (!S_ISREG(status.st_mode)) {
+            return "it is not a regular file";
+        }
+        if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0) {
+            return LogMakeString("its mode is %04o and must be 0600",
+                                 static_cast<unsigned>(status.st_mode) & static_cast<unsigned>(ALLPERMS));
+        }
+        if (status.st_uid != ::geteuid() && status.st_uid != 0) {
+            return LogMakeString("it belongs to user %u", static_cast<unsigned>(status.st_uid));
+        }
+        return status.st_size > largestFile ? "it is larger than 1 MiB" : std::string();
+    }
+
+    std::string content() const
+    {
+        std::string text;
+        std::array<char, 4096> buffer;
+        for (ssize_t count = 0; (count = ::read(descriptor_, buffer.data(), buffer.size())) > 0;) {
+            text.append(buffer.data(), static_cast<std::size_t>(count));
+        }
+        return text;
+    }
+
+private:
+    int descriptor_;
+};
+
+// The old methods are not enough: any two letters begin a hash of the oldest one, as those of a plain password do.
+bool isHash(std::string const& text)
+{
+    int const verdict = ::crypt_checksalt(text.c_str());
+    return verdict == CRYPT_SALT_OK || verdict == CRYPT_SALT_TOO_CHEAP;
+}
+
+// The hash of the password with the settings of `hash`; empty when there is none.
+std::string hashOf(std::string const& password, std::string const& hash)
+{
+    auto const room = std::make_unique<crypt_data>();
+    char const* const result = ::crypt_rn(password.c_str(), hash.c_str(), room.get(), sizeof(crypt_data));
+    std::string copy = result != nullptr ? result : "";
+    explicit_bzero(room.get(), sizeof(crypt_data));
+    return copy;
+}
+
+// In a time that does not tell where the texts differ.
+bool areEqual(std::string const& a, std::string const& b)
+{
+    if (a.size() != b.size()) {
+        return false;
+    }
+    unsigned difference = 0;
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        difference |= static_cast<unsigned char>(a[i]) ^ static_cast<unsigned>(static_cast<unsigned char>(b[i]));
+    }
+    return difference == 0;
+}
+
+} // namespace
+
+std::string Credentials::read(Hashes& hashes) const
+{
+    File const file(path_);
+    std::string const place = "credentials " + host::printable(path_);
+    if (std::string const why = file.check(); !why.empty()) {
+        return place + ": " + why;
+    }
+    std::vector<std::string> lines;
+    ZYN_StringUtils::split(file.content(), lines, "\n");
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        std::string line = lines[i];
+        ZYN_StringUtils::strip(line);
+        if (line.empty() || line.front() == '#') {
+            continue;
+        }
+        std::string const at = place + ", line " + std::to_string(i + 1) + ": ";
+        std::size_t const colon = line.find(':');
+        if (colon == std::string::npos || colon == 0) {
+            return at + "it is not NAME:HASH";
+        }
+        std::string const name = line.substr(0, colon);
+        if (!isHash(line.substr(colon + 1))) {
+            return at + "user '" + host::printable(name) + "' has no hash of crypt(5), or a weak one";
+        }
+        if (!hashes.emplace(name, line.substr(colon + 1)).second) {
+            return at + "user '" + host::printable(name) + "' is there twice";
+        }
+    }
+    return hashes.empty() ? place + ": it has no user" : std::string();
+}
+
+std::string Credentials::check() const
+{
+    Hashes hashes;
+    return read(hashes);
+}
+
+bool Credentials::accepts(std::string const& user, std::string const& password) const
+{
+    Hashes hashes;
+    if (std::string const why = read(hashes); !why.empty()) {
+        NmaLogHelper(3, __FILE__, __func__, __LINE__).message("%s", why.c_str());
+        return false;
+    }
+    auto const found = hashes.find(user);
+    bool const isKnown = found != hashes.end();
+    std::string const& expected = isKnown ? found->second : hashes.begin()->second;
+    // A hash is of the password up to its first NUL byte.
+    bool const isComplete = password.find('\0') == std::string::npos && !password.empty();
+    return areEqual(hashOf(password, expected), expected) && isKnown && isComplete;
+}

@@ -1,0 +1,186 @@
+#include "tools/trsadapter/HttpConnection.h"
+
+#include <algorithm>
+#include <arpa/inet.h>
+#include <cerrno>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+// For a request that has begun when the server is to end.
+constexpr milliseconds grace{1000};
+// For a client to read its response while it is still sending.
+constexpr milliseconds lingerTime{1000};
+
+// How often an idle connection looks whether others wait for its thread.
+constexpr milliseconds lookAround{100};
+
+// What a body takes on its way may be more than what it is: chunked, it has its chunks' sizes in it.
+constexpr std::size_t sentBodyMax(std::size_t bodyMax) { return 2 * bodyMax + 4096; }
+
+void addressOf(sockaddr_storage const& from, std::string& ip, int& port)
+{
+    std::array<char, INET6_ADDRSTRLEN> text{};
+    if (from.ss_family == AF_INET) {
+        auto const& address = reinterpret_cast<sockaddr_in const&>(from);
+        ::inet_ntop(AF_INET, &address.sin_addr, text.data(), text.size());
+        port = ntohs(address.sin_port);
+    } else if (from.ss_family == AF_INET6) {
+        auto const& address = reinterpret_cast<sockaddr_in6 const&>(from);
+        ::inet_ntop(AF_INET6, &address.sin6_addr, text.data(), text.size());
+        port = ntohs(address.sin6_port);
+    }
+    ip = text.data();
+}
+
+} // namespace
+
+HttpConnection::HttpConnection(int socket, int stopping, HttpServer::Bounds const& bounds)
+    : socket_(socket), stopping_(stopping), bounds_(bounds)
+{
+}
+
+bool HttpConnection::awaitRequest(std::atomic<int> const& waiting)
+{
+    Time const idleEnd = steady_clock::now() + bounds_.idle;
+    for (Readiness readiness = Readiness::tooLate; begin_ == received_ && readiness != Readiness::ready;) {
+        readiness = await(POLLIN, std::min(idleEnd, steady_clock::now() + lookAround), true);
+        bool const isOver = waiting > 0 || steady_clock::now() >= idleEnd;
+        if (readiness == Readiness::stopping || (readiness == Readiness::tooLate && isOver)) {
+            return false;
+        }
+    }
+    end_ = steady_clock::now() + bounds_.request;
+    headSize_ = 0;
+    bodySize_ = 0;
+    isInBody_ = false;
+    isLineEmpty_ = true;
+    hasWritten_ = false;
+    return begin_ != received_ || fill();
+}
+
+HttpConnection::Readiness HttpConnection::await(short events, Time end, bool heedsStop) const
+{
+    for (;;) {
+        auto const left = std::chrono::ceil<milliseconds>(end - steady_clock::now());
+        if (left.count() <= 0) {
+            return Readiness::tooLate;
+        }
+        std::array<pollfd, 2> waiting{{{socket_, events, 0}, {heedsStop ? stopping_ : -1, POLLIN, 0}}};
+        ::poll(waiting.data(), waiting.size(), static_cast<int>(left.count()));
+        if (waiting[0].revents != 0) {
+            return Readiness::ready;
+        }
+        if (waiting[1].revents != 0) {
+            return Readiness::stopping;
+        }
+    }
+}
+
+// Receives more, in time. False at the end of the connection.
+bool HttpConnection::fill()
+{
+    Readiness readiness = await(POLLIN, end_, true);
+    if (readiness == Readiness::stopping) {
+        readiness = await(POLLIN, std::min(end_, steady_clock::now() + grace), false);
+    }
+    if (readiness != Readiness::ready) {
+        refusal_ = 408;
+        return false;
+    }
+    ssize_t const count = ::recv(socket_, buffer_.data(), buffer_.size(), 0);
+    begin_ = 0;
+    received_ = static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+    return received_ != 0;
+}
+
+ssize_t HttpConnection::read(char* bytes, std::size_t size)
+{
+    if (refusal_ != 0 || (begin_ == received_ && !fill())) {
+        return refusal_ != 0 ? -1 : 0;
+    }
+    std::size_t const count = std::min(size, received_ - begin_);
+    std::copy_n(buffer_.begin() + static_cast<std::ptrdiff_t>(begin_), count, bytes);
+    begin_ += count;
+    this->count({bytes, count});
+    return refusal_ != 0 ? -1 : static_cast<ssize_t>(count);
+}
+
+// Keeps account of what was read. The head ends with an empty line.
+void HttpConnection::count(std::string_view bytes)
+{
+    for (; !isInBody_ && !bytes.empty(); bytes.remove_prefix(1)) {
+        char const byte = bytes.front();
+        isInBody_ = byte == '\n' && isLineEmpty_ && headSize_ != 0;
+        isLineEmpty_ = byte == '\n' || (byte == '\r' && isLineEmpty_);
+        ++headSize_;
+    }
+    bodySize_ += bytes.size();
+    if (headSize_ > HttpServer::headSizeMax) {
+        refusal_ = 431;
+    } else if (bodySize_ > sentBodyMax(bounds_.body)) {
+        refusal_ = 413;
+    }
+}
+
+ssize_t HttpConnection::write(char const* bytes, std::size_t size)
+{
+    hasWritten_ = true;
+    end_ = steady_clock::now() + bounds_.request; // now it is the response's
+    for (std::size_t sent = 0; sent < size;) {
+        ssize_t const count = ::send(socket_, bytes + sent, size - sent, MSG_NOSIGNAL | MSG_DONTWAIT);
+        if (count > 0) {
+            sent += static_cast<std::size_t>(count);
+        } else if ((errno != EAGAIN && errno != EINTR) || await(POLLOUT, end_, false) != Readiness::ready) {
+            isClosing_ = true;
+            return -1;
+        }
+    }
+    return static_cast<ssize_t>(size);
+}
+
+void HttpConnection::finish()
+{
+    ::shutdown(socket_, SHUT_WR);
+    // Closing a socket with unread bytes would take the response back.
+    Time const end = steady_clock::now() + lingerTime;
+    while (isClosing() && await(POLLIN, end, false) == Readiness::ready &&
+           ::recv(socket_, buffer_.data(), buffer_.size(), 0) > 0) {
+    }
+}
+
+std::string HttpConnection::address() const
+{
+    std::string ip;
+    int port = 0;
+    get_remote_ip_and_port(ip, port);
+    return ip;
+}
+
+bool HttpConnection::is_readable() const
+{
+    return begin_ != received_ || await(POLLIN, end_, false) == Readiness::ready;
+}
+
+bool HttpConnection::is_writable() const { return await(POLLOUT, end_, false) == Readiness::ready; }
+
+void HttpConnection::get_remote_ip_and_port(std::string& ip, int& port) const
+{
+    sockaddr_storage address{};
+    socklen_t length = sizeof address;
+    ::getpeername(socket_, reinterpret_cast<sockaddr*>(&address), &length);
+    addressOf(address, ip, port);
+}
+
+void HttpConnection::get_local_ip_and_port(std::string& ip, int& port) const
+{
+    sockaddr_storage address{};
+    socklen_t length = sizeof address;
+    ::getsockname(socket_, reinterpret_cast<sockaddr*>(&address), &length);
+    addressOf(address, ip, port);
+}

@@ -1,0 +1,64 @@
+// A client's connection to the HTTP server: bytes within the bounds of time and size.
+#pragma once
+
+#include "tools/trsadapter/HttpServer.h"
+
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <cstddef>
+#include <httplib.h>
+#include <string>
+#include <string_view>
+#include <sys/types.h>
+
+// For one thread. The socket is the caller's to close.
+class HttpConnection final : public httplib::Stream {
+public:
+    // `stopping`: a descriptor that becomes readable when the server is to end.
+    HttpConnection(int socket, int stopping, HttpServer::Bounds const& bounds);
+
+    // Waits for the first byte of a request. False when none comes: the client left or is idle for too long, other
+    // connections wait for this one's thread, or the server is to end.
+    bool awaitRequest(std::atomic<int> const& waiting);
+    // The status that a request which broke a bound is answered with: 408, 413 or 431; 0 for one that did not.
+    int refusal() const { return refusal_; }
+    // The part of the request that is not read any more makes the connection useless for others.
+    void closeAfterResponse() { isClosing_ = true; }
+    bool isClosing() const { return isClosing_ || refusal_ != 0; }
+    bool hasWritten() const { return hasWritten_; }
+    // Ends the connection so that the client gets to read the response, even when it is still sending.
+    void finish();
+    std::string address() const;
+
+    bool is_readable() const override;
+    bool is_writable() const override;
+    ssize_t read(char* bytes, std::size_t size) override;
+    ssize_t write(char const* bytes, std::size_t size) override;
+    void get_remote_ip_and_port(std::string& ip, int& port) const override;
+    void get_local_ip_and_port(std::string& ip, int& port) const override;
+    socket_t socket() const override { return socket_; }
+
+private:
+    using Time = std::chrono::steady_clock::time_point;
+
+    enum class Readiness { ready, tooLate, stopping };
+    Readiness await(short events, Time end, bool heedsStop) const;
+    bool fill();
+    void count(std::string_view bytes);
+
+    int socket_;
+    int stopping_;
+    HttpServer::Bounds bounds_;
+    Time end_; // of the request
+    std::array<char, 8192> buffer_;
+    std::size_t begin_ = 0; // of what was received and not read yet
+    std::size_t received_ = 0;
+    std::size_t headSize_ = 0; // of what was read of the request
+    std::size_t bodySize_ = 0;
+    bool isInBody_ = false;
+    bool isLineEmpty_ = true; // the head's present line, up to here
+    int refusal_ = 0;
+    bool isClosing_ = false;
+    bool hasWritten_ = false;
+};
