@@ -1,7 +1,7 @@
 // ZYN_ZipStream: a gzip file, read or written as a stream of the uncompressed bytes; for the adapter's compressed log.
 #pragma once
 
-struct gzFile_s; // what zlib's gzFile points to
+#include <zlib.h>
 
 // Open from construction to close(), for one thread at a time. Ask is_open() first: a closed stream delivers nothing
 // and takes nothing (gcount() -1, get() 0xFF, eof() false, so that good() is true).
@@ -28,7 +28,7 @@ public:
 
     bool is_open() const { return handle != nullptr; }
     // Whether a read went past the last byte.
-    bool eof() const;
+    bool eof() const { return gzeof(handle) != 0; }
     bool good() const { return !eof(); }
     // What the last read() delivered: the number of bytes, 0 at the end of the file, -1 for an error or for a length
     // beyond the int range; 0 before the first one and after close().
@@ -37,13 +37,18 @@ public:
     // Reads up to `length` bytes; gcount() tells how many. Fewer than that only at the end of the file.
     ZYN_ZipStream& read(char* buffer, unsigned int length);
     // Reads one byte. At the end of the file, where eof() tells it apart, and for an error it is 0xFF.
-    ZYN_ZipStream& get(char& c);
+    ZYN_ZipStream& get(char& c)
+    {
+        // zlib's macro takes the byte from the file's buffer, but would look into a null handle.
+        c = static_cast<char>(handle != nullptr ? gzgetc(handle) : -1);
+        return *this;
+    }
     // Writes `length` bytes, at most the int range. Nothing tells of an error, such as a full disk.
     ZYN_ZipStream& write(char* buffer, unsigned int length);
     // Completes and closes the file: only then has all that was written reached it. A closed stream stays as it is.
     void close();
 
 private:
-    gzFile_s* handle = nullptr;
+    gzFile handle = nullptr;
     int lastCount = 0;
 };

@@ -194,8 +194,7 @@ void getZlib(benchmark::State& state)
     measureReading(state, [](char const* path) {
         gzFile const file = gzopen(path, "rb");
         std::size_t total = 0;
-        // The functions that the stream's callers call through it; zlib's macro gzgetc has no equal there.
-        for (char c = 0; c = static_cast<char>((gzgetc)(file)), gzeof(file) == 0; ++total) {
+        for (char c = 0; c = static_cast<char>(gzgetc(file)), gzeof(file) == 0; ++total) {
             benchmark::DoNotOptimize(c);
         }
         gzclose(file);

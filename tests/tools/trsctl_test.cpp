@@ -1,0 +1,172 @@
+// trsctl against a unit.
+#include "tests/tools/Programs.h"
+
+#include <nlohmann/json.hpp>
+
+#include <fstream>
+#include <sstream>
+
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class Trsctl : public ProgramTest {
+protected:
+    struct Result {
+        int code;
+        std::string output;
+        std::string error;
+    };
+    static std::string joined(std::vector<std::string> const& lines)
+    {
+        std::string text;
+        for (std::string const& line : lines) {
+            text += line + '\n';
+        }
+        return text;
+    }
+    Result run(Arguments arguments)
+    {
+        arguments.insert(arguments.begin(), {"--unit", endpoint});
+        ChildProcess child(program("trsctl"), arguments);
+        int const code = child.waitForExit();
+        return {code, joined(child.readRest()), joined(child.readRest(ChildProcess::Stream::error))};
+    }
+    std::string output(Arguments const& arguments)
+    {
+        Result const result = run(arguments);
+        EXPECT_EQ(result.code, 0) << result.error;
+        return result.output;
+    }
+};
+
+TEST_F(Trsctl, SeesWhatItSets)
+{
+    Unit sim = unit();
+    EXPECT_EQ(output({"get", "IpNode", "mtu"}), "mtu 1500\n");
+    EXPECT_EQ(output({"set", "IpNode", "mtu", "1400"}), "");
+    EXPECT_EQ(output({"get", "IpNode", "getMtu", "--format", "json"}), "{\n  \"mtu\": 1400\n}\n");
+    EXPECT_EQ(
+        output({"call", "IpNode", "setIpConfig", "site", "text=a b", "10.0.0.1", "number=7", "address2=[255,255,0,0]"}),
+        "");
+    EXPECT_EQ(output({"--format", "table", "call", "IpNode", "getIpConfig", "name=site"}),
+              "NAME      VALUE\naddress   10.0.0.1\naddress2  255.255.0.0\nnumber    7\ntext      a b\n");
+
+    std::string const file = directory.file("parameters");
+    std::ofstream(file) << R"({"vlanId": 300, "committedInfoRate": 1, "sir": 0, "vlanShapingEnabled": false,
+        "ipAddressInfo": {"ipAddress": "10.3.0.7", "address2": "0.0.0.0"}, "shaperBurstSize": 1,
+        "bfdInfo": {"bfdActivation": false, "bfdAdminUp": false, "bfdActivation2": false, "bfdAdminUp2": false,
+                    "bfdDestAddress": "0.0.0.0", "bfdDestAddress2": "0.0.0.0", "bfdSourceUdpPort": 0,
+                    "bfdTypeUdpPort": 0, "bfdTimer": {"value1": 1, "value2": 2, "value3": 3}},
+        "vlanInstanceId": 300, "qosEnabled": false, "cesopsn": false})";
+    std::string const vlan = output({"call", "EthIfNet:IfNet/Transport", "createVlan", "@" + file});
+    EXPECT_THAT(vlan, StartsWith("vlan VlanIfNet:"));
+    std::string const object = vlan.substr(5, vlan.size() - 6);
+    EXPECT_EQ(output({"get", object, "vlanId"}), "vlanId 300\n");
+    EXPECT_EQ(run({"call", "EthIfNet:IfNet/Transport", "createVlan", "@" + file}).code, 4) << "there is one already";
+}
+
+TEST_F(Trsctl, TellsByItsExitCodeWhatCanBeDone)
+{
+    Unit sim = unit();
+    struct {
+        Arguments arguments;
+        int code;
+        std::string error;
+    } const cases[] = {
+        {{}, 2, "subcommand"},
+        {{"sing"}, 2, "subcommand"},
+        {{"get", "IpNode"}, 2, "NAME is required"},
+        {{"get", "IpNode", "mtu", "--format", "xml"}, 2, "xml"},
+        {{"get", "Nonsense:x", "mtu"}, 2, "'Nonsense' is no class"},
+        {{"get", "x", "mtu"}, 2, "'x' is no object"},
+        {{"get", "IpNode", "colour"}, 2, "'colour' is no operation of IpNodeClient"},
+        {{"set", "IpNode", "mtu"}, 2, "mtu is missing\nResponseInfo<SetClient> setMtu(in long mtu)"},
+        {{"set", "IpNode", "mtu", "1", "2"}, 2, "'2' is one argument too many"},
+        {{"set", "IpNode", "mtu", "mtu=1", "mtu=2"}, 2, "'mtu=2' is given twice"},
+        {{"set", "IpNode", "mtu", "wide"}, 2, "mtu: \"wide\" is no number"},
+        {{"describe", "IfNet.colour"}, 2, "'colour' is no operation"},
+        {{"describe", "0x00000000"}, 2, "'0x00000000' is no class"},
+        {{"get", "IfNet:nowhere", "mtu"}, 3, "IfNet:nowhere getMtu at " + endpoint + ": there is no such object"},
+        {{"tree", "IfNet:nowhere"}, 3, "there is no such object"},
+        {{"call", "IpNode", "getIpConfig", "nothing"}, 4, "IpNode:IpNode getIpConfig at " + endpoint + ": refused"},
+        {{"get", "AppObject:IpNode", "mtu"}, 2, "'AppObject' is no class"},
+        {{"get", "Condition:IpNode", "isActive"}, 8, "no such operation; it was not carried out"},
+    };
+    for (auto const& [arguments, code, error] : cases) {
+        Result const result = run(arguments);
+        EXPECT_EQ(result.code, code) << error;
+        EXPECT_THAT(result.error, HasSubstr(error));
+        EXPECT_EQ(result.output, "");
+    }
+    sim.does("hang");
+    Result const late = run({"--timeout", "100", "call", "NmiRmiAdapterServer", "getPublicIpAddrRmi"});
+    EXPECT_EQ(late.code, 5);
+    EXPECT_THAT(late.error, HasSubstr("whether it was carried out is unknown"));
+    sim.signal(SIGKILL);
+    sim.waitForExit();
+    EXPECT_EQ(run({"get", "IpNode", "mtu"}).code, 6);
+}
+
+TEST_F(Trsctl, WaitsForTheUnit)
+{
+    ChildProcess child(program("trsctl"), {"--unit", endpoint, "--wait", "60", "get", "IpNode", "mtu"});
+    Unit sim = unit();
+    EXPECT_EQ(child.waitForExit(), 0);
+    EXPECT_EQ(child.readLine(), "mtu 1500");
+}
+
+// Text and JSON have the same leaves.
+TEST_F(Trsctl, WalksAnObject)
+{
+    Unit sim = unit();
+    std::string const text = output({"walk", "EthIfNet:IfNet/Transport"});
+    EXPECT_THAT(text, HasSubstr("\ngetIpAddrSequence.addresses[0].ipAddress 10.1.0.7\n"));
+    EXPECT_THAT(text, HasSubstr("\ngetEthernetAddress.address 02:00:00:00:00:01\n"));
+    auto const json = nlohmann::ordered_json::parse(output({"--format", "json", "walk", "EthIfNet:IfNet/Transport"}));
+    std::string leaves;
+    auto const flat = json.flatten();
+    for (auto const& [pointer, value] : flat.items()) {
+        leaves += pointer + ' ' + (value.is_string() ? value.get<std::string>() : value.dump()) + '\n';
+    }
+    std::istringstream lines(text);
+    std::string expected;
+    for (std::string line; std::getline(lines, line);) {
+        std::size_t const end = line.find(' ');
+        std::string pointer = '/' + line.substr(0, end);
+        for (char& character : pointer) {
+            character = character == '.' || character == '[' ? '/' : character;
+        }
+        std::erase(pointer, ']');
+        expected += pointer + line.substr(end) + '\n';
+    }
+    EXPECT_EQ(leaves, expected);
+}
+
+TEST_F(Trsctl, ShowsTheTreeOfObjects)
+{
+    Unit sim = unit();
+    std::string const text = output({"tree"});
+    EXPECT_THAT(text, StartsWith("IpNode:IpNode\n  EthIfNet:IfNet/"));
+    EXPECT_THAT(text, HasSubstr("\n            HwmSensor:HwmUnit-1/Sensor  (getSensor)\n"));
+    EXPECT_THAT(text, HasSubstr("EthLink:HwmUnit-1/EthLink  (getLinks, above)"));
+    EXPECT_EQ(output({"tree", "--depth", "0"}), "IpNode:IpNode\n");
+    EXPECT_THAT(output({"tree", "--dot"}),
+                HasSubstr("  \"IpNode:IpNode\" -> \"EthIfNet:IfNet/Lmp\" [label=\"getLMPIfNet\"];\n"));
+    auto const json = nlohmann::json::parse(output({"tree", "--format", "json", "--depth", "1"}));
+    EXPECT_EQ(json["children"][0]["operation"], "getLMPIfNet");
+}
+
+TEST_F(Trsctl, DescribesWithoutAUnit)
+{
+    std::string const classes = output({"list"});
+    EXPECT_EQ(std::count(classes.begin(), classes.end(), '\n'), 56);
+    EXPECT_THAT(output({"list", "EthIfNet"}), HasSubstr("ResponseInfo<GetClient> getMtu(out long mtu)"));
+    EXPECT_THAT(output({"describe", "0xb86aeff7"}), StartsWith("class IfNetClient\n"));
+    std::string const described = output({"describe", "VlanIfNet.getIpAddrSequence"});
+    EXPECT_THAT(described, HasSubstr("class IfNetClient\nclassId 0xb86aeff7\nindex 12\n"));
+    EXPECT_THAT(described, HasSubstr("types.IfNetClient::IpAddrInfo.address4 TipprmiArray<short, 4>\n"));
+}
+
+} // namespace

@@ -1,0 +1,82 @@
+#include "tools/catalogue/Call.h"
+
+#include "platform/TipprmiStream.h"
+
+namespace catalogue {
+
+namespace {
+
+// The names of out-arguments; one whose name the declaration does not give is called by its place.
+std::string nameOf(std::vector<std::string_view> const& names, std::size_t i)
+{
+    return i < names.size() ? std::string(names[i]) : '#' + std::to_string(i);
+}
+
+std::string writeArguments(TipprmiStream& request, Operation const& operation, std::vector<Value> const& in)
+{
+    std::vector<std::string_view> const names = operation.parameterNames();
+    std::size_t used = 0;
+    for (std::size_t i = 0; i < operation.parameters.size(); ++i) {
+        if (!operation.parameters[i].isIn) {
+            continue;
+        }
+        if (used == in.size()) {
+            return nameOf(names, i) + " is missing";
+        }
+        std::string const wrong = writeValue(request, *operation.parameters[i].type, in[used++]);
+        if (!wrong.empty()) {
+            return nameOf(names, i) + (wrong.front() == '.' || wrong.front() == '[' ? "" : ": ") + wrong;
+        }
+    }
+    return used < in.size() ? "one argument too many" : std::string();
+}
+
+} // namespace
+
+Outcome call(TipprmiObjectClient const& object, Operation const& operation, std::vector<Value> const& in)
+{
+    Outcome outcome;
+    TipprmiStream request(100);
+    TipprmiStream reply(100);
+    TipprmiStream& arguments = object.prepareRequestStream_(true, operation.classId, operation.index, request);
+    outcome.wrong = writeArguments(arguments, operation, in);
+    if (!outcome.wrong.empty()) {
+        return outcome;
+    }
+
+    outcome.kind = Outcome::Kind::failed;
+    if (!object.dispatch(true, operation.classId, operation.index, request, reply)) {
+        outcome.failure = host::lastCallFailure();
+        return outcome;
+    }
+    TipprmiStream& response = object.prepareResponseStream_(true, reply);
+    outcome.kind = Outcome::Kind::done;
+    if (operation.result != nullptr) {
+        Value result = readValue(response, *operation.result);
+        if (operation.result->kind != Type::Kind::status) {
+            outcome.results["result"] = std::move(result);
+        } else if (result["failed"] != 0) {
+            outcome.kind = Outcome::Kind::refused;
+            outcome.subSystem = result["subSystem"];
+        }
+    }
+    std::vector<std::string_view> const names = operation.parameterNames();
+    for (std::size_t i = 0; i < operation.parameters.size(); ++i) {
+        if (!operation.parameters[i].isIn) {
+            outcome.results[nameOf(names, i)] = readValue(response, *operation.parameters[i].type);
+        }
+    }
+    if (response.hasUnmarshallingFailed() || response.available() != 0) {
+        outcome.kind = Outcome::Kind::failed;
+        outcome.failure = {host::CallFailure::Kind::malformedReply,
+                           host::CallFailure::CarriedOut::yes,
+                           operation.classId,
+                           operation.index,
+                           object.getOID(),
+                           {},
+                           response.hasUnmarshallingFailed() ? "the reply ends too early" : "the reply has too much"};
+    }
+    return outcome;
+}
+
+} // namespace catalogue

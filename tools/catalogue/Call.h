@@ -1,0 +1,33 @@
+// Calls of any operation of the catalogue.
+#pragma once
+
+#include "platform/TipprmiObjectClient.h"
+#include "platform/host/CallFailure.h"
+#include "tools/catalogue/Class.h"
+#include "tools/catalogue/Value.h"
+
+#include <string>
+#include <vector>
+
+namespace catalogue {
+
+struct Outcome {
+    enum class Kind {
+        done,
+        refused, // with a status of failure
+        failed,  // without a reply to read: `failure` tells why
+        wrong,   // not sent: `wrong` tells what is wrong with the arguments
+    };
+
+    Kind kind = Kind::wrong;
+    Value results = Value::object(); // a plain result as "result", out-arguments by name; of a call that is done
+    long subSystem = 0;              // that refused
+    host::CallFailure failure;
+    std::string wrong;
+};
+
+// Calls the operation on the object with these in-arguments, in their order. The calling thread is under the run
+// permission (TreflectHandlerState).
+Outcome call(TipprmiObjectClient const& object, Operation const& operation, std::vector<Value> const& in);
+
+} // namespace catalogue

@@ -1,0 +1,34 @@
+// What trsctl's exit codes tell: they differ by what can be done next.
+#pragma once
+
+#include "platform/host/CallFailure.h"
+
+enum class ExitCode : int {
+    good = 0,
+    usage = 2,           // correct the command line
+    noSuchObject = 3,    // look for the object: `trsctl tree`
+    refused = 4,         // the unit refused; ask it for something else
+    deadline = 5,        // nobody knows whether it was done; look, or use --timeout
+    unreachable = 6,     // no connection, or a lost one; start the unit, or use --unit or --wait
+    malformedReply = 7,  // the unit does not speak as it should
+    noSuchOperation = 8, // the unit has no such operation
+};
+
+inline ExitCode exitCodeOf(host::CallFailure const& failure)
+{
+    using Kind = host::CallFailure::Kind;
+    switch (failure.kind) {
+    case Kind::noSuchObject:
+        return ExitCode::noSuchObject;
+    case Kind::refused:
+        return ExitCode::refused;
+    case Kind::deadline:
+        return ExitCode::deadline;
+    case Kind::malformedReply:
+        return ExitCode::malformedReply;
+    case Kind::noSuchOperation:
+        return ExitCode::noSuchOperation;
+    default:
+        return ExitCode::unreachable;
+    }
+}

@@ -1,0 +1,141 @@
+#include "tools/trsctl/Offline.h"
+
+#include "platform/NmaLogHelper.h"
+#include "platform/host/CallFailure.h"
+#include "tools/catalogue/Class.h"
+#include "tools/support/Console.h"
+
+#include <charconv>
+#include <cstdio>
+#include <set>
+
+namespace {
+
+using catalogue::Class;
+using catalogue::Operation;
+using catalogue::Type;
+using catalogue::Value;
+
+std::string hexadecimal(std::uint32_t id) { return LogMakeString("0x%08x", static_cast<unsigned>(id)); }
+
+// A class by name, interface name or identifier; null, and said why, when there is none.
+Class const* find(std::string const& name)
+{
+    Class const* found = catalogue::findClass(name);
+    if (found == nullptr && name.starts_with("0x")) {
+        std::uint32_t id = 0;
+        auto const [end, error] = std::from_chars(name.data() + 2, name.data() + name.size(), id, 16);
+        found = error == std::errc() && end == name.data() + name.size() ? catalogue::findClass(id) : nullptr;
+    }
+    if (found == nullptr) {
+        std::fprintf(stderr, "'%s' is no class; `trsctl list` tells them\n", host::printable(name).c_str());
+    }
+    return found;
+}
+
+// The records and enumerations that a type consists of, each once, in the order in which they are met.
+void collect(Type const& type, std::vector<Type const*>& types)
+{
+    if (type.element != nullptr) {
+        collect(*type.element, types);
+    }
+    bool const isNamed = type.kind == Type::Kind::record || type.kind == Type::Kind::enumeration;
+    if (isNamed && std::find(types.begin(), types.end(), &type) == types.end()) {
+        types.push_back(&type);
+        for (catalogue::Field const& field : type.fields) {
+            collect(*field.type, types);
+        }
+    }
+}
+
+Value partsOf(Type const& type)
+{
+    Value parts = Value::object();
+    for (catalogue::Field const& field : type.fields) {
+        parts[std::string(field.name)] = field.type->text();
+    }
+    for (catalogue::Enumerator const& enumerator : type.enumerators) {
+        parts[std::string(enumerator.name)] = enumerator.value;
+    }
+    return parts;
+}
+
+Value described(Operation const& operation)
+{
+    std::vector<Type const*> types;
+    for (catalogue::Parameter const& parameter : operation.parameters) {
+        collect(*parameter.type, types);
+    }
+    if (operation.result != nullptr) {
+        collect(*operation.result, types);
+    }
+    Value named = Value::object();
+    for (Type const* const type : types) {
+        named[std::string(type->name)] = partsOf(*type);
+    }
+    Value value{{"operation", operation.name},
+                {"class", operation.className},
+                {"classId", hexadecimal(operation.classId)},
+                {"index", operation.index},
+                {"signature", operation.signature()},
+                {"comment", operation.comment()}};
+    if (!named.empty()) {
+        value["types"] = named;
+    }
+    return value;
+}
+
+} // namespace
+
+ExitCode list(std::string const& className, Format format)
+{
+    std::vector<std::vector<std::string>> rows;
+    if (className.empty()) {
+        for (Class const* const each : catalogue::classes()) {
+            rows.push_back({std::string(each->name), hexadecimal(each->id), std::to_string(each->own.size()),
+                            std::string(each->baseName)});
+        }
+        writeRows({"class", "identifier", "operations", "base"}, rows, format);
+        return ExitCode::good;
+    }
+    Class const* const found = find(className);
+    if (found == nullptr) {
+        return ExitCode::usage;
+    }
+    for (Operation const* const operation : found->operations()) {
+        rows.push_back({std::string(operation->className), std::to_string(operation->index), operation->signature()});
+    }
+    writeRows({"class", "index", "signature"}, rows, format);
+    return ExitCode::good;
+}
+
+ExitCode describe(std::string const& name, Format format)
+{
+    std::size_t const dot = name.find('.');
+    Class const* const found = find(name.substr(0, dot));
+    if (found == nullptr) {
+        return ExitCode::usage;
+    }
+    if (dot == std::string::npos) {
+        Value operations = Value::array();
+        for (Operation const& operation : found->own) {
+            operations.push_back(std::to_string(operation.index) + ' ' + operation.signature());
+        }
+        writeResults(Value{{"class", found->name},
+                           {"interface", found->interface},
+                           {"identifier", hexadecimal(found->id)},
+                           {"base", found->baseName},
+                           {"operations", operations}},
+                     format);
+        return ExitCode::good;
+    }
+    Operation const* const operation = found->find(name.substr(dot + 1));
+    if (operation == nullptr) {
+        std::fprintf(stderr, "'%s' is no operation of %s; `trsctl list %s` tells them\n",
+                     host::printable(name.substr(dot + 1)).c_str(), std::string(found->name).c_str(),
+                     std::string(found->name).c_str());
+        return ExitCode::usage;
+    }
+    writeResults(described(*operation), format);
+    return ExitCode::good;
+}

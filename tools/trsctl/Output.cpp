@@ -1,0 +1,81 @@
+#include "tools/trsctl/Output.h"
+
+#include "tools/support/Console.h"
+
+#include <algorithm>
+#include <cctype>
+
+namespace {
+
+std::string upper(std::string text)
+{
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char character) { return static_cast<char>(std::toupper(character)); });
+    return text;
+}
+
+void writeAligned(std::vector<std::vector<std::string>> const& rows)
+{
+    std::vector<std::size_t> widths;
+    for (auto const& row : rows) {
+        widths.resize(std::max(widths.size(), row.size()));
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            widths[i] = std::max(widths[i], row[i].size());
+        }
+    }
+    for (auto const& row : rows) {
+        std::string line;
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            std::size_t const padding = i + 1 < row.size() ? widths[i] - row[i].size() + 2 : 0;
+            line += row[i] + std::string(padding, ' ');
+        }
+        tools::say(line);
+    }
+}
+
+} // namespace
+
+void writeRows(std::vector<std::string> const& head, std::vector<std::vector<std::string>> const& rows, Format format)
+{
+    if (format == Format::json) {
+        catalogue::Value list = catalogue::Value::array();
+        for (auto const& row : rows) {
+            catalogue::Value object = catalogue::Value::object();
+            for (std::size_t i = 0; i < row.size(); ++i) {
+                object[head[i]] = row[i];
+            }
+            list.push_back(std::move(object));
+        }
+        tools::say(catalogue::toJson(list));
+        return;
+    }
+    std::vector<std::vector<std::string>> lines;
+    if (format == Format::table) {
+        std::vector<std::string> captions;
+        std::transform(head.begin(), head.end(), std::back_inserter(captions), upper);
+        lines.push_back(std::move(captions));
+    }
+    lines.insert(lines.end(), rows.begin(), rows.end());
+    writeAligned(lines);
+}
+
+void writeResults(catalogue::Value const& results, Format format)
+{
+    if (format == Format::json) {
+        tools::say(catalogue::toJson(results));
+        return;
+    }
+    std::vector<std::vector<std::string>> rows;
+    if (!results.empty()) {
+        catalogue::forEachLeaf(results, [&rows](std::string const& path, std::string const& text) {
+            rows.push_back({path, text});
+        });
+    }
+    if (format == Format::table) {
+        writeRows({"name", "value"}, rows, format);
+        return;
+    }
+    for (auto const& row : rows) {
+        tools::say(row[0] + ' ' + row[1]);
+    }
+}

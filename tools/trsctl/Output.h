@@ -1,0 +1,16 @@
+// How results are written.
+#pragma once
+
+#include "tools/catalogue/Value.h"
+
+#include <string>
+#include <vector>
+
+enum class Format { text, json, table };
+
+// Writes a value to standard output: as JSON, or its leaves, a line each with path and text, which the table aligns
+// under a head. All formats have the same leaves.
+void writeResults(catalogue::Value const& results, Format format);
+
+// Writes rows of a table, its columns aligned; the text format has no head.
+void writeRows(std::vector<std::string> const& head, std::vector<std::vector<std::string>> const& rows, Format format);

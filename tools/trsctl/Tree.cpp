@@ -1,0 +1,150 @@
+// trsctl tree: the graph of a unit's objects.
+#include "rmi/TreflectHandlerState.h"
+#include "tools/support/Console.h"
+#include "tools/trsctl/Unit.h"
+
+#include <algorithm>
+#include <set>
+
+namespace {
+
+using catalogue::Outcome;
+using catalogue::Type;
+using catalogue::Value;
+
+constexpr std::size_t mostObjects = 10'000; // a unit that makes up objects without end comes to one
+
+// The objects that a value refers to.
+void collect(Type const& type, Value const& value, std::vector<std::string>& objects)
+{
+    if (type.kind == Type::Kind::object && value.is_string()) {
+        objects.push_back(value.get<std::string>());
+    } else if (type.kind == Type::Kind::sequence || type.kind == Type::Kind::array) {
+        for (Value const& element : value) {
+            collect(*type.element, element, objects);
+        }
+    } else if (type.kind == Type::Kind::record) {
+        for (catalogue::Field const& field : type.fields) {
+            collect(*field.type, value[std::string(field.name)], objects);
+        }
+    }
+}
+
+std::vector<std::string> objectsIn(catalogue::Operation const& operation, Value const& results)
+{
+    std::vector<std::string> objects;
+    if (operation.result != nullptr && results.contains("result")) {
+        collect(*operation.result, results["result"], objects);
+    }
+    std::vector<std::string_view> const names = operation.parameterNames();
+    for (std::size_t i = 0; i < operation.parameters.size(); ++i) {
+        if (!operation.parameters[i].isIn) {
+            collect(*operation.parameters[i].type, results[std::string(names[i])], objects);
+        }
+    }
+    return objects;
+}
+
+// An object, and how its parent leads to it.
+struct Node {
+    std::string object;
+    std::string operation;
+    bool isSeen; // above or before, where its own children are
+    std::vector<Node> children;
+};
+
+class Walker {
+public:
+    explicit Walker(int depth) : depth_(depth) {}
+
+    Node walk(std::string const& object, std::string const& operation, int level)
+    {
+        Node node{object, operation, !seen_.insert(object).second, {}};
+        catalogue::ObjectName name;
+        if (node.isSeen || level == depth_ || seen_.size() > mostObjects ||
+            !catalogue::ObjectName::parse(object, name).empty()) {
+            return node;
+        }
+        catalogue::Class const* const type = catalogue::findClass(name.className);
+        if (type == nullptr) {
+            return node; // one of the framework's value objects
+        }
+        TipprmiObjectClient const proxy{TipprmiOID(name.id)};
+        for (catalogue::Operation const* const each : type->operations()) {
+            Outcome const outcome = each->isReading() ? catalogue::call(proxy, *each, {}) : Outcome();
+            if (outcome.kind != Outcome::Kind::done) {
+                continue;
+            }
+            for (std::string const& next : objectsIn(*each, outcome.results)) {
+                node.children.push_back(walk(next, std::string(each->name), level + 1));
+            }
+        }
+        return node;
+    }
+
+private:
+    int depth_;
+    std::set<std::string> seen_;
+};
+
+void sayText(Node const& node, std::size_t level)
+{
+    std::string const via = node.operation.empty() ? "" : "  (" + node.operation + (node.isSeen ? ", above)" : ")");
+    tools::say(std::string(2 * level, ' ') + host::printable(node.object) + via);
+    for (Node const& child : node.children) {
+        sayText(child, level + 1);
+    }
+}
+
+Value toValue(Node const& node)
+{
+    Value value{{"object", node.object}};
+    if (!node.operation.empty()) {
+        value["operation"] = node.operation;
+    }
+    for (Node const& child : node.children) {
+        value["children"].push_back(toValue(child));
+    }
+    return value;
+}
+
+std::string quoted(std::string const& text) { return catalogue::toJson(Value(text), -1); }
+
+void sayDot(Node const& node)
+{
+    for (Node const& child : node.children) {
+        tools::say("  " + quoted(node.object) + " -> " + quoted(child.object) + " [label=" + quoted(child.operation) +
+                   "];");
+        sayDot(child);
+    }
+}
+
+} // namespace
+
+ExitCode Unit::tree(std::string const& object, int depth, bool isDot)
+{
+    Target target;
+    if (ExitCode const code = connect(object, target); code != ExitCode::good) {
+        return code;
+    }
+    TreflectHandlerState const running;
+    std::vector<catalogue::Operation const*> const all = target.type->operations();
+    auto const first = std::ranges::find_if(all, &catalogue::Operation::isReading);
+    if (first != all.end()) {
+        Outcome const outcome = catalogue::call(target.object, **first, {});
+        if (outcome.kind == Outcome::Kind::failed && exitCodeOf(outcome.failure) != ExitCode::noSuchOperation) {
+            return complain(target, **first, outcome);
+        }
+    }
+    Node const root = Walker(depth).walk(target.name.text(), {}, 0);
+    if (isDot) {
+        tools::say("digraph unit {");
+        sayDot(root);
+        tools::say("}");
+    } else if (options_.format == Format::json) {
+        tools::say(catalogue::toJson(toValue(root)));
+    } else {
+        sayText(root, 0);
+    }
+    return ExitCode::good;
+}

@@ -1,0 +1,210 @@
+#include "tools/trsctl/Unit.h"
+
+#include "platform/host/Broker.h"
+#include "rmi/TreflectHandlerState.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdio>
+#include <thread>
+
+namespace {
+
+using catalogue::Class;
+using catalogue::Operation;
+using catalogue::Outcome;
+using catalogue::Value;
+
+bool isSameName(std::string_view a, std::string_view b)
+{
+    return std::ranges::equal(
+        a, b, [](unsigned char one, unsigned char other) { return std::tolower(one) == std::tolower(other); });
+}
+
+// The operation of that name, or of one of the prefixes and that name, which may then begin with a small letter.
+Operation const* find(Class const& type, std::string const& name, std::vector<std::string> const& prefixes)
+{
+    if (Operation const* const exact = type.find(name)) {
+        return exact;
+    }
+    std::vector<Operation const*> const all = type.operations();
+    for (std::string const& prefix : prefixes) {
+        auto const found = std::find_if(all.rbegin(), all.rend(), [&](Operation const* candidate) {
+            return isSameName(candidate->name, prefix + name);
+        });
+        if (found != all.rend()) {
+            return *found;
+        }
+    }
+    return nullptr;
+}
+
+// The values of the in-parameters from "NAME=VALUE" and plain "VALUE" arguments. Empty, or what is wrong.
+std::string parseArguments(Operation const& operation, std::vector<std::string> const& arguments,
+                           std::vector<Value>& values)
+{
+    std::vector<std::string_view> const names = operation.parameterNames();
+    std::vector<std::string> texts(operation.parameters.size());
+    std::vector<bool> isGiven(operation.parameters.size());
+    for (std::size_t i = 0; i < operation.parameters.size(); ++i) {
+        isGiven[i] = !operation.parameters[i].isIn; // not to be given
+    }
+    for (std::string const& argument : arguments) {
+        std::size_t const sign = argument.find('=');
+        auto const named = std::find(names.begin(), names.end(), std::string_view(argument).substr(0, sign));
+        bool const isNamed = sign != std::string::npos && named != names.end();
+        auto const place =
+            isNamed ? static_cast<std::size_t>(named - names.begin())
+                    : static_cast<std::size_t>(std::find(isGiven.begin(), isGiven.end(), false) - isGiven.begin());
+        if (place >= isGiven.size()) {
+            return '\'' + host::printable(argument) + "' is one argument too many";
+        }
+        if (isGiven[place]) {
+            return '\'' + host::printable(argument) + "' is given twice, or is not to be given";
+        }
+        texts[place] = isNamed ? argument.substr(sign + 1) : argument;
+        isGiven[place] = true;
+    }
+    for (std::size_t i = 0; i < isGiven.size(); ++i) {
+        if (!isGiven[i]) {
+            return std::string(names[i]) + " is missing";
+        }
+        if (operation.parameters[i].isIn) {
+            std::string const wrong =
+                catalogue::parseValue(*operation.parameters[i].type, texts[i], values.emplace_back());
+            if (!wrong.empty()) {
+                return std::string(names[i]) + ": " + wrong;
+            }
+        }
+    }
+    return {};
+}
+
+ExitCode complainOfArguments(Operation const& operation, std::string const& wrong)
+{
+    std::fprintf(stderr, "%s\n%s\n", wrong.c_str(), operation.signature().c_str());
+    return ExitCode::usage;
+}
+
+} // namespace
+
+ExitCode Unit::connect(std::string const& text, Target& target)
+{
+    if (std::string const wrong = catalogue::ObjectName::parse(text, target.name); !wrong.empty()) {
+        std::fprintf(stderr, "%s\n", wrong.c_str());
+        return ExitCode::usage;
+    }
+    target.type = catalogue::findClass(target.name.className);
+    if (target.type == nullptr) {
+        std::fprintf(stderr, "'%s' is no class; `trsctl list` tells them\n",
+                     host::printable(target.name.className).c_str());
+        return ExitCode::usage;
+    }
+    host::Broker::setDeadline(options_.timeout);
+    host::Broker& broker = host::Broker::instance();
+    if (std::string const why = broker.addPeer(options_.endpoint); !why.empty()) {
+        std::fprintf(stderr, "%s\n", why.c_str());
+        return ExitCode::usage;
+    }
+    target.object = TipprmiObjectClient(TipprmiOID(target.name.id));
+    auto const end = std::chrono::steady_clock::now() + options_.wait;
+    while (std::chrono::steady_clock::now() < end && !target.object.isConnected()) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+    return ExitCode::good;
+}
+
+std::string Unit::describe(Outcome const& outcome) const
+{
+    if (outcome.kind == Outcome::Kind::refused) {
+        return outcome.subSystem == 0 ? "refused" : "refused by subsystem " + std::to_string(outcome.subSystem);
+    }
+    using CarriedOut = host::CallFailure::CarriedOut;
+    CarriedOut const effect = outcome.failure.carriedOut;
+    return outcome.failure.reason + (effect == CarriedOut::no    ? "; it was not carried out"
+                                     : effect == CarriedOut::yes ? "; it was carried out"
+                                                                 : "; whether it was carried out is unknown");
+}
+
+// Says why a call has no results.
+ExitCode Unit::complain(Target const& target, Operation const& operation, Outcome const& outcome) const
+{
+    if (outcome.kind == Outcome::Kind::wrong) {
+        return complainOfArguments(operation, outcome.wrong);
+    }
+    std::fprintf(stderr, "%s %s at %s: %s\n", target.name.text().c_str(), std::string(operation.name).c_str(),
+                 options_.endpoint.c_str(), describe(outcome).c_str());
+    return outcome.kind == Outcome::Kind::refused ? ExitCode::refused : exitCodeOf(outcome.failure);
+}
+
+ExitCode Unit::carryOut(Target const& target, Operation const& operation, std::vector<std::string> const& arguments)
+{
+    std::vector<Value> values;
+    if (std::string const wrong = parseArguments(operation, arguments, values); !wrong.empty()) {
+        return complainOfArguments(operation, wrong);
+    }
+    TreflectHandlerState const running;
+    Outcome const outcome = catalogue::call(target.object, operation, values);
+    if (outcome.kind != Outcome::Kind::done) {
+        return complain(target, operation, outcome);
+    }
+    writeResults(outcome.results, options_.format);
+    return ExitCode::good;
+}
+
+ExitCode Unit::callByName(std::string const& object, std::string const& name, std::vector<std::string> const& prefixes,
+                          std::vector<std::string> const& arguments)
+{
+    Target target;
+    if (ExitCode const code = connect(object, target); code != ExitCode::good) {
+        return code;
+    }
+    Operation const* const operation = find(*target.type, name, prefixes);
+    if (operation == nullptr) {
+        std::fprintf(stderr, "'%s' is no operation of %s; `trsctl list %s` tells them\n", host::printable(name).c_str(),
+                     std::string(target.type->name).c_str(), std::string(target.type->name).c_str());
+        return ExitCode::usage;
+    }
+    return carryOut(target, *operation, arguments);
+}
+
+ExitCode Unit::get(std::string const& object, std::string const& name, std::vector<std::string> const& arguments)
+{
+    return callByName(object, name, {"get", "is", "has"}, arguments);
+}
+
+ExitCode Unit::set(std::string const& object, std::string const& name, std::vector<std::string> const& arguments)
+{
+    return callByName(object, name, {"set"}, arguments);
+}
+
+ExitCode Unit::call(std::string const& object, std::string const& name, std::vector<std::string> const& arguments)
+{
+    return callByName(object, name, {}, arguments);
+}
+
+ExitCode Unit::walk(std::string const& object)
+{
+    Target target;
+    if (ExitCode const code = connect(object, target); code != ExitCode::good) {
+        return code;
+    }
+    TreflectHandlerState const running;
+    Value results = Value::object();
+    for (Operation const* const operation : target.type->operations()) {
+        if (!operation->isReading()) {
+            continue;
+        }
+        Outcome const outcome = catalogue::call(target.object, *operation, {});
+        bool const isEnd = outcome.kind == Outcome::Kind::failed &&
+                           outcome.failure.kind != host::CallFailure::Kind::noSuchOperation &&
+                           outcome.failure.kind != host::CallFailure::Kind::refused;
+        if (isEnd) {
+            return complain(target, *operation, outcome);
+        }
+        results[std::string(operation->name)] =
+            outcome.kind == Outcome::Kind::done ? outcome.results : Value{{"error", describe(outcome)}};
+    }
+    writeResults(results, options_.format);
+    return ExitCode::good;
+}
