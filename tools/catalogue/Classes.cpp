@@ -121,14 +121,14 @@ std::span<Class const* const> classes() { return all; }
 
 Class const* findClass(std::string_view name)
 {
-    auto const found = std::ranges::find_if(
+    auto const* const found = std::ranges::find_if(
         all, [name](Class const* candidate) { return candidate->name == name || candidate->interface == name; });
     return found != all.end() ? *found : nullptr;
 }
 
 Class const* findClass(std::uint32_t id)
 {
-    auto const found = std::ranges::find(all, id, &Class::id);
+    auto const* const found = std::ranges::find(all, id, &Class::id);
     return found != all.end() ? *found : nullptr;
 }
 

@@ -350,7 +350,9 @@ void forEachLeaf(Value const& value, LeafVisitor const& visit, std::string const
 {
     if (value.is_object() && !value.empty()) {
         for (auto const& [name, part] : value.items()) {
-            forEachLeaf(part, visit, path.empty() ? name : path + '.' + name);
+            std::string field = path;
+            (field += path.empty() ? "" : ".") += name;
+            forEachLeaf(part, visit, field);
         }
     } else if (value.is_array() && !value.empty()) {
         for (std::size_t i = 0; i < value.size(); ++i) {
