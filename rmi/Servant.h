@@ -4,6 +4,7 @@
 #include "rmi/Dispatch.h"
 #include "rmi/TreflectHandlerState.h"
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <type_traits>
@@ -13,7 +14,8 @@
 //     node.on<&IfNetClient::getMtu>([&](long& mtu) { mtu = 1500; return GetClient::OK; });
 //
 // The compiler holds the implementation to the proxy's signature. Operations of several interfaces may be served by
-// one object, as those of a class and its bases are. An operation that was not named is answered as unknown.
+// one object, as those of a class and its bases are. An operation that was not named is answered as unknown, unless
+// otherwise() has somebody to ask.
 //
 // The object is reachable from construction to destruction. Both, and adding operations, take the run permission.
 class Servant final : public TipprmiObjectSkeleton {
@@ -40,12 +42,22 @@ public:
         return *this;
     }
 
+    // Has operations that were not named answered by `other`, which gets what dispatch() gets but for the flag.
+    using Other =
+        std::function<bool(unsigned long classId, unsigned long opIndex, TipprmiStream& request, TipprmiStream& reply)>;
+    Servant& otherwise(Other other)
+    {
+        TreflectHandlerState const running;
+        other_ = std::move(other);
+        return *this;
+    }
+
     bool dispatch(bool, unsigned long classId, unsigned long opIndex, TipprmiStream& request,
                   TipprmiStream& reply) override
     {
         auto const found = operations_.find({classId, opIndex});
         if (found == operations_.end()) {
-            return false;
+            return other_ && other_(classId, opIndex, request, reply);
         }
         std::shared_ptr<Served> const served = found->second; // it may be replaced while it runs
         road::serve(served->shape, served->implementation, *this, classId, opIndex, request, reply);
@@ -81,4 +93,5 @@ private:
     };
 
     std::map<std::pair<unsigned long, unsigned long>, std::shared_ptr<Served>> operations_;
+    Other other_;
 };

@@ -108,8 +108,9 @@ TEST_F(Serving, FollowsTheUnit)
 {
     auto sim = std::make_unique<Unit>(endpoint, Arguments{"--address", "10.0.0.7"});
     Adapter child = serve();
-    EXPECT_THAT(curl("health").body, AllOf(HasSubstr("\"unit\": \"reached\""), HasSubstr("\"btsId\": 4711"),
-                                           HasSubstr("\"transportAddress\": \"10.1.0.7\"")));
+    EXPECT_THAT(curl("health").body,
+                AllOf(HasSubstr("\"unit\": \"reached\""), HasSubstr("\"btsId\": 4711"),
+                      HasSubstr("\"publicAddress\": \"10.0.0.7\""), HasSubstr("\"transportAddress\": \"10.1.0.7\"")));
     sim->does("announce 10.0.0.8");
     child.readUntil("applied 10.0.0.8");
     EXPECT_THAT(curl("metrics").body, HasSubstr("public_address=\"10.0.0.8\""));

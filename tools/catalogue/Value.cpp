@@ -2,6 +2,7 @@
 
 #include "platform/NmaLogHelper.h"
 #include "platform/host/CallFailure.h"
+#include "rmi/ResponseInfo.h"
 #include "rmi/Wire.h"
 #include "tools/catalogue/ObjectName.h"
 
@@ -325,6 +326,11 @@ std::string writeValue(TipprmiStream& stream, Type const& type, Value const& val
     default:
         return writeNumber(stream, type, value);
     }
+}
+
+void writeStatus(TipprmiStream& stream, bool isDone)
+{
+    Wire<ResponseInfo<SetClient>>::write(stream, isDone ? SetClient::OK : SetClient::FAILED);
 }
 
 std::string parseValue(Type const& type, std::string const& text, Value& value)

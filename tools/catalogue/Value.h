@@ -22,6 +22,9 @@ Value readValue(TipprmiStream& stream, Type const& type);
 // Appends the value. Empty, or what is wrong with it: the place in it and the offending part.
 std::string writeValue(TipprmiStream& stream, Type const& type, Value const& value);
 
+// Appends the status of a get, set or run operation, as the unit's side does.
+void writeStatus(TipprmiStream& stream, bool isDone);
+
 // A value from text: a number (also 0x...), true or false, a name, an address, a plain text; for records, sequences and
 // arrays JSON, or that of the file FILE as "@FILE". Empty, or what is wrong with the text; writeValue() tells the rest.
 std::string parseValue(Type const& type, std::string const& text, Value& value);

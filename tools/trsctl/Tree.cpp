@@ -59,10 +59,10 @@ public:
 
     Node walk(std::string const& object, std::string const& operation, int level)
     {
-        Node node{object, operation, !seen_.insert(object).second, {}};
         catalogue::ObjectName name;
-        if (node.isSeen || level == depth_ || seen_.size() > mostObjects ||
-            !catalogue::ObjectName::parse(object, name).empty()) {
+        catalogue::ObjectName::parse(object, name);
+        Node node{object, operation, !seen_.insert(name.id).second, {}};
+        if (node.isSeen || level == depth_ || seen_.size() > mostObjects) {
             return node;
         }
         catalogue::Class const* const type = catalogue::findClass(name.className);
@@ -84,7 +84,7 @@ public:
 
 private:
     int depth_;
-    std::set<std::string> seen_;
+    std::set<std::string> seen_; // identifiers: an object may be met as one of its own class and of a base
 };
 
 void sayText(Node const& node, std::size_t level)

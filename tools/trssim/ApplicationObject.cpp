@@ -9,6 +9,10 @@ namespace sim {
 
 namespace {
 
+// Severities: 1 critical, 2 major, 3 minor.
+std::vector<Condition::Kind> const kinds = {
+    {"los", "loss of signal", 1, true}, {"deg", "signal degraded", 2, false}, {"temp", "high temperature", 3, false}};
+
 // What became of a set operation; what was done is said.
 SetClient::State done(bool isDone, std::string const& what)
 {
@@ -23,7 +27,7 @@ std::string nameOf(TipprmiObjectClient const& object) { return host::printable(o
 } // namespace
 
 ApplicationObject::ApplicationObject(std::string const& id)
-    : id_(id), location_(id), faults_(id), performance_(id), servant_(TipprmiOID(id))
+    : id_(id), location_(id), faults_(id, kinds), performance_(id), servant_(TipprmiOID(id))
 {
     serveServices();
     serveSupport();

@@ -31,19 +31,19 @@ void Condition::serveAttributes()
         .on<&ConditionClient::isReportedToExtern>([this] { return isReportedToExtern(); })
         .on<&ConditionClient::setCurrentSeverity>([this](long const& severity) {
             currentSeverity_ = severity;
-            tools::say(LogMakeString("condition %s has severity %ld", kind_.name, currentSeverity_));
+            tools::say(LogMakeString("condition %s has severity %ld", kind_.name.c_str(), currentSeverity_));
         })
         .on<&ConditionClient::setDefaultSeverity>([this](long const& severity) {
             defaultSeverity_ = severity;
-            tools::say(LogMakeString("condition %s has default severity %ld", kind_.name, defaultSeverity_));
+            tools::say(LogMakeString("condition %s has default severity %ld", kind_.name.c_str(), defaultSeverity_));
         })
         .on<&ConditionClient::resetCurrentSeverity>([this] {
             currentSeverity_ = defaultSeverity_;
-            tools::say(LogMakeString("condition %s has severity %ld again", kind_.name, currentSeverity_));
+            tools::say(LogMakeString("condition %s has severity %ld again", kind_.name.c_str(), currentSeverity_));
         })
         .on<&ConditionClient::setPriority>([this](long const& priority) {
             priority_ = priority;
-            tools::say(LogMakeString("condition %s has priority %ld", kind_.name, priority_));
+            tools::say(LogMakeString("condition %s has priority %ld", kind_.name.c_str(), priority_));
         })
         .on<&ConditionClient::setReportToExtern>([this](bool const& report) {
             reportsToExtern_ = report;
@@ -168,9 +168,10 @@ bool Condition::isReportedToExtern() const
 
 std::string Condition::text() const
 {
-    return LogMakeString("%s (%s): %s, %s, severity %ld, priority %ld, %s the group", kind_.name, kind_.meaning,
-                         isActive_ ? "active" : "inactive", isSuppressed_ ? "suppressed" : "not suppressed",
-                         currentSeverity_, priority_, isMember_ ? "in" : "not in");
+    return LogMakeString("%s (%s): %s, %s, severity %ld, priority %ld, %s the group", kind_.name.c_str(),
+                         kind_.meaning.c_str(), isActive_ ? "active" : "inactive",
+                         isSuppressed_ ? "suppressed" : "not suppressed", currentSeverity_, priority_,
+                         isMember_ ? "in" : "not in");
 }
 
 } // namespace sim

@@ -16,8 +16,8 @@ class Condition {
 public:
     // What one kind of condition has from the start.
     struct Kind {
-        char const* name;
-        char const* meaning;
+        std::string name;
+        std::string meaning;
         long severity;
         bool disablesOperState;
     };

@@ -11,11 +11,15 @@ namespace sim {
 namespace {
 
 constexpr std::size_t mostVlans = 4094;
+constexpr unsigned long mostLinks = 16;
 
 } // namespace
 
-EthInterface::EthInterface(std::string const& id, short number, Address const& address, EthLinkClient const& link)
-    : Interface(id, "eth", number, address), id_(id), fabric_(TipprmiOID(id + "/VlanFabric"))
+EthInterface::EthInterface(Inventory& inventory, std::string const& id, short number, Address const& address,
+                           EthLinkClient const& link)
+    : Interface(inventory, reflect::className<EthIfNetClient>, id, "eth", number, address), inventory_(inventory),
+      id_(id), fabric_(TipprmiOID(id + "/VlanFabric")),
+      managedFabric_(inventory, fabric_, reflect::className<VlanIfNetFabricClient>)
 {
     links_.push_back(link);
     servant()
@@ -27,6 +31,11 @@ EthInterface::EthInterface(std::string const& id, short number, Address const& a
             return GetClient::OK;
         })
         .on<&EthIfNetClient::getLinks>([this] { return links_; })
+        .on<&EthIfNetClient::setLinks>([this](TipprmiSequence<EthLinkClient> const& links) {
+            if (links.getLength() != 0 && links.getLength() <= mostLinks) {
+                links_ = links;
+            }
+        })
         .on<&EthIfNetClient::getActiveLink>([this] { return links_[0]; })
         .on<&EthIfNetClient::getVlanIfNetFabric>([this] { return VlanIfNetFabricClient(&fabric_); });
     serveSetting<&EthIfNetClient::getVlanEnabled, &EthIfNetClient::setVlanEnabled>(servant(), hasVlans_);
@@ -40,7 +49,7 @@ Vlan const* EthInterface::addVlan(VlanIfNetClient::VlanIfNetCreateParams const& 
     if (vlans_.size() == mostVlans || vlans_.contains(params.vlanId)) {
         return nullptr;
     }
-    return vlans_.emplace(params.vlanId, std::make_unique<Vlan>(id_, params)).first->second.get();
+    return vlans_.emplace(params.vlanId, std::make_unique<Vlan>(inventory_, id_, params)).first->second.get();
 }
 
 void EthInterface::serveVlans()
@@ -71,6 +80,7 @@ void EthInterface::serveVlans()
             found = vlan->second->proxy();
             return RunClient::OK;
         })
+        .on<&EthIfNetClient::setVlanTags>([](TipprmiSequence<unsigned short> const&) {}) // they are the VLANs' own
         .on<&EthIfNetClient::getVlanTags>([this] {
             TipprmiSequence<unsigned short> tags;
             for (auto const& [id, vlan] : vlans_) {

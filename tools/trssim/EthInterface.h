@@ -14,7 +14,8 @@ namespace sim {
 // The VLANs that it has can be had from it and from its fabric, which knows each by its VLAN identifier in decimal.
 class EthInterface final : public Interface {
 public:
-    EthInterface(std::string const& id, short number, Address const& address, EthLinkClient const& link);
+    EthInterface(Inventory& inventory, std::string const& id, short number, Address const& address,
+                 EthLinkClient const& link);
 
     auto proxy() const { return EthIfNetClient(&servant()); }
     // Null when there is a VLAN of that identifier.
@@ -27,12 +28,14 @@ private:
     void serveFabric();
     Vlan const* vlanAt(std::string const& index) const;
 
+    Inventory& inventory_;
     std::string const id_;
     TipprmiSequence<EthLinkClient> links_;
     bool hasVlans_ = true;
     bool hasQos_ = false;
     Vlans vlans_; // by the identifiers that they were created with
     Servant fabric_;
+    Managed managedFabric_;
 };
 
 } // namespace sim

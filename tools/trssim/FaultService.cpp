@@ -8,15 +8,7 @@
 
 namespace sim {
 
-namespace {
-
-// Severities: 1 critical, 2 major, 3 minor.
-constexpr Condition::Kind kinds[] = {
-    {"los", "loss of signal", 1, true}, {"deg", "signal degraded", 2, false}, {"temp", "high temperature", 3, false}};
-
-} // namespace
-
-FaultService::FaultService(std::string const& owner)
+FaultService::FaultService(std::string const& owner, std::vector<Condition::Kind> const& kinds)
     : policy_(owner, [this] { return isEnabled(); }), adminState_(owner, policy_.proxy()),
       servant_(TipprmiOID(owner + "/FaultService"))
 {

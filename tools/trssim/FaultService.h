@@ -10,6 +10,7 @@
 #include <list>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace sim {
 
@@ -24,12 +25,14 @@ public:
     static constexpr auto suppressed = FaultServiceClient::CONDITION_NOTIFICATION_2;
     static constexpr auto unsuppressed = FaultServiceClient::CONDITION_NOTIFICATION_3;
 
-    explicit FaultService(std::string const& owner);
+    // With conditions of these kinds.
+    FaultService(std::string const& owner, std::vector<Condition::Kind> const& kinds);
     FaultService(FaultService const&) = delete;
     FaultService& operator=(FaultService const&) = delete;
 
     auto proxy() const { return FaultServiceClient(&servant_); }
     AdminState& adminState() { return adminState_; }
+    Policy const& policy() const { return policy_; }
     std::list<Condition> const& conditions() const { return conditions_; }
     // The condition of that name; null when there is none.
     Condition* condition(std::string const& name);

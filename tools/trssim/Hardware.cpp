@@ -11,13 +11,16 @@ constexpr long unitSlot = 2;
 
 } // namespace
 
-Hardware::Hardware(std::string const& id)
-    : id_(id), link_(TipprmiOID(id + "/EthLink")), port_(TipprmiOID(id + "/EthPort")),
-      board_(TipprmiOID(id + "/EthUnit")), unit_(TipprmiOID(id)), led_(TipprmiOID(id + "/Led")),
-      sensor_(TipprmiOID(id + "/Sensor"))
+Hardware::Hardware(Inventory& inventory, std::string const& id)
+    : inventory_(inventory), id_(id), link_(inventory, id + "/EthLink", reflect::className<EthLinkClient>),
+      port_(inventory, id + "/EthPort", reflect::className<EthPortClient>),
+      board_(inventory, id + "/EthUnit", reflect::className<EthUnitClient>),
+      unit_(inventory, id, reflect::className<HwmUnitClient>),
+      led_(inventory, id + "/Led", reflect::className<HwmLedClient>),
+      sensor_(inventory, id + "/Sensor", reflect::className<HwmSensorClient>)
 {
     serveRoad();
-    serveItem(unit_, unitSlot, "transport unit");
+    serveItem(unit_.servant(), unitSlot, "transport unit");
     addModule(1, "Ethernet interface module");
     serveModules();
     serveLedAndSensor();
@@ -25,9 +28,10 @@ Hardware::Hardware(std::string const& id)
 
 void Hardware::serveRoad()
 {
-    link_.on<&EthLinkClient::getPort>([this] { return EthPortClient(&port_); });
-    port_.on<&EthPortClient::getUnit>([this] { return EthUnitClient(&board_); });
-    board_.on<&TransmissionUnitClient::getHwmUnit>([this] { return HwmUnitClient(&unit_); })
+    link_.servant().on<&EthLinkClient::getPort>([this] { return port_.proxy<EthPortClient>(); });
+    port_.servant().on<&EthPortClient::getUnit>([this] { return board_.proxy<EthUnitClient>(); });
+    board_.servant()
+        .on<&TransmissionUnitClient::getHwmUnit>([this] { return unit_.proxy<HwmUnitClient>(); })
         .on<&TransmissionUnitClient::getHwmType>([] { return std::string("transport unit"); })
         .on<&TransmissionUnitClient::getSlotNumber>([] { return static_cast<unsigned char>(unitSlot); });
 }
@@ -60,20 +64,21 @@ bool Hardware::addModule(long number, std::string const& type)
         return false;
     }
     auto const place =
-        modules_.emplace(number, std::make_unique<Servant>(TipprmiOID(id_ + "/Module/" + std::to_string(number))));
-    serveItem(*place.first->second, number, type);
+        modules_.emplace(number, std::make_unique<PlainObject>(inventory_, id_ + "/Module/" + std::to_string(number),
+                                                               reflect::className<HwmModuleClient>));
+    serveItem(place.first->second->servant(), number, type);
     return true;
 }
 
 void Hardware::serveModules()
 {
-    unit_
+    unit_.servant()
         .on<&HwmUnitClient::getModule>([this](long const& number, HwmModuleClient& module) {
             auto const found = modules_.find(number);
             if (found == modules_.end()) {
                 return GetClient::FAILED;
             }
-            module = HwmModuleClient(found->second.get());
+            module = found->second->proxy<HwmModuleClient>();
             return GetClient::OK;
         })
         .on<&HwmUnitClient::createModule>([this](long const& number, std::string const& description) {
@@ -85,19 +90,20 @@ void Hardware::serveModules()
 
 void Hardware::serveLedAndSensor()
 {
-    unit_
+    unit_.servant()
         .on<&HwmUnitClient::getLed>([this](HwmLedClient& led) {
-            led = HwmLedClient(&led_);
+            led = led_.proxy<HwmLedClient>();
             return GetClient::OK;
         })
         .on<&HwmUnitClient::getSensor>([this](HwmSensorClient& sensor) {
-            sensor = HwmSensorClient(&sensor_);
+            sensor = sensor_.proxy<HwmSensorClient>();
             return GetClient::OK;
         });
-    serveSetting<&HwmLedClient::getLedState, &HwmLedClient::updateLedState>(led_, ledState_);
-    serveSetting<&HwmLedClient::getLedName, &HwmLedClient::setLedName>(led_, ledName_);
-    serveSetting<&HwmSensorClient::getTemperature, &HwmSensorClient::updateTemperature>(sensor_, temperature_);
-    sensor_.on<&HwmSensorClient::getSensorName>([](std::string& name) {
+    serveSetting<&HwmLedClient::getLedState, &HwmLedClient::updateLedState>(led_.servant(), ledState_);
+    serveSetting<&HwmLedClient::getLedName, &HwmLedClient::setLedName>(led_.servant(), ledName_);
+    serveSetting<&HwmSensorClient::getTemperature, &HwmSensorClient::updateTemperature>(sensor_.servant(),
+                                                                                        temperature_);
+    sensor_.servant().on<&HwmSensorClient::getSensorName>([](std::string& name) {
         name = "board temperature";
         return GetClient::OK;
     });

@@ -4,7 +4,7 @@
 
 #include "clients/ip/EthLinkClient.h"
 #include "clients/services/HwmUnitClient.h"
-#include "rmi/Servant.h"
+#include "tools/trssim/Managed.h"
 
 #include <map>
 #include <memory>
@@ -14,11 +14,11 @@ namespace sim {
 
 class Hardware {
 public:
-    explicit Hardware(std::string const& id);
+    Hardware(Inventory& inventory, std::string const& id);
     Hardware(Hardware const&) = delete;
     Hardware& operator=(Hardware const&) = delete;
 
-    auto link() const { return EthLinkClient(&link_); }
+    auto link() const { return link_.proxy<EthLinkClient>(); }
 
 private:
     void serveRoad();
@@ -27,17 +27,18 @@ private:
     void serveItem(Servant& item, long slot, std::string const& type) const;
     bool addModule(long number, std::string const& type);
 
+    Inventory& inventory_;
     std::string const id_;
-    std::map<long, std::unique_ptr<Servant>> modules_;
+    std::map<long, std::unique_ptr<PlainObject>> modules_;
     HwmLedClient::LedState ledState_{};
     std::string ledName_ = "status";
     long temperature_ = 41; // degrees Celsius
-    Servant link_;
-    Servant port_;
-    Servant board_; // the transmission unit
-    Servant unit_;
-    Servant led_;
-    Servant sensor_;
+    PlainObject link_;
+    PlainObject port_;
+    PlainObject board_; // the transmission unit
+    PlainObject unit_;
+    PlainObject led_;
+    PlainObject sensor_;
 };
 
 } // namespace sim

@@ -16,8 +16,9 @@ Address makeAddress(short first, short second, short third, short fourth)
     return address;
 }
 
-Interface::Interface(std::string const& id, std::string name, short number, Address const& address)
-    : name_(std::move(name)), number_(number), servant_(TipprmiOID(id))
+Interface::Interface(Inventory& inventory, std::string_view className, std::string const& id, std::string name,
+                     short number, Address const& address)
+    : name_(std::move(name)), number_(number), servant_(TipprmiOID(id)), managed_(inventory, servant_, className)
 {
     setFirstAddress(address);
     servant_

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "clients/ip/IfNetClient.h"
-#include "rmi/Servant.h"
+#include "tools/trssim/Managed.h"
 
 #include <string>
 
@@ -12,10 +12,11 @@ using Address = TipprmiArray<short, 4>;
 
 Address makeAddress(short first, short second, short third, short fourth);
 
-// Its attributes keep what they are set to. It has no fault conditions.
+// Its attributes keep what they are set to.
 class Interface {
 public:
-    Interface(std::string const& id, std::string name, short number, Address const& address);
+    Interface(Inventory& inventory, std::string_view className, std::string const& id, std::string name, short number,
+              Address const& address);
     Interface(Interface const&) = delete;
     Interface& operator=(Interface const&) = delete;
 
@@ -37,6 +38,7 @@ private:
     IfNetClient::IpAddrInfo private_{};
     IfNetClient::IpAddrInfo public_{};
     Servant servant_;
+    Managed managed_;
 };
 
 } // namespace sim

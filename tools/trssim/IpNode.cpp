@@ -2,6 +2,9 @@
 
 #include "tools/trssim/Setting.h"
 
+#include <arpa/inet.h>
+#include <array>
+
 namespace sim {
 
 namespace {
@@ -21,7 +24,12 @@ VlanIfNetClient::VlanIfNetCreateParams vlan(unsigned short id, Address const& ad
 
 } // namespace
 
-IpNode::IpNode() : servant_(TipprmiOID(IpNodeClient::IPNODE_OID))
+IpNode::IpNode(Inventory& inventory)
+    : hardware_(inventory, "HwmUnit-1"),
+      transport_(inventory, "IfNet/Transport", 1, makeAddress(10, 1, 0, 7), hardware_.link()),
+      lmp_(inventory, "IfNet/Lmp", 2, makeAddress(192, 168, 255, 129), hardware_.link()),
+      routes_(inventory, "RoutingTable/0"), servant_(TipprmiOID(IpNodeClient::IPNODE_OID)),
+      managed_(inventory, servant_, reflect::className<IpNodeClient>)
 {
     transport_.addVlan(vlan(100, makeAddress(10, 100, 0, 7)));
     transport_.addVlan(vlan(200, makeAddress(10, 200, 0, 7)));
@@ -80,6 +88,14 @@ void IpNode::serveConfiguration()
             resetConfiguration();
             return SetClient::OK;
         });
+}
+
+void IpNode::setPrimaryAddress(std::string const& address)
+{
+    std::array<unsigned char, 4> octets{};
+    if (::inet_pton(AF_INET, address.c_str(), octets.data()) == 1) {
+        entries_[IpNodeClient::BTS_PRIMARY_ID].address = makeAddress(octets[0], octets[1], octets[2], octets[3]);
+    }
 }
 
 void IpNode::resetConfiguration()

@@ -15,7 +15,9 @@ namespace sim {
 // the hardware.
 class IpNode {
 public:
-    IpNode();
+    explicit IpNode(Inventory& inventory);
+    // What the entry of the primary address says from now on: a dotted address. Nothing changes for any other text.
+    void setPrimaryAddress(std::string const& address);
     IpNode(IpNode const&) = delete;
     IpNode& operator=(IpNode const&) = delete;
 
@@ -32,15 +34,16 @@ private:
     void serveConfiguration();
     void resetConfiguration();
 
-    Hardware hardware_{"HwmUnit-1"};
-    EthInterface transport_{"IfNet/Transport", 1, makeAddress(10, 1, 0, 7), hardware_.link()};
-    EthInterface lmp_{"IfNet/Lmp", 2, makeAddress(192, 168, 255, 129), hardware_.link()};
-    RoutingTable routes_{"RoutingTable/0"};
+    Hardware hardware_;
+    EthInterface transport_;
+    EthInterface lmp_;
+    RoutingTable routes_;
     std::map<std::string, Entry> entries_;
     long mtu_ = 1500; // bytes
     long transportMode_ = IpNodeClient::TRANSPORT_MODE_IUBIP;
     bool answersIcmp_ = true;
     Servant servant_;
+    Managed managed_;
 };
 
 } // namespace sim

@@ -20,7 +20,8 @@ auto sameAs(Client::IpRouteEntryCfg const& route)
 
 } // namespace
 
-RoutingTable::RoutingTable(std::string const& id) : servant_(TipprmiOID(id))
+RoutingTable::RoutingTable(Inventory& inventory, std::string const& id)
+    : servant_(TipprmiOID(id)), managed_(inventory, servant_, reflect::className<IpRoutingTableClient>)
 {
     insert({makeAddress(0, 0, 0, 0), makeAddress(0, 0, 0, 0), makeAddress(10, 1, 0, 254)});
     insert({makeAddress(10, 2, 0, 0), makeAddress(255, 255, 0, 0), makeAddress(10, 1, 0, 253)});

@@ -3,6 +3,7 @@
 
 #include "clients/ip/IpRoutingTableClient.h"
 #include "tools/trssim/Interface.h"
+#include "tools/trssim/Managed.h"
 
 #include <string>
 
@@ -11,7 +12,7 @@ namespace sim {
 // Every configured route is in effect.
 class RoutingTable {
 public:
-    explicit RoutingTable(std::string const& id);
+    RoutingTable(Inventory& inventory, std::string const& id);
     RoutingTable(RoutingTable const&) = delete;
     RoutingTable& operator=(RoutingTable const&) = delete;
 
@@ -28,6 +29,7 @@ private:
 
     Routes routes_;
     Servant servant_;
+    Managed managed_;
 };
 
 } // namespace sim

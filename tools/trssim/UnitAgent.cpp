@@ -7,8 +7,9 @@
 
 namespace sim {
 
-UnitAgent::UnitAgent(std::string const& address) : address_(address)
+UnitAgent::UnitAgent(std::string const& address, Listener listener) : listener_(std::move(listener))
 {
+    change(address);
     servant_
         .on<&NmiRmiAdapterClient::notifyPublicIpAddrChangeRmi>([this] {
             answer("notifyPublicIpAddrChangeRmi");
@@ -34,14 +35,22 @@ void UnitAgent::sayAddress() const
 
 void UnitAgent::setAddress(std::string const& address)
 {
-    address_ = address;
+    change(address);
     sayAddress();
 }
 
 void UnitAgent::announce(std::string const& address)
 {
-    address_ = address;
+    change(address);
     NmiRmiAdapterClient(&servant_).notifyPublicIpAddrChangeRmi();
+}
+
+void UnitAgent::change(std::string const& address)
+{
+    address_ = address;
+    if (listener_) {
+        listener_(address);
+    }
 }
 
 void UnitAgent::setAcceptsAlarms(bool accepts)

@@ -5,6 +5,7 @@
 #include "rmi/Servant.h"
 
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <string>
 
@@ -13,7 +14,9 @@ namespace sim {
 // All operations but letGo() are called under the run permission.
 class UnitAgent {
 public:
-    explicit UnitAgent(std::string const& address);
+    // `listener`, if any, is told the public address now and whenever it changes.
+    using Listener = std::function<void(std::string const& address)>;
+    explicit UnitAgent(std::string const& address, Listener listener = nullptr);
     UnitAgent(UnitAgent const&) = delete;
     UnitAgent& operator=(UnitAgent const&) = delete;
     ~UnitAgent() { letGo(); }
@@ -32,8 +35,10 @@ public:
 
 private:
     void answer(char const* operation);
+    void change(std::string const& address);
 
     std::string address_;
+    Listener listener_;
     bool acceptsAlarms_ = true;
     bool hangsNext_ = false;
     std::mutex mutex_; // guards what follows, which calls that hang look at without the run permission

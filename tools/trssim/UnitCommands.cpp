@@ -1,6 +1,7 @@
 #include "tools/trssim/UnitCommands.h"
 
 #include "platform/host/CallFailure.h"
+#include "tools/catalogue/ObjectName.h"
 
 #include <functional>
 #include <utility>
@@ -121,12 +122,18 @@ void addPerformanceCommands(Adder& adder, ApplicationObject& object)
 
 } // namespace
 
-void addCommands(tools::Console& console, UnitAgent& agent, ApplicationObject& object)
+void addCommands(tools::Console& console, UnitAgent& agent, ApplicationObject& object, Inventory const& inventory)
 {
     Adder adder(console);
     addAgentCommands(adder, agent);
     addFaultCommands(adder, object.faults());
     addPerformanceCommands(adder, object);
+    adder.add("objects", "", "lists all objects, as trsctl takes them", [&inventory](Words const&) {
+        for (Inventory::Entry const& entry : inventory.all()) {
+            tools::say(catalogue::ObjectName{std::string(entry.type->name), entry.id}.text());
+        }
+        return std::string();
+    });
 }
 
 } // namespace sim

@@ -4,11 +4,11 @@
 
 namespace sim {
 
-Vlan::Vlan(std::string const& owner, VlanIfNetClient::VlanIfNetCreateParams const& params)
-    : Interface(owner + "/Vlan/" + std::to_string(params.vlanId), "vlan", static_cast<short>(params.vlanId),
-                params.ipAddressInfo.ipAddress),
+Vlan::Vlan(Inventory& inventory, std::string const& owner, VlanIfNetClient::VlanIfNetCreateParams const& params)
+    : Interface(inventory, reflect::className<VlanIfNetClient>, owner + "/Vlan/" + std::to_string(params.vlanId),
+                "vlan", static_cast<short>(params.vlanId), params.ipAddressInfo.ipAddress),
       id_(params.vlanId), committedInfoRate_(params.committedInfoRate), sir_(params.sir),
-      shaperBurstSize_(params.shaperBurstSize), instanceId_(params.vlanInstanceId),
+      shaperBurstSize_(params.shaperBurstSize), instanceId_(params.vlanInstanceId), addressInfo_(params.ipAddressInfo),
       isShaped_(params.vlanShapingEnabled), hasQos_(params.qosEnabled), hasCesopsn_(params.cesopsn)
 {
     using Client = VlanIfNetClient;
@@ -25,8 +25,13 @@ Vlan::Vlan(std::string const& owner, VlanIfNetClient::VlanIfNetCreateParams cons
             return GetClient::OK;
         })
         .on<&Client::setIpAddressInfo>([this](Client::IpAddressInfo const& info) {
+            addressInfo_ = info;
             setFirstAddress(info.ipAddress);
             return SetClient::OK;
+        })
+        .on<&Client::getIpAddressInfo>([this](Client::IpAddressInfo& info) {
+            info = addressInfo_;
+            return GetClient::OK;
         });
 }
 

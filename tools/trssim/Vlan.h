@@ -10,7 +10,7 @@ namespace sim {
 
 class Vlan final : public Interface {
 public:
-    Vlan(std::string const& owner, VlanIfNetClient::VlanIfNetCreateParams const& params);
+    Vlan(Inventory& inventory, std::string const& owner, VlanIfNetClient::VlanIfNetCreateParams const& params);
 
     auto proxy() const { return VlanIfNetClient(&servant()); }
     unsigned short id() const { return id_; }
@@ -21,6 +21,7 @@ private:
     unsigned long sir_;
     unsigned long shaperBurstSize_;
     unsigned long const instanceId_;
+    VlanIfNetClient::IpAddressInfo addressInfo_;
     bool isShaped_;
     bool hasQos_;
     bool hasCesopsn_;

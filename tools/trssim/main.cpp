@@ -1,6 +1,7 @@
 // trssim: a simulated unit, driven by commands.
 #include "platform/host/Broker.h"
 #include "tools/support/CommandLine.h"
+#include "tools/trssim/Equipment.h"
 #include "tools/trssim/IpNode.h"
 #include "tools/trssim/UnitCommands.h"
 
@@ -9,11 +10,9 @@
 namespace {
 
 constexpr char const* description =
-    "A simulated unit. It serves the network management agent NmiRmiAdapterServer and the application object\n"
-    "AppObject-1 with AppObject-1/LocationId, /FaultService, /AdminState, /Policy, /PerformanceService and\n"
-    "/Condition/los, /deg and /temp; and the IP node under its well-known identifier, which hands out two Ethernet\n"
-    "interfaces, two VLANs, a routing table and a hardware unit with module, LED and sensor. It takes commands, one a\n"
-    "line, from standard input (`help` lists them) and says what happens.";
+    "A simulated unit: objects of all interfaces, reached from the IP node under its well-known identifier, and the\n"
+    "network management agent NmiRmiAdapterServer. `trsctl tree` shows them. The commands, one a line from standard\n"
+    "input, are for the agent and for the application object AppObject-1; `help` lists them.";
 
 constexpr int cannotServe = 1;
 
@@ -46,10 +45,14 @@ int main(int argc, char** argv)
     }
 
     tools::Console console("stop");
-    sim::UnitAgent agent(address);
     sim::ApplicationObject object("AppObject-1");
-    sim::IpNode const ipNode;
-    sim::addCommands(console, agent, object);
+    sim::Inventory inventory;
+    inventory.add("AppObject-1", *catalogue::findClass("ApplicationObjectClient"));
+    inventory.add(NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME, *catalogue::findClass("NmiRmiAdapterClient"));
+    sim::IpNode ipNode(inventory);
+    sim::UnitAgent agent(address, [&ipNode](std::string const& changed) { ipNode.setPrimaryAddress(changed); });
+    sim::Equipment const equipment(inventory);
+    sim::addCommands(console, agent, object, inventory);
     for (std::string const& command : commands) {
         if (std::string const wrong = console.execute(command); !wrong.empty()) {
             std::fprintf(stderr, "--do: %s\n", wrong.c_str());

@@ -1,0 +1,68 @@
+// What an object of the simulated unit has besides the operations that are served by hand.
+#pragma once
+
+#include "rmi/Servant.h"
+#include "tools/trssim/FaultService.h"
+#include "tools/trssim/LocationId.h"
+#include "tools/trssim/PerformanceService.h"
+#include "tools/trssim/Properties.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace sim {
+
+// Enters an object into the inventory and has Properties answer what its servant does not. Where its class hands out a
+// location identity and a performance service, they are there; an application object also gets a fault service, with a
+// condition for each operation of its class that hands one out: getDownEgress() leads to the condition DownEgress.
+class Managed {
+public:
+    // `servant` outlives it.
+    Managed(Inventory& inventory, Servant& servant, std::string_view className);
+    Managed(Managed const&) = delete;
+    Managed& operator=(Managed const&) = delete;
+    ~Managed();
+
+    // Null for an object that is no application object.
+    FaultService* faults() { return faults_ ? &*faults_ : nullptr; }
+    PerformanceService* performance() { return performance_ ? &*performance_ : nullptr; }
+
+private:
+    template <class Proxy>
+    void addServices(Servant& servant);
+    void addFaults(Servant& servant, catalogue::Class const& type);
+    template <class Proxy>
+    void enter(Proxy const& proxy);
+    bool handOutCondition(unsigned long classId, unsigned long opIndex, TipprmiStream& reply);
+
+    Inventory& inventory_;
+    std::string const id_;
+    Properties properties_;
+    std::optional<LocationId> location_;
+    std::optional<FaultService> faults_;
+    std::optional<PerformanceService> performance_;
+    std::map<std::pair<unsigned long, unsigned long>, Condition*> conditions_; // by the operation that hands it out
+};
+
+// An object that has no operation that is served by hand.
+class PlainObject {
+public:
+    PlainObject(Inventory& inventory, std::string const& id, std::string_view className)
+        : servant_(TipprmiOID(id)), managed_(inventory, servant_, className)
+    {
+    }
+
+    Servant& servant() { return servant_; }
+    template <class Proxy>
+    Proxy proxy() const
+    {
+        return Proxy(&servant_);
+    }
+
+private:
+    Servant servant_;
+    Managed managed_;
+};
+
+} // namespace sim
