@@ -35,18 +35,22 @@ std::string printable(std::string_view text)
     return shown;
 }
 
+char const* CallFailure::effect() const
+{
+    return carriedOut == CarriedOut::no    ? "it was not carried out"
+           : carriedOut == CarriedOut::yes ? "it was carried out"
+                                           : "whether it was carried out is unknown";
+}
+
 std::string CallFailure::text() const
 {
     if (kind == Kind::none) {
         return "no failure";
     }
-    char const* const effect = carriedOut == CarriedOut::no    ? "it was not carried out"
-                               : carriedOut == CarriedOut::yes ? "it was carried out"
-                                                               : "whether it was carried out is unknown";
     std::string const where = peer.empty() ? std::string() : " at " + peer;
     return LogMakeString("call of operation %u of class 0x%08X on object '%s'%s failed: %s; %s",
                          static_cast<unsigned>(opIndex), static_cast<unsigned>(classId),
-                         printable(object.getIdString()).c_str(), where.c_str(), reason.c_str(), effect);
+                         printable(object.getIdString()).c_str(), where.c_str(), reason.c_str(), effect());
 }
 
 CallFailure const& lastCallFailure()

@@ -30,6 +30,8 @@ struct CallFailure {
     std::string peer; // its endpoint; empty for this process, or when there was none to ask
     std::string reason;
 
+    // "it was carried out" and its kin.
+    char const* effect() const;
     // One line for a person.
     std::string text() const;
 };

@@ -119,11 +119,7 @@ std::string Unit::describe(Outcome const& outcome) const
     if (outcome.kind == Outcome::Kind::refused) {
         return outcome.subSystem == 0 ? "refused" : "refused by subsystem " + std::to_string(outcome.subSystem);
     }
-    using CarriedOut = host::CallFailure::CarriedOut;
-    CarriedOut const effect = outcome.failure.carriedOut;
-    return outcome.failure.reason + (effect == CarriedOut::no    ? "; it was not carried out"
-                                     : effect == CarriedOut::yes ? "; it was carried out"
-                                                                 : "; whether it was carried out is unknown");
+    return outcome.failure.reason + "; " + outcome.failure.effect();
 }
 
 // Says why a call has no results.
