@@ -53,6 +53,15 @@ TEST_F(Trsctl, SeesWhatItSets)
     EXPECT_EQ(output({"--format", "table", "call", "IpNode", "getIpConfig", "name=site"}),
               "NAME      VALUE\naddress   10.0.0.1\naddress2  255.255.0.0\nnumber    7\ntext      a b\n");
 
+    for (std::string const text : {"[a]", "[]", "[a,b] ", "{}", "a=b"}) {
+        EXPECT_EQ(output({"call", "IpNode", "setIpConfig", "name=x", "[10,0,0,1]", "10.0.0.2", "7", text}), "");
+        EXPECT_EQ(output({"get", "IpNode", "ipConfig", "x"}),
+                  "address 10.0.0.1\naddress2 10.0.0.2\nnumber 7\ntext " + text + '\n');
+    }
+    EXPECT_EQ(run({"set", "IpNode", "mtu", "[1]"}).code, 2);
+    EXPECT_EQ(output({"set", "EthIfNet:IfNet/Lmp", "ipAddrSequence", "[]"}), "");
+    EXPECT_EQ(output({"get", "EthIfNet:IfNet/Lmp", "ipAddrSequence"}), "addresses []\n");
+
     std::string const file = directory.file("parameters");
     std::ofstream(file) << R"({"vlanId": 300, "committedInfoRate": 1, "sir": 0, "vlanShapingEnabled": false,
         "ipAddressInfo": {"ipAddress": "10.3.0.7", "address2": "0.0.0.0"}, "shaperBurstSize": 1,
@@ -90,7 +99,9 @@ TEST_F(Trsctl, TellsByItsExitCodeWhatCanBeDone)
         {{"describe", "0x00000000"}, 2, "'0x00000000' is no class"},
         {{"get", "IfNet:nowhere", "mtu"}, 3, "IfNet:nowhere getMtu at " + endpoint + ": there is no such object"},
         {{"tree", "IfNet:nowhere"}, 3, "there is no such object"},
-        {{"call", "IpNode", "getIpConfig", "nothing"}, 4, "IpNode:IpNode getIpConfig at " + endpoint + ": refused"},
+        {{"call", "IpNode", "getIpConfig", "nothing"},
+         4,
+         "IpNode:IpNode getIpConfig at " + endpoint + ": refused; it was carried out"},
         {{"get", "AppObject:IpNode", "mtu"}, 2, "'AppObject' is no class"},
         {{"get", "Condition:IpNode", "isActive"}, 8, "no such operation; it was not carried out"},
     };

@@ -117,7 +117,8 @@ ExitCode Unit::connect(std::string const& text, Target& target)
 std::string Unit::describe(Outcome const& outcome) const
 {
     if (outcome.kind == Outcome::Kind::refused) {
-        return outcome.subSystem == 0 ? "refused" : "refused by subsystem " + std::to_string(outcome.subSystem);
+        std::string const who = outcome.subSystem == 0 ? "" : " by subsystem " + std::to_string(outcome.subSystem);
+        return "refused" + who + "; it was carried out";
     }
     return outcome.failure.reason + "; " + outcome.failure.effect();
 }

@@ -89,6 +89,26 @@ void addVerbs(CLI::App& program, Options& options, Verb& verb)
     tree.add_flag("--dot", options.isDot, "As a graph for Graphviz");
 }
 
+// CLI11 takes a word in brackets for a list of its own, whose brackets it drops. A JSON array stays a word with a blank
+// behind it, which is taken away again.
+std::vector<std::string> guarded(int argc, char const* const* argv)
+{
+    std::vector<std::string> words(argv, argv + argc);
+    for (std::string& word : words) {
+        word += word.starts_with('[') ? " " : "";
+    }
+    return words;
+}
+
+void unguard(std::vector<std::string>& words)
+{
+    for (std::string& word : words) {
+        if (word.starts_with('[')) {
+            word.pop_back();
+        }
+    }
+}
+
 void addOptions(CLI::App& program, Options& options)
 {
     static std::map<std::string, Format> const formats{
@@ -121,8 +141,14 @@ int main(int argc, char** argv) // NOLINT(bugprone-exception-escape)
     tools::CommandLine line("trsctl", description, 0);
     addOptions(line.options(), options);
     addVerbs(line.options(), options, verb);
-    if (std::optional<int> const code = line.parse(argc, argv)) {
+    std::vector<std::string> const words = guarded(argc, argv);
+    std::vector<char const*> pointers;
+    for (std::string const& word : words) {
+        pointers.push_back(word.c_str());
+    }
+    if (std::optional<int> const code = line.parse(argc, pointers.data())) {
         return *code;
     }
+    unguard(options.arguments);
     return static_cast<int>(verb(options));
 }
