@@ -143,6 +143,7 @@ int main(int argc, char** argv) // NOLINT(bugprone-exception-escape)
     addVerbs(line.options(), options, verb);
     std::vector<std::string> const words = guarded(argc, argv);
     std::vector<char const*> pointers;
+    pointers.reserve(words.size());
     for (std::string const& word : words) {
         pointers.push_back(word.c_str());
     }
