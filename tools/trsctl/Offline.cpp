@@ -1,12 +1,14 @@
-#include "tools/trsctl/Offline.h"
-
+// trsctl list and describe: what the catalogue says, without a unit.
 #include "platform/NmaLogHelper.h"
 #include "platform/host/CallFailure.h"
 #include "tools/catalogue/Class.h"
 #include "tools/support/Console.h"
+#include "tools/trsctl/Program.h"
+#include "tools/trsctl/Verbs.h"
 
 #include <charconv>
 #include <cstdio>
+#include <memory>
 #include <set>
 
 namespace {
@@ -85,8 +87,6 @@ Value described(Operation const& operation)
     return value;
 }
 
-} // namespace
-
 ExitCode list(std::string const& className, Format format)
 {
     std::vector<std::vector<std::string>> rows;
@@ -138,4 +138,20 @@ ExitCode describe(std::string const& name, Format format)
     }
     writeResults(described(*operation), format);
     return ExitCode::good;
+}
+
+} // namespace
+
+void addOfflineVerbs(Program& program)
+{
+    auto const name = std::make_shared<std::string>();
+    program
+        .add("list", "List the classes, or the operations of one", "list EthIfNet",
+             [name](Program::Options const& options) { return list(*name, options.format); })
+        .add_option("CLASS", *name, "With or without Client");
+    program
+        .add("describe", "Describe a class or an operation", "describe IfNet.getMtu",
+             [name](Program::Options const& options) { return describe(*name, options.format); })
+        .add_option("CLASS[.OPERATION]", *name, "The class by name or identifier, 0xb86aeff7")
+        ->required();
 }

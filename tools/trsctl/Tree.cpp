@@ -1,9 +1,11 @@
 // trsctl tree: the graph of a unit's objects.
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Console.h"
-#include "tools/trsctl/Unit.h"
+#include "tools/trsctl/Program.h"
+#include "tools/trsctl/Verbs.h"
 
 #include <algorithm>
+#include <memory>
 #include <set>
 
 namespace {
@@ -147,4 +149,24 @@ ExitCode Unit::tree(std::string const& object, int depth, bool isDot)
         sayText(root, 0);
     }
     return ExitCode::good;
+}
+
+void addTreeVerb(Program& program)
+{
+    struct Words {
+        std::string object = "IpNode";
+        int depth = 8;
+        bool isDot = false;
+    };
+    auto const words = std::make_shared<Words>();
+    CLI::App& app =
+        program.add("tree", "Show what objects lead to", "tree --depth 2", [words](Program::Options const& options) {
+            return options.unitOf().tree(words->object, words->depth, words->isDot);
+        });
+    Program::addObject(app, words->object);
+    app.add_option("--depth", words->depth, "How many steps to go")
+        ->type_name("N")
+        ->capture_default_str()
+        ->check(CLI::Range(0, 100).description(""));
+    app.add_flag("--dot", words->isDot, "As a graph for Graphviz");
 }

@@ -1,0 +1,46 @@
+// trsctl get, set, call and walk.
+#include "tools/trsctl/Program.h"
+#include "tools/trsctl/Verbs.h"
+
+#include <memory>
+
+namespace {
+
+struct Words {
+    std::string object;
+    std::string name;
+    std::vector<std::string> arguments;
+};
+
+using Call = ExitCode (Unit::*)(std::string const& object, std::string const& name,
+                                std::vector<std::string> const& arguments);
+
+void addCallVerb(Program& program, char const* verb, char const* help, char const* example, Call call)
+{
+    auto const words = std::make_shared<Words>();
+    CLI::App& app = program.add(verb, help, example, [words, call](Program::Options const& options) {
+        Unit unit = options.unitOf();
+        return (unit.*call)(words->object, words->name, words->arguments);
+    });
+    Program::addObject(app, words->object)->required();
+    bool const isCall = call == &Unit::call;
+    app.add_option(isCall ? "OPERATION" : "NAME", words->name,
+                   isCall ? "The operation's name" : "What is read or set, or the operation's name")
+        ->required();
+    Program::addValues(app, words->arguments);
+}
+
+} // namespace
+
+void addCallVerbs(Program& program)
+{
+    addCallVerb(program, "get", "Read something of an object", "get IpNode mtu", &Unit::get);
+    addCallVerb(program, "set", "Set something of an object", "set IpNode mtu 1400", &Unit::set);
+    addCallVerb(program, "call", "Call any operation", "call IpNode getIpConfig name=btsIpPrimary", &Unit::call);
+    auto const object = std::make_shared<std::string>();
+    Program::addObject(
+        program.add("walk", "Read all that an object tells", "walk EthIfNet:IfNet/Transport",
+                    [object](Program::Options const& options) { return options.unitOf().walk(*object); }),
+        *object)
+        ->required();
+}

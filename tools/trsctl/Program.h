@@ -1,0 +1,48 @@
+// The verbs of trsctl and the options they share.
+#pragma once
+
+#include "tools/support/CommandLine.h"
+#include "tools/trsctl/ExitCode.h"
+#include "tools/trsctl/Unit.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+// One command line: made, told its verbs, and run once.
+class Program {
+public:
+    // What the options that all verbs share say.
+    struct Options {
+        std::string unit = tools::CommandLine::defaultEndpoint();
+        int timeout = 5000; // of a call, in milliseconds
+        double wait = 0;    // for the unit to be up, in seconds
+        Format format = Format::text;
+
+        // The unit that the options name.
+        Unit unitOf() const;
+    };
+    using Verb = std::function<ExitCode(Options const&)>;
+
+    // With all verbs. The options are as given until the command line says otherwise.
+    explicit Program(Options defaults);
+    Program(Program const&) = delete;
+    Program& operator=(Program const&) = delete;
+
+    // Adds a verb; what it takes is added to the result. `example`: a command line without the program's name.
+    CLI::App& add(std::string const& name, std::string const& help, std::string const& example, Verb verb);
+    CLI::App const& options() { return line_.options(); }
+
+    // Runs the verb that the words, without the program's name, ask for. Its exit code.
+    int run(std::vector<std::string> words);
+
+    // An object as a verb takes it.
+    static CLI::Option* addObject(CLI::App& verb, std::string& object);
+    // Any number of values as they are, also JSON arrays.
+    static CLI::Option* addValues(CLI::App& verb, std::vector<std::string>& values);
+
+private:
+    Options options_;
+    Verb verb_;
+    tools::CommandLine line_;
+};

@@ -1,0 +1,8 @@
+// Where each group of verbs is added to the program.
+#pragma once
+
+class Program;
+
+void addOfflineVerbs(Program& program); // list, describe
+void addCallVerbs(Program& program);    // get, set, call, walk
+void addTreeVerb(Program& program);     // tree
