@@ -52,9 +52,20 @@ public:
         return *this;
     }
 
+    // Has `other` asked first, about every operation, named or not.
+    Servant& instead(Other other)
+    {
+        TreflectHandlerState const running;
+        first_ = std::move(other);
+        return *this;
+    }
+
     bool dispatch(bool, unsigned long classId, unsigned long opIndex, TipprmiStream& request,
                   TipprmiStream& reply) override
     {
+        if (first_ && first_(classId, opIndex, request, reply)) {
+            return true;
+        }
         auto const found = operations_.find({classId, opIndex});
         if (found == operations_.end()) {
             return other_ && other_(classId, opIndex, request, reply);
@@ -93,5 +104,6 @@ private:
     };
 
     std::map<std::pair<unsigned long, unsigned long>, std::shared_ptr<Served>> operations_;
+    Other first_;
     Other other_;
 };

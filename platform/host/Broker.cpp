@@ -45,9 +45,15 @@ std::string Broker::serve(std::string const& endpoint)
     std::lock_guard const changing(changing_);
     std::lock_guard const lock(mutex_);
     if (server_ == nullptr) {
-        server_ = std::make_unique<Server>();
+        server_ = std::make_unique<Server>(tap_);
     }
     return server_->listen(parsed);
+}
+
+void Broker::setTap(ServerTap* tap)
+{
+    std::lock_guard const lock(mutex_);
+    tap_ = tap;
 }
 
 std::vector<std::string> Broker::endpoints() const

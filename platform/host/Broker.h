@@ -14,6 +14,7 @@ namespace host {
 
 class Peer;
 class Server;
+class ServerTap;
 
 // Makes this process's objects reachable from others, and others' from here. A process that does neither needs none of
 // this: calls within it work without.
@@ -29,6 +30,10 @@ public:
     std::string serve(std::string const& endpoint);
     // What is listened on, with the ports that the system chose.
     std::vector<std::string> endpoints() const;
+
+    // Has calls that come over connections pass through `tap`, which outlives the serving, as soon as serving begins
+    // anew; null: none, as at first.
+    void setTap(ServerTap* tap);
 
     // Makes the broker at that endpoint one of those whose objects are reachable from here. It need not be up. Empty,
     // or what is wrong with the endpoint. Objects that no peer is known for are looked for in the order of addition.
@@ -59,6 +64,7 @@ private:
 
     std::mutex changing_; // serving and peers change one at a time, which may take long
     mutable std::mutex mutex_;
+    ServerTap* tap_ = nullptr;
     std::unique_ptr<Server> server_;
     std::vector<Peer*> known_; // every peer that ever was; its place is its number less 1
     std::vector<Peer*> peers_;

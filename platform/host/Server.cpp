@@ -66,7 +66,7 @@ std::vector<std::string> Server::endpoints() const
 // On the accepting thread.
 void Server::admit(int descriptor, std::string const& endpoint)
 {
-    auto connection = std::make_unique<ServerConnection>(descriptor, endpoint);
+    auto connection = std::make_unique<ServerConnection>(descriptor, endpoint, tap_);
     removeEnded();
     std::lock_guard const lock(mutex_);
     if (handlers_.size() >= mostConnections) {

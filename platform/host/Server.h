@@ -17,7 +17,7 @@ namespace host {
 // them.
 class Server {
 public:
-    Server() = default;
+    explicit Server(ServerTap* tap) : tap_(tap) {}
     Server(Server const&) = delete;
     Server& operator=(Server const&) = delete;
     // Ends listening and all connections, and waits for the threads. Gives the run permission back meanwhile.
@@ -37,6 +37,7 @@ private:
     void admit(int descriptor, std::string const& endpoint);
     void removeEnded();
 
+    ServerTap* const tap_; // null: none
     asio::io_context context_{1};
     std::vector<std::unique_ptr<Listener>> listeners_;
     Thread acceptor_;

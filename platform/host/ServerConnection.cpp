@@ -21,10 +21,21 @@ void releaseStorage(TipprmiStream& stream)
     }
 }
 
+void finishReply(TipprmiStream& reply, ReplyStatus status, std::uint32_t number)
+{
+    if (status != ReplyStatus::done) {
+        reduceReply(reply, status);
+    }
+    if (!finishMessage(reply, number)) {
+        reduceReply(reply, ReplyStatus::replyTooLong);
+        finishMessage(reply, number);
+    }
+}
+
 } // namespace
 
-ServerConnection::ServerConnection(int descriptor, std::string endpoint)
-    : endpoint_(std::move(endpoint)), connection_(descriptor), lastStub_(StubTable::unbound())
+ServerConnection::ServerConnection(int descriptor, std::string endpoint, ServerTap* tap)
+    : endpoint_(std::move(endpoint)), tap_(tap), connection_(descriptor), lastStub_(StubTable::unbound())
 {
 }
 
@@ -133,15 +144,26 @@ bool ServerConnection::answerRequest(MessageHeader const& header, TipprmiStream&
     }
     reply.clear();
     beginMessage(reply, MessageKind::reply);
-    ReplyStatus const status = execute(header.detail != 0, address, request, reply);
-    if (status != ReplyStatus::done) {
-        reduceReply(reply, status);
+    if (tap_ != nullptr) [[unlikely]] {
+        return answerTapped(header, address, request, reply);
     }
-    if (!finishMessage(reply, header.number)) {
-        reduceReply(reply, ReplyStatus::replyTooLong);
-        finishMessage(reply, header.number);
-    }
+    finishReply(reply, execute(header.detail != 0, address, request, reply), header.number);
     return send(reply);
+}
+
+bool ServerConnection::answerTapped(MessageHeader const& header, ObjectAddress const& address, TipprmiStream& request,
+                                    TipprmiStream& reply)
+{
+    std::unique_ptr<TappedCall> const call = tap_->begin(address, request);
+    ReplyStatus status = ReplyStatus::done;
+    if (call->isExecuted(reply, status)) {
+        status = execute(header.detail != 0, address, request, reply);
+    }
+    finishReply(reply, status, header.number);
+    return call->answer(reply, [this](unsigned char const* bytes, std::size_t length) {
+        Deadline deadline;
+        return connection_.send(bytes, length, deadline) == Connection::Sent::all;
+    });
 }
 
 ReplyStatus ServerConnection::execute(bool flag, ObjectAddress const& address, TipprmiStream& request,

@@ -4,6 +4,7 @@
 #include "platform/host/Connection.h"
 #include "platform/host/EventSink.h"
 #include "platform/host/Message.h"
+#include "platform/host/ServerTap.h"
 #include "platform/host/StubTable.h"
 
 #include <cstddef>
@@ -15,7 +16,8 @@ namespace host {
 // Answers what arrives, one message after the other, on the handler thread that runs serve().
 class ServerConnection {
 public:
-    ServerConnection(int descriptor, std::string endpoint);
+    // `tap` may be null.
+    ServerConnection(int descriptor, std::string endpoint, ServerTap* tap);
     ~ServerConnection();
 
     // Returns when the connection has ended.
@@ -27,6 +29,8 @@ private:
     bool greet();
     bool answer(TipprmiStream& message, TipprmiStream& reply);
     bool answerRequest(MessageHeader const& header, TipprmiStream& request, TipprmiStream& reply);
+    bool answerTapped(MessageHeader const& header, ObjectAddress const& address, TipprmiStream& request,
+                      TipprmiStream& reply);
     ReplyStatus execute(bool flag, ObjectAddress const& address, TipprmiStream& request, TipprmiStream& reply);
     bool answerLocate(MessageHeader const& header, ObjectAddress const& address, TipprmiStream& reply);
     bool answerSubscribe(MessageHeader const& header, ObjectAddress const& address, TipprmiStream& reply);
@@ -34,6 +38,7 @@ private:
     void logMalformed() const;
 
     std::string const endpoint_;
+    ServerTap* const tap_;
     Connection connection_;
     TreflectStubRef lastStub_; // of the object that was called last: most connections call one object for a while
     std::shared_ptr<EventSink> sink_;

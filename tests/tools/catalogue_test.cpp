@@ -44,9 +44,15 @@ std::string comparable(std::string golden)
 TEST(RunTimeCatalogue, HasEveryOperationOfTheGoldenRecordWithItsParametersNamed)
 {
     std::size_t count = 0;
-    EXPECT_EQ(catalogue::classes().size(), catalogue::lines().size());
+    std::size_t other = 0;
     for (Class const* const each : catalogue::classes()) {
-        std::vector<std::string> const& golden = catalogue::lines().find(each->name)->second;
+        auto const listed = catalogue::lines().find(each->name);
+        if (listed == catalogue::lines().end()) {
+            EXPECT_TRUE(each->name.starts_with("Qel") || each->name == "SimulatorClient") << each->name;
+            ++other;
+            continue;
+        }
+        std::vector<std::string> const& golden = listed->second;
         ASSERT_TRUE(golden.size() == each->own.size() || each->own.empty()) << each->name;
         for (std::size_t i = 0; i < each->own.size(); ++i, ++count) {
             Operation const& operation = each->own[i];
@@ -58,6 +64,7 @@ TEST(RunTimeCatalogue, HasEveryOperationOfTheGoldenRecordWithItsParametersNamed)
         EXPECT_EQ(catalogue::findClass(each->interface), each);
     }
     EXPECT_EQ(count, 573U);
+    EXPECT_EQ(catalogue::classes().size(), catalogue::lines().size() + other);
     EXPECT_EQ(catalogue::findClass("VlanIfNet")->find("getMtu")->className, "IfNetClient");
     EXPECT_EQ(catalogue::findClass("IfNet")->find("setMtu")->signature(),
               "ResponseInfo<SetClient> setMtu(in long mtu)");

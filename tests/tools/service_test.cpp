@@ -137,7 +137,7 @@ TEST_F(Serving, StartsWithoutAUnitAndRenamesItsLogWhenThereIsOne)
     EXPECT_EQ(curl("health").status, 503);
     EXPECT_EQ(post(login("anna", "secret")).status, 200);
     Unit sim = unit({"--address", "10.0.0.7"});
-    child.readUntil("the agent is reached");
+    child.readUntil("logging to " + logDirectory + "/ruem_wbts_4711"); // the former one is whole then
     EXPECT_THAT(log("ruem_wbts_-1.xml.gz"), HasSubstr("result=\"success\""));
     EXPECT_EQ(post(message("<Disconnect/>")).status, 401);
     child.signal(SIGTERM);

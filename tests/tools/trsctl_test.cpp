@@ -176,7 +176,8 @@ TEST_F(Trsctl, ShowsTheTreeOfObjects)
 TEST_F(Trsctl, DescribesWithoutAUnit)
 {
     std::string const classes = output({"list"});
-    EXPECT_EQ(std::count(classes.begin(), classes.end(), '\n'), 56);
+    EXPECT_EQ(std::count(classes.begin(), classes.end(), '\n'), 56 + 6)
+        << "the proxies', and those of value objects and the simulator";
     EXPECT_THAT(output({"list", "EthIfNet"}), HasSubstr("ResponseInfo<GetClient> getMtu(out long mtu)"));
     EXPECT_THAT(output({"describe", "0xb86aeff7"}), StartsWith("class IfNetClient\n"));
     std::string const described = output({"describe", "VlanIfNet.getIpAddrSequence"});

@@ -1,13 +1,12 @@
 // The simulated unit in this process: all interfaces, and what its objects keep.
 #include "tools/catalogue/Call.h"
 #include "tools/catalogue/ObjectName.h"
-#include "tools/trssim/Equipment.h"
-#include "tools/trssim/IpNode.h"
+#include "tools/trssim/Scenario.h"
+#include "tools/trssim/Unit.h"
 
 #include "rmi/TreflectHandlerState.h"
+#include "tests/support/Catalogue.h"
 #include "tests/support/Sockets.h"
-#include "tools/trssim/ApplicationObject.h"
-#include "tools/trssim/UnitAgent.h"
 
 #include <gmock/gmock.h>
 
@@ -67,18 +66,15 @@ protected:
     static Class const& classOf(char const* name) { return *catalogue::findClass(name); }
 
     TreflectHandlerState const running;
-    sim::Inventory inventory;
-    sim::UnitAgent agent{""};
-    sim::ApplicationObject object{"AppObject-1"};
-    sim::IpNode ipNode{inventory};
-    sim::Equipment equipment{inventory};
+    sim::Unit unit;
+    sim::Inventory& inventory = unit.inventory();
 };
 
 TEST_F(WholeUnit, AnswersEveryOperationOfEveryInterface)
 {
-    inventory.add(NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME, classOf("NmiRmiAdapter"));
     std::size_t count = 0;
-    for (Class const* const type : catalogue::classes()) {
+    for (auto const& [name, lines] : catalogue::lines()) {
+        Class const* const type = catalogue::findClass(name);
         auto const entry = std::ranges::find_if(
             inventory.all(), [type](sim::Inventory::Entry const& each) { return sim::isA(*each.type, type->name); });
         ASSERT_NE(entry, inventory.all().end()) << type->name;
@@ -99,7 +95,7 @@ TEST_F(WholeUnit, TellsWhatItWasTold)
 {
     std::size_t count = 0;
     std::vector<sim::Inventory::Entry> const entries = inventory.all();
-    for (auto const& [id, type] : entries) {
+    for (auto const& [id, type, managed] : entries) {
         TipprmiObjectClient const proxy{TipprmiOID(id)};
         for (Operation const* const setter : type->operations()) {
             Operation const* const reader =
@@ -176,6 +172,204 @@ TEST_F(WholeUnit, RefusesRequestsThatItCannotRead)
     EXPECT_FALSE(proxy.dispatch(true, operation.classId, operation.index, request, reply));
     EXPECT_EQ(host::lastCallFailure().kind, host::CallFailure::Kind::refused);
     EXPECT_EQ(call("Access/Ntp", classOf("NtpAccess"), "getNtpEnabled").results["enabled"], false);
+}
+
+// Operations that create and delete, insert and remove, reserve and cancel change what others tell.
+TEST_F(WholeUnit, ListsChangeByTheirOperations)
+{
+    Value const ntp = {{"address", "10.0.0.3"}, {"value", 5}};
+    auto const user = [](int number) { return Value("ApplicationObject:User-" + std::to_string(number)); };
+    struct {
+        char const* object;
+        char const* type;
+        char const* reader; // of the list, as "result" or the only out-argument
+        char const* insert;
+        std::vector<Value> inserted;
+        char const* remove;
+        std::vector<Value> removed;
+        bool hasStatus;
+    } const cases[] = {
+        {"Access/Ntp",
+         "NtpAccess",
+         "getNtpServerSequence",
+         "createNtpServer",
+         {"10.0.0.3", 5},
+         "deleteNtpServer",
+         {"10.0.0.3"},
+         true},
+        {"Access/Dhcp",
+         "DhcpAccess",
+         "getDhcpConfiguration",
+         "createDhcpConfigurationEntry",
+         samples(*classOf("DhcpAccess").find("createDhcpConfigurationEntry")),
+         "deleteDhcpConfigurationEntry",
+         {"1.1.1.1"},
+         true},
+        {"HwmUnit-1/EthLink",
+         "EthLink",
+         "getVlanTags",
+         "attachVlanTags",
+         {{7, 8}},
+         "detachVlanTags",
+         {{7, 8, 9}},
+         false},
+        {"PdhUnit-1/If/1",
+         "TransmissionIf",
+         "getReservationSeq",
+         "reserve",
+         {user(1)},
+         "cancelReservation",
+         {user(1)},
+         false},
+        {"IpNode",
+         "IpNode",
+         "getAtmIfNetSequence",
+         "createAtmIfNet",
+         samples(*classOf("IpNode").find("createAtmIfNet")),
+         "deleteAtmIfNet",
+         {"AtmIfNet:IfNet/Atm/2"},
+         true},
+        {"IpNode",
+         "IpNode",
+         "getIp3IfNetSequence",
+         "createIp3IfNet",
+         samples(*classOf("IpNode").find("createIp3IfNet")),
+         "deleteIp3IfNet",
+         {"Ip3IfNet:IfNet/Ppp/2"},
+         true},
+        {"Access/RuleManager",
+         "RmAccess",
+         "getApplicableExceptions",
+         "createException",
+         {"input", sample(*classOf("RmAccess").find("createException")->parameters[1].type)},
+         "deleteException",
+         {"input", "sample"},
+         true},
+    };
+    for (auto const& each : cases) {
+        Class const& type = classOf(each.type);
+        auto const list = [&] { return call(each.object, type, each.reader).results.begin().value(); };
+        auto const kindOf = [&](char const* operation, std::vector<Value> const& in) {
+            return call(each.object, type, operation, in).kind;
+        };
+        Outcome::Kind const again = each.hasStatus ? Outcome::Kind::refused : Outcome::Kind::done;
+        Value const before = list();
+        EXPECT_EQ(kindOf(each.remove, each.removed), again) << each.remove << " what is not there";
+        EXPECT_EQ(list(), before);
+        EXPECT_EQ(kindOf(each.insert, each.inserted), Outcome::Kind::done) << each.insert;
+        Value const changed = list();
+        EXPECT_GT(changed.size(), before.size()) << each.insert;
+        if (each.type != std::string("IpNode")) { // which makes another one
+            EXPECT_EQ(kindOf(each.insert, each.inserted), again) << each.insert << " what is there";
+            EXPECT_EQ(list(), changed);
+        }
+        EXPECT_EQ(kindOf(each.remove, each.removed), Outcome::Kind::done) << each.remove;
+        EXPECT_EQ(list(), before) << each.remove;
+    }
+}
+
+TEST_F(WholeUnit, AnInterfaceThatGoesDownRaisesItsConditions)
+{
+    auto const isDown = [](char const* id) {
+        return call(std::string(id) + "/Condition/DownIngress", classOf("Condition"), "isActive").results["result"];
+    };
+    auto const setFlags = [](char const* id, int flags) { call(id, classOf("IfNet"), "setFlags", {flags}); };
+    constexpr int up = 0x41;
+    setFlags("IfNet/Transport", up | 2);
+    EXPECT_EQ(isDown("IfNet/Transport"), false);
+    setFlags("IfNet/Transport", 1); // not running
+    EXPECT_EQ(isDown("IfNet/Transport"), true);
+    EXPECT_EQ(isDown("IfNet/Lmp"), false);
+    setFlags("IfNet/Transport", up);
+    EXPECT_EQ(isDown("IfNet/Transport"), false);
+}
+
+// Whatever a unit came to hold, its scenario makes another one hold it.
+TEST(Scenario, MakesAnotherUnitHoldTheSame)
+{
+    TreflectHandlerState const running;
+    auto const call = [](char const* id, char const* type, char const* operation, std::vector<Value> const& in) {
+        return catalogue::call(TipprmiObjectClient(TipprmiOID(id)), *catalogue::findClass(type)->find(operation), in);
+    };
+    auto unit = std::make_unique<sim::Unit>(sim::Unit::Options{"10.0.0.7", 4, true});
+    Value const fresh = sim::scenario::save(*unit);
+    call("IfNet/Transport", "EthIfNet", "deleteVlan", {100});
+    call("IfNet/Transport", "IfNet", "setMtu", {1400});
+    call("IfNet/Transport", "IfNet", "setFlags", {0});
+    call("IpNode", "IpNode", "setIpConfig", {"x", "10.0.0.1", "10.0.0.2", 3, "text"});
+    call("IpNode", "IpNode", "deleteIp3IfNet", {"Ip3IfNet:IfNet/Ppp/1"});
+    call("Access/RuleManager", "RmAccess", "deleteRuleset", {"input"});
+    call("Access/Ntp", "NtpAccess", "createNtpServer", {"10.0.0.3", 5});
+    call("IfNet/Lmp", "EthIfNet", "createProxyArp", {"10.0.0.9"});
+    call("AppObject-1/PerformanceService", "PerformanceService", "stopMonitoring", {2});
+    call("HwmUnit-1", "HwmUnit", "createModule", {3, "new"});
+    unit->create("Bfd/2", "BfdIpIubClient");
+    unit->advance(1000);
+    unsigned long number = 0;
+    unit->faults().inject({"late", "IfNet.getMtu", "IfNet/Lmp", 2, 3, 500, 20}, number);
+    Value const saved = sim::scenario::save(*unit);
+    EXPECT_NE(saved, fresh);
+
+    unit.reset();
+    unit = std::make_unique<sim::Unit>(sim::Unit::Options{"10.0.0.7", 4, true});
+    EXPECT_EQ(sim::scenario::save(*unit), fresh) << "the same seed gives the same unit";
+    EXPECT_EQ(sim::scenario::apply(*unit, saved), "");
+    EXPECT_EQ(Value::diff(saved, sim::scenario::save(*unit)), Value::array());
+
+    unit.reset();
+    unit = std::make_unique<sim::Unit>(sim::Unit::Options{"10.0.0.7", 5, true});
+    unit->advance(1);
+    Value const other = sim::scenario::save(*unit);
+    EXPECT_NE(other["objects"], fresh["objects"]) << "another seed gives other counters";
+}
+
+// A scenario need not say everything, and may have an object tell what it would not.
+TEST(Scenario, ChangesWhatItNames)
+{
+    TreflectHandlerState const running;
+    sim::Unit unit;
+    std::size_t const before = unit.inventory().all().size();
+    Value const document = Value::parse(R"({"objects": {
+        "VlanIfNet:IfNet/Transport/Vlan/100": null,
+        "VlanIfNet:IfNet/Lmp/Vlan/5": {"getMtu": {"mtu": 1300}},
+        "HwmUnit:HwmUnit-1": {"getSerialNumber": {"number": "SERIAL"}},
+        "Condition:AppObject-1/Condition/los": {"isActive": {"result": true}}}})");
+    EXPECT_EQ(sim::scenario::apply(unit, document), "");
+    EXPECT_EQ(unit.inventory().find("IfNet/Transport/Vlan/100"), nullptr);
+    EXPECT_EQ(unit.inventory().all().size(), before);
+    long mtu = 0;
+    EXPECT_TRUE(IfNetClient(TipprmiOID("IfNet/Lmp/Vlan/5")).getMtu(mtu) == GetClient::OK);
+    EXPECT_EQ(mtu, 1300);
+    std::string serial;
+    EXPECT_TRUE(HwmUnitClient(TipprmiOID("HwmUnit-1")).getSerialNumber(serial) == GetClient::OK);
+    EXPECT_EQ(serial, "SERIAL");
+    EXPECT_EQ(unit.object().faults().proxy().getOperState(), FaultServiceClient::DISABLED);
+
+    struct {
+        char const* document;
+        char const* complaint;
+    } const cases[] = {
+        {"[]", "a JSON object"},
+        {R"({"object": {}})", "'object' is nothing"},
+        {R"({"time": -1})", "\"time\""},
+        {R"({"objects": []})", "\"objects\""},
+        {R"({"objects": {"IpNode:": {}}})", "'IpNode:' is no object"},
+        {R"({"objects": {"Nothing:x": {}}})", "'Nothing' is no class"},
+        {R"({"objects": {"IfNet:IpNode": {}}})", "'IpNode' is of class IpNodeClient"},
+        {R"({"objects": {"IpNode:IpNode": null}})", "'IpNode' cannot be removed"},
+        {R"({"objects": {"IpNode:IpNode": 1}})", "'IpNode' is not described"},
+        {R"({"objects": {"IpNode:IpNode": {"getNothing": {}}}})", "'getNothing' is no operation"},
+        {R"({"objects": {"IpNode:IpNode": {"finalize": {}}}})", "finalize reads nothing"},
+        {R"({"objects": {"IpNode:IpNode": {"getMtu": 5}}})", "the results are no object"},
+        {R"({"objects": {"IpNode:IpNode": {"getMtu": {"mtu": "x"}}}})", "\"x\" is no number"},
+        {R"({"objects": {"IpNode:IpNode": {"getIpConfig": [{}]}}})", "name is missing"},
+        {R"({"objects": {"LocationId:IfNet/Lmp/LocationId": {"toKey": {"result": "x"}}}})", "cannot be made to tell"},
+        {R"({"faults": ["burn"]})", "'burn' is no kind of fault"},
+        {R"({"faults": ["cut operation=IfNet.x"]})", "'x' is no operation of IfNetClient"},
+    };
+    for (auto const& [text, complaint] : cases) {
+        EXPECT_THAT(sim::scenario::apply(unit, Value::parse(text)), testing::HasSubstr(complaint)) << text;
+    }
 }
 
 } // namespace

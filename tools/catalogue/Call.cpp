@@ -33,6 +33,36 @@ std::string writeArguments(TipprmiStream& request, Operation const& operation, s
 
 } // namespace
 
+std::string writeResults(TipprmiStream& reply, Operation const& operation, Value const& results)
+{
+    std::size_t used = 0;
+    std::string wrong;
+    auto const write = [&](Type const& type, std::string const& name) {
+        if (wrong.empty() && !results.contains(name)) {
+            wrong = name + " is missing";
+        } else if (wrong.empty()) {
+            wrong = writeValue(reply, type, results[name]);
+            wrong = wrong.empty() ? wrong : name + (wrong.front() == '.' || wrong.front() == '[' ? "" : ": ") + wrong;
+        }
+        ++used;
+    };
+    if (!results.is_object()) {
+        return "the results are no object";
+    }
+    if (operation.result != nullptr && operation.result->kind == Type::Kind::status) {
+        writeStatus(reply, true);
+    } else if (operation.result != nullptr) {
+        write(*operation.result, "result");
+    }
+    std::vector<std::string_view> const names = operation.parameterNames();
+    for (std::size_t i = 0; i < operation.parameters.size(); ++i) {
+        if (!operation.parameters[i].isIn) {
+            write(*operation.parameters[i].type, nameOf(names, i));
+        }
+    }
+    return !wrong.empty() || results.size() == used ? wrong : "one result too many";
+}
+
 Outcome call(TipprmiObjectClient const& object, Operation const& operation, std::vector<Value> const& in)
 {
     Outcome outcome;

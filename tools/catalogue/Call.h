@@ -30,4 +30,7 @@ struct Outcome {
 // permission (TreflectHandlerState).
 Outcome call(TipprmiObjectClient const& object, Operation const& operation, std::vector<Value> const& in);
 
+// Appends the results of a call that is done, as Outcome has them, in their order. Empty, or what is wrong with them.
+std::string writeResults(TipprmiStream& reply, Operation const& operation, Value const& results);
+
 } // namespace catalogue

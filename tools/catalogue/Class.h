@@ -88,7 +88,7 @@ struct Class {
     std::vector<Operation const*> operations() const;
 };
 
-// By name.
+// By name: those of the library's proxies, the framework's value objects (Qel...), and the simulator's own controls.
 std::span<Class const* const> classes();
 // By class or interface name, or null.
 Class const* findClass(std::string_view name);

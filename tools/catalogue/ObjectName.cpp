@@ -4,6 +4,7 @@
 #include "clients/ip/IpNodeClient.h"
 #include "platform/host/CallFailure.h"
 #include "tools/catalogue/Class.h"
+#include "tools/catalogue/SimulatorClient.h"
 
 namespace catalogue {
 
@@ -13,6 +14,8 @@ std::string ObjectName::parse(std::string const& text, ObjectName& name)
         name = {"IpNodeClient", text};
     } else if (text == NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME) {
         name = {"NmiRmiAdapterClient", text};
+    } else if (text == SimulatorClient::SIMULATOR_OID) {
+        name = {"SimulatorClient", text};
     } else {
         std::size_t const colon = text.find(':');
         if (colon == std::string::npos || colon == 0 || colon + 1 == text.size()) {

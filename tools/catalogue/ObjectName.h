@@ -11,7 +11,8 @@ struct ObjectName {
     std::string className; // with or without "Client"
     std::string id;        // in the system's own namespace
 
-    // "IfNet:IfNet/Transport", or the identifier of a well-known object alone: "IpNode", "NmiRmiAdapterServer". Empty,
+    // "IfNet:IfNet/Transport", or the identifier of a well-known object alone: "IpNode", "NmiRmiAdapterServer",
+    // "Simulator". Empty,
     // or what is wrong with the text. The class may be one of the framework's, which the catalogue does not have.
     static std::string parse(std::string const& text, ObjectName& name);
     // Without "Client".

@@ -243,6 +243,30 @@ Value parseNumber(std::string const& text)
     return error == std::errc() && next == end && begin != end ? Value(number) : Value(text);
 }
 
+// Each part on a line of its own, but for lists of plain values. `margin`: a line's end and the indentation of the
+// next.
+void appendJson(std::string& text, Value const& value, std::string const& margin, std::string const& step)
+{
+    bool const isList =
+        value.is_array() && std::ranges::none_of(value, [](Value const& part) { return part.is_structured(); });
+    if (!value.is_structured() || value.empty() || isList) {
+        text += value.dump(-1, ' ', false, Value::error_handler_t::replace);
+        return;
+    }
+    std::string const inner = margin + step;
+    text += value.is_object() ? '{' : '[';
+    char const* separator = "";
+    for (auto const& [name, part] : value.items()) {
+        (text += separator) += inner;
+        separator = ",";
+        if (value.is_object()) {
+            text += Value(name).dump(-1, ' ', false, Value::error_handler_t::replace) + ": ";
+        }
+        appendJson(text, part, inner, step);
+    }
+    (text += margin) += value.is_object() ? '}' : ']';
+}
+
 } // namespace
 
 Value readValue(TipprmiStream& stream, Type const& type)
@@ -295,6 +319,31 @@ Value readValue(TipprmiStream& stream, Type const& type)
     }
     auto const subSystem = take<unsigned long>(stream);
     return {{"subSystem", subSystem}, {"failed", take<unsigned long>(stream)}};
+}
+
+Value zero(Type const& type)
+{
+    switch (type.kind) {
+    case Type::Kind::boolean:
+        return false;
+    case Type::Kind::text:
+        return "";
+    case Type::Kind::sequence:
+        return Value::array();
+    case Type::Kind::array:
+        return std::vector<Value>(type.count, zero(*type.element));
+    case Type::Kind::record: {
+        Value record = Value::object();
+        for (Field const& field : type.fields) {
+            record[std::string(field.name)] = zero(*field.type);
+        }
+        return record;
+    }
+    case Type::Kind::object:
+        return {};
+    default:
+        return 0;
+    }
 }
 
 std::string writeValue(TipprmiStream& stream, Type const& type, Value const& value)
@@ -375,7 +424,12 @@ void forEachLeaf(Value const& value, LeafVisitor const& visit, std::string const
 
 std::string toJson(Value const& value, int indent)
 {
-    return value.dump(indent, ' ', false, Value::error_handler_t::replace);
+    if (indent < 0) {
+        return value.dump(indent, ' ', false, Value::error_handler_t::replace);
+    }
+    std::string text;
+    appendJson(text, value, "\n", std::string(static_cast<std::size_t>(indent), ' '));
+    return text;
 }
 
 } // namespace catalogue

@@ -19,6 +19,9 @@ using Value = nlohmann::ordered_json;
 // Null where the stream has failed, which it tells.
 Value readValue(TipprmiStream& stream, Type const& type);
 
+// 0, false, empty, null; of records and arrays such parts.
+Value zero(Type const& type);
+
 // Appends the value. Empty, or what is wrong with it: the place in it and the offending part.
 std::string writeValue(TipprmiStream& stream, Type const& type, Value const& value);
 

@@ -18,8 +18,13 @@ namespace {
 
 constexpr std::size_t longestLine = 4096;
 
-// The words of a line, which blanks separate. A word in double quotes may contain blanks, or nothing. What is wrong
-// with the line, or empty.
+std::string usageOf(Command const& command)
+{
+    return command.arguments.empty() ? command.name : command.name + ' ' + command.arguments;
+}
+
+} // namespace
+
 std::string split(std::string_view line, Words& words)
 {
     constexpr std::string_view blanks = " \t\r";
@@ -38,13 +43,6 @@ std::string split(std::string_view line, Words& words)
         line.remove_prefix(length + (isQuoted ? 1 : 0));
     }
 }
-
-std::string usageOf(Command const& command)
-{
-    return command.arguments.empty() ? command.name : command.name + ' ' + command.arguments;
-}
-
-} // namespace
 
 void say(std::string const& line)
 {
@@ -80,9 +78,15 @@ Console::Console(std::string const& endCommand)
              return std::string();
          }});
     add({endCommand, "", "ends the program", [this](Words const&) {
-             isEnded_ = true;
+             end();
              return std::string();
          }});
+}
+
+void Console::end()
+{
+    isEnded_ = true;
+    ::kill(::getpid(), SIGTERM); // run() may be waiting
 }
 
 Console::~Console() { ::close(signals_); }
@@ -106,7 +110,8 @@ std::string Console::execute(std::string_view line)
     split(command->arguments, expected);
     auto const required =
         std::count_if(expected.begin(), expected.end(), [](std::string const& word) { return word.front() != '['; });
-    if (words.size() > expected.size()) {
+    bool const takesAny = !expected.empty() && expected.back().ends_with("...]");
+    if (words.size() > expected.size() && !takesAny) {
         return command->name + ": '" + host::printable(words[expected.size()]) +
                "' is one word too many: " + usageOf(*command);
     }

@@ -1,6 +1,7 @@
 // What a program does between its start and its end: one command a line from standard input, until something ends it.
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <string>
@@ -15,9 +16,14 @@ void say(std::string const& line);
 
 using Words = std::vector<std::string>;
 
+// Appends the words of a line, which blanks separate. A word in double quotes may contain blanks, or nothing. Empty, or
+// what is wrong with the line.
+std::string split(std::string_view line, Words& words);
+
 struct Command {
     std::string name;
-    std::string arguments; // such as "NAME [N]": one word each; an optional one stands in brackets
+    std::string arguments; // such as "NAME [N]": one word each; an optional one stands in brackets; "[WORD...]": any
+                           // number of them
     std::string help;
     // Gets the words after the name, as many as `arguments` allows. Empty, or what is wrong with them.
     std::function<std::string(Words const&)> run;
@@ -34,12 +40,15 @@ public:
     ~Console();
 
     void add(Command command);
-    // Executes one command. Empty, or what is wrong with it. A blank line does nothing.
+    // Executes one command, on any thread once run() is under way. Empty, or what is wrong with it. A blank line does
+    // nothing.
     std::string execute(std::string_view line);
     // Executes the commands that come, and complains about wrong ones on standard error, until one of them or a signal
     // ends the program, or the input's end when `endsWithInput`.
     void run(bool endsWithInput);
     bool isEnded() const { return isEnded_; }
+    // Ends run(), from any thread.
+    void end();
     // Has run() call `task` on its own thread at this interval, as far as a command leaves it the time.
     void every(std::chrono::milliseconds interval, std::function<void()> task);
 
@@ -54,7 +63,7 @@ private:
     std::string received_;
     bool isCut_ = false; // the line that is being received is too long, and its beginning was dropped
     bool isInputAtEnd_ = false;
-    bool isEnded_ = false;
+    std::atomic<bool> isEnded_ = false; // also by a command that another thread executes
     std::function<void()> task_;
     std::chrono::milliseconds interval_{};
     std::chrono::steady_clock::time_point nextTask_;

@@ -3,6 +3,7 @@
 #include "adapter/ZYN_AdapterConstants.h"
 #include "platform/NmaLogHelper.h"
 #include "platform/host/CallFailure.h"
+#include "tools/support/Timestamp.h"
 #include "tools/trsadapter/XmlText.h"
 
 #include <array>
@@ -16,18 +17,6 @@
 namespace {
 
 constexpr char const* rootElement = "log";
-
-// RFC 3339, in UTC and milliseconds.
-std::string now()
-{
-    timespec time{};
-    ::clock_gettime(CLOCK_REALTIME, &time);
-    tm parts{};
-    ::gmtime_r(&time.tv_sec, &parts);
-    std::array<char, sizeof "2000-01-01T00:00:00"> text;
-    std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &parts);
-    return LogMakeString("%s.%03ldZ", text.data(), time.tv_nsec / 1'000'000);
-}
 
 // Makes the directory when it is missing. Empty, or why no log may be kept in it: another user who can write there
 // could have the log written to any file of this one's.
@@ -84,7 +73,8 @@ void MessageLog::close()
 
 void MessageLog::add(char const* element, std::vector<Attribute> const& attributes, std::string const& text)
 {
-    std::string entry = std::string("<") + element + " time=\"" + now() + '"';
+    std::string entry =
+        std::string("<") + element + " time=\"" + tools::timestamp(std::chrono::system_clock::now()) + '"';
     for (auto const& [name, value] : attributes) {
         ((((entry += ' ') += name) += "=\"") += xmlText(value)) += '"';
     }

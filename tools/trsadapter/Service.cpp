@@ -114,8 +114,11 @@ void Service::look()
             tools::say("the agent is lost");
         }
     } else if (standing == Adapter::Standing::hasOtherAddress || !isUnitReached_) {
+        std::string const formerLog = log_.path();
         if (std::string const why = connect(); !why.empty()) {
             NmaLogHelper(3, __FILE__, __func__, __LINE__).message("%s", why.c_str());
+        } else if (log_.path() != formerLog) {
+            tools::say("logging to " + log_.path());
         }
     }
 }

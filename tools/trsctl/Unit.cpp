@@ -13,6 +13,7 @@ namespace {
 using catalogue::Class;
 using catalogue::Operation;
 using catalogue::Outcome;
+using catalogue::Type;
 using catalogue::Value;
 
 bool isSameName(std::string_view a, std::string_view b)
@@ -114,11 +115,19 @@ ExitCode Unit::connect(std::string const& text, Target& target)
     return ExitCode::good;
 }
 
-std::string Unit::describe(Outcome const& outcome) const
+std::string Unit::describe(Operation const& operation, Outcome const& outcome)
 {
     if (outcome.kind == Outcome::Kind::refused) {
-        std::string const who = outcome.subSystem == 0 ? "" : " by subsystem " + std::to_string(outcome.subSystem);
-        return "refused" + who + "; it was carried out";
+        std::string text = "refused";
+        text += outcome.subSystem == 0 ? "" : " by subsystem " + std::to_string(outcome.subSystem);
+        for (std::size_t i = 0; i < operation.parameters.size(); ++i) {
+            if (operation.parameters[i].isIn || operation.parameters[i].type->kind != Type::Kind::text) {
+                continue;
+            }
+            auto const told = outcome.results[std::string(operation.parameterNames()[i])].get<std::string>();
+            text += told.empty() ? "" : ": " + host::printable(told);
+        }
+        return text + "; it was carried out";
     }
     return outcome.failure.reason + "; " + outcome.failure.effect();
 }
@@ -130,7 +139,7 @@ ExitCode Unit::complain(Target const& target, Operation const& operation, Outcom
         return complainOfArguments(operation, outcome.wrong);
     }
     std::fprintf(stderr, "%s %s at %s: %s\n", target.name.text().c_str(), std::string(operation.name).c_str(),
-                 options_.endpoint.c_str(), describe(outcome).c_str());
+                 options_.endpoint.c_str(), describe(operation, outcome).c_str());
     return outcome.kind == Outcome::Kind::refused ? ExitCode::refused : exitCodeOf(outcome.failure);
 }
 
@@ -200,7 +209,7 @@ ExitCode Unit::walk(std::string const& object)
             return complain(target, *operation, outcome);
         }
         results[std::string(operation->name)] =
-            outcome.kind == Outcome::Kind::done ? outcome.results : Value{{"error", describe(outcome)}};
+            outcome.kind == Outcome::Kind::done ? outcome.results : Value{{"error", describe(*operation, outcome)}};
     }
     writeResults(results, options_.format);
     return ExitCode::good;

@@ -47,7 +47,7 @@ private:
                         std::vector<std::string> const& arguments);
     ExitCode complain(Target const& target, catalogue::Operation const& operation,
                       catalogue::Outcome const& outcome) const;
-    std::string describe(catalogue::Outcome const& outcome) const;
+    static std::string describe(catalogue::Operation const& operation, catalogue::Outcome const& outcome);
 
     Options options_;
 };

@@ -26,12 +26,22 @@ std::string nameOf(TipprmiObjectClient const& object) { return host::printable(o
 
 } // namespace
 
-ApplicationObject::ApplicationObject(std::string const& id)
-    : id_(id), location_(id), faults_(id, kinds), performance_(id), servant_(TipprmiOID(id))
+ApplicationObject::ApplicationObject(Inventory& inventory, std::string const& id)
+    : inventory_(inventory), id_(id), location_(id), faults_(id, kinds), servant_(TipprmiOID(id))
 {
+    inventory_.add(proxy());
+    inventory_.add(location_.proxy());
+    faults_.enter(inventory_);
+    makePerformanceService();
     serveServices();
     serveSupport();
     serveLife();
+}
+
+void ApplicationObject::makePerformanceService()
+{
+    performance_.emplace(inventory_, id_);
+    inventory_.add(performance_->proxy());
 }
 
 void ApplicationObject::serveServices()
@@ -49,13 +59,16 @@ void ApplicationObject::serveServices()
         .on<&ApplicationObjectClient::createPerformanceSvc>([this] {
             bool const isMade = !performance_;
             if (isMade) {
-                performance_.emplace(id_);
+                makePerformanceService();
             }
             return done(isMade, "performance service created");
         })
         .on<&ApplicationObjectClient::destroyPerformanceSvc>([this] {
             bool const isThere = performance_.has_value();
-            performance_.reset();
+            if (isThere) {
+                inventory_.remove(performance_->proxy().getOID().getIdString());
+                performance_.reset();
+            }
             return done(isThere, "performance service destroyed");
         });
 }

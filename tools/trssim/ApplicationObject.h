@@ -16,27 +16,27 @@ namespace sim {
 // Owns its services. It consumes and provides services itself.
 class ApplicationObject {
 public:
-    explicit ApplicationObject(std::string const& id);
+    ApplicationObject(Inventory& inventory, std::string const& id);
     ApplicationObject(ApplicationObject const&) = delete;
     ApplicationObject& operator=(ApplicationObject const&) = delete;
 
     FaultService& faults() { return faults_; }
-    // Null after destroyPerformanceSvc().
-    PerformanceService* performance() { return performance_ ? &*performance_ : nullptr; }
 
 private:
     using Objects = ObjectList<ApplicationObjectClient>;
 
     auto proxy() const { return ApplicationObjectClient(&servant_); }
+    void makePerformanceService();
     void serveServices();
     void serveSupport();
     void serveLife();
     bool isReleaseGranted(ApplicationObjectClient const& other) const;
 
+    Inventory& inventory_;
     std::string const id_;
     LocationId location_;
     FaultService faults_;
-    std::optional<PerformanceService> performance_;
+    std::optional<PerformanceService> performance_; // none after destroyPerformanceSvc()
     bool reportsToExtern_ = true;
     Objects consumers_;
     Objects providers_;

@@ -7,6 +7,8 @@ namespace sim {
 
 namespace {
 
+constexpr std::size_t mostObjects = 10'000;
+
 struct Plain {
     char const* id;
     char const* className;
@@ -14,7 +16,6 @@ struct Plain {
 
 constexpr Plain plain[] = {
     // The IP node's services and maps.
-    {"Access/RuleManager", "RmAccessClient"},
     {"Access/Ntp", "NtpAccessClient"},
     {"Access/Dhcp", "DhcpAccessClient"},
     {"Access/IpSec", "IpSecClient"},
@@ -37,9 +38,7 @@ constexpr Plain plain[] = {
     {"PdhUnit-1/Mlp3Link/1/Descriptor", "Mlp3LinkDescriptorClient"},
     {"PdhUnit-1/Mlp3Hdlc/1", "Mlp3HdlcClient"},
     {"PdhUnit-1/Mlp3Hdlc/2", "Mlp3HdlcClient"},
-    {"IfNet/Ppp/1", "Ip3IfNetClient"},
     // ATM: a channel connection between two termination points, and one that ends in AAL5.
-    {"IfNet/Atm/1", "AtmIfNetClient"},
     {"Atm/TrafficDescriptor/1", "AtmTrafficDescriptorClient"},
     {"Atm/Vctp/1", "VirtualChannelConnectionTpClient"},
     {"Atm/Vctp/2", "VirtualChannelConnectionTpClient"},
@@ -51,7 +50,7 @@ constexpr Plain plain[] = {
 
 } // namespace
 
-Equipment::Equipment(Inventory& inventory)
+Equipment::Equipment(Inventory& inventory) : inventory_(inventory), rules_(inventory, "Access/RuleManager")
 {
     for (auto const& [id, className] : plain) {
         objects_.emplace_back(inventory, id, className);
@@ -64,6 +63,21 @@ Equipment::Equipment(Inventory& inventory)
             [] { return VirtualChannelConnectionTpClient(TipprmiOID("Atm/Vctp/1")); })
         .on<&CrossConnection::getTerminationB>(
             [] { return VirtualChannelConnectionTpClient(TipprmiOID("Atm/Vctp/2")); });
+}
+
+bool Equipment::create(std::string const& id, std::string_view className)
+{
+    if (inventory_.find(id) != nullptr || inventory_.all().size() >= mostObjects) {
+        return false;
+    }
+    objects_.emplace_back(inventory_, id, className);
+    return true;
+}
+
+bool Equipment::remove(std::string const& id)
+{
+    return std::erase_if(objects_,
+                         [&id](PlainObject& object) { return object.servant().getOID().getIdString() == id; }) != 0;
 }
 
 } // namespace sim

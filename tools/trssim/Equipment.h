@@ -2,8 +2,11 @@
 #pragma once
 
 #include "tools/trssim/Managed.h"
+#include "tools/trssim/RuleManager.h"
 
 #include <list>
+#include <string>
+#include <string_view>
 
 namespace sim {
 
@@ -12,8 +15,17 @@ namespace sim {
 class Equipment {
 public:
     explicit Equipment(Inventory& inventory);
+    Equipment(Equipment const&) = delete;
+    Equipment& operator=(Equipment const&) = delete;
+
+    // One more of these objects. False when the identifier is taken, or there are too many.
+    bool create(std::string const& id, std::string_view className);
+    // False when it is none of these objects.
+    bool remove(std::string const& id);
 
 private:
+    Inventory& inventory_;
+    RuleManager rules_;
     std::list<PlainObject> objects_;
 };
 

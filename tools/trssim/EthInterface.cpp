@@ -5,6 +5,7 @@
 #include "tools/trssim/Setting.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace sim {
 
@@ -38,6 +39,10 @@ EthInterface::EthInterface(Inventory& inventory, std::string const& id, short nu
         })
         .on<&EthIfNetClient::getActiveLink>([this] { return links_[0]; })
         .on<&EthIfNetClient::getVlanIfNetFabric>([this] { return VlanIfNetFabricClient(&fabric_); });
+    servant().on<&EthIfNetClient::resetIpAddrSequence>([this] {
+        clearAddresses();
+        return SetClient::OK;
+    });
     serveSetting<&EthIfNetClient::getVlanEnabled, &EthIfNetClient::setVlanEnabled>(servant(), hasVlans_);
     serveSetting<&EthIfNetClient::getQosEnable, &EthIfNetClient::setQosEnable>(servant(), hasQos_);
     serveVlans();
@@ -66,7 +71,7 @@ void EthInterface::serveVlans()
                 return RunClient::OK;
             })
         .on<&EthIfNetClient::deleteVlan>([this](unsigned short const& id) {
-            if (vlans_.erase(id) == 0) {
+            if (!removeVlan(id)) {
                 return RunClient::FAILED;
             }
             tools::say("VLAN " + std::to_string(id) + " deleted");
@@ -100,10 +105,7 @@ void EthInterface::serveFabric()
             }
             return indexes;
         })
-        .on<&VlanIfNetFabricClient::retrieve>([this](std::string const& index) {
-            Vlan const* const vlan = vlanAt(index);
-            return vlan != nullptr ? vlan->proxy() : VlanIfNetClient();
-        })
+        .on<&VlanIfNetFabricClient::retrieve>([this](std::string const& index) { return proxyOf(vlanAt(index)); })
         .on<&VlanIfNetFabricClient::retrieveAll>([this] {
             TipprmiSequence<VlanIfNetClient> all;
             for (auto const& [id, vlan] : vlans_) {
@@ -111,12 +113,38 @@ void EthInterface::serveFabric()
             }
             return all;
         })
+        .on<&VlanIfNetFabricClient::retrieveFirst>(
+            [this](std::string& index) { return vlanFrom(vlans_.begin(), index); })
+        .on<&VlanIfNetFabricClient::retrieveNext>([this](std::string const& previous, std::string& index) {
+            auto const at = std::ranges::find_if(
+                vlans_, [&](auto const& entry) { return std::to_string(entry.first) == previous; });
+            return vlanFrom(at != vlans_.end() ? std::next(at) : at, index);
+        })
+        .on<&VlanIfNetFabricClient::create>(
+            [this](std::string const& index, VlanIfNetClient::VlanIfNetCreateParams const& params) {
+                return index == std::to_string(params.vlanId) ? proxyOf(addVlan(params)) : VlanIfNetClient();
+            })
+        .on<&VlanIfNetFabricClient::createWithIndex>(
+            [this](std::string& index, VlanIfNetClient::VlanIfNetCreateParams const& params) {
+                Vlan const* const vlan = addVlan(params);
+                index = vlan != nullptr ? std::to_string(params.vlanId) : "";
+                return proxyOf(vlan);
+            })
         .on<&VlanIfNetFabricClient::destroy>([this](std::string const& index) {
             std::erase_if(vlans_, [&](auto const& entry) { return std::to_string(entry.first) == index; });
         })
         .on<&VlanIfNetFabricClient::destroyByInterface>([this](VlanIfNetClient const& vlan) {
             std::erase_if(vlans_, [&](auto const& entry) { return entry.second->proxy().isSameObject(vlan); });
         });
+}
+
+VlanIfNetClient EthInterface::proxyOf(Vlan const* vlan) { return vlan != nullptr ? vlan->proxy() : VlanIfNetClient(); }
+
+// The VLAN at that place and its index; unbound and empty at the end.
+VlanIfNetClient EthInterface::vlanFrom(Vlans::const_iterator place, std::string& index) const
+{
+    index = place != vlans_.end() ? std::to_string(place->first) : "";
+    return place != vlans_.end() ? place->second->proxy() : VlanIfNetClient();
 }
 
 Vlan const* EthInterface::vlanAt(std::string const& index) const

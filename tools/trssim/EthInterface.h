@@ -20,12 +20,16 @@ public:
     auto proxy() const { return EthIfNetClient(&servant()); }
     // Null when there is a VLAN of that identifier.
     Vlan const* addVlan(VlanIfNetClient::VlanIfNetCreateParams const& params);
+    // False when there is none.
+    bool removeVlan(unsigned short id) { return vlans_.erase(id) != 0; }
 
 private:
     using Vlans = std::map<unsigned short, std::unique_ptr<Vlan>>;
 
     void serveVlans();
     void serveFabric();
+    static VlanIfNetClient proxyOf(Vlan const* vlan);
+    VlanIfNetClient vlanFrom(Vlans::const_iterator place, std::string& index) const;
     Vlan const* vlanAt(std::string const& index) const;
 
     Inventory& inventory_;

@@ -19,6 +19,16 @@ FaultService::FaultService(std::string const& owner, std::vector<Condition::Kind
     serveConditions();
 }
 
+void FaultService::enter(Inventory& inventory) const
+{
+    inventory.add(proxy());
+    inventory.add(adminState_.proxy());
+    inventory.add(policy_.proxy());
+    for (Condition const& condition : conditions_) {
+        inventory.add(condition.proxy());
+    }
+}
+
 void FaultService::serveStates()
 {
     servant_.on<&FaultServiceClient::getAdminState>([this] { return adminState_.proxy(); })

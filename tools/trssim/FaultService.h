@@ -5,6 +5,7 @@
 #include "rmi/Servant.h"
 #include "tools/trssim/AdminState.h"
 #include "tools/trssim/Condition.h"
+#include "tools/trssim/Inventory.h"
 #include "tools/trssim/Policy.h"
 
 #include <list>
@@ -32,7 +33,8 @@ public:
 
     auto proxy() const { return FaultServiceClient(&servant_); }
     AdminState& adminState() { return adminState_; }
-    Policy const& policy() const { return policy_; }
+    // Enters it, its state and its conditions.
+    void enter(Inventory& inventory) const;
     std::list<Condition> const& conditions() const { return conditions_; }
     // The condition of that name; null when there is none.
     Condition* condition(std::string const& name);

@@ -7,6 +7,7 @@ namespace sim {
 namespace {
 
 constexpr std::size_t mostModules = 16;
+constexpr long greatestModule = 0x7fffffff;
 constexpr long unitSlot = 2;
 
 } // namespace
@@ -68,6 +69,18 @@ bool Hardware::addModule(long number, std::string const& type)
                                                                reflect::className<HwmModuleClient>));
     serveItem(place.first->second->servant(), number, type);
     return true;
+}
+
+bool Hardware::createModule(std::string const& id)
+{
+    long number = 0;
+    return numberBehind(id_ + "/Module/", id, 0, greatestModule, number) && addModule(number, "");
+}
+
+bool Hardware::removeModule(std::string const& id)
+{
+    long number = 0;
+    return numberBehind(id_ + "/Module/", id, 0, greatestModule, number) && modules_.erase(number) != 0;
 }
 
 void Hardware::serveModules()

@@ -18,6 +18,10 @@ public:
     Hardware(Hardware const&) = delete;
     Hardware& operator=(Hardware const&) = delete;
 
+    // By the identifier that the module is to have; false when that is none, or there already.
+    bool createModule(std::string const& id);
+    bool removeModule(std::string const& id);
+
     auto link() const { return link_.proxy<EthLinkClient>(); }
 
 private:

@@ -31,17 +31,42 @@ Interface::Interface(Inventory& inventory, std::string_view className, std::stri
             return GetClient::OK;
         })
         .on<&IfNetClient::getVokIpForSctp>([this](Address& first) {
+            if (addresses_.getLength() == 0) {
+                return GetClient::FAILED;
+            }
             first = addresses_[0].ipAddress;
             return GetClient::OK;
         });
     serveSetting<&IfNetClient::getMtu, &IfNetClient::setMtu>(servant_, mtu_);
     serveSetting<&IfNetClient::getInternalMtu, &IfNetClient::setInternalMtu>(servant_, internalMtu_);
-    serveSetting<&IfNetClient::getFlags, &IfNetClient::setFlags>(servant_, flags_);
+    servant_
+        .on<&IfNetClient::getFlags>([this](unsigned short& flags) {
+            flags = flags_;
+            return GetClient::OK;
+        })
+        .on<&IfNetClient::setFlags>([this](unsigned short const& flags) {
+            setFlags(flags);
+            return SetClient::OK;
+        });
     serveSetting<&IfNetClient::getDiscardPrivate, &IfNetClient::setDiscardPrivate>(servant_, discardsPrivate_);
     serveSetting<&IfNetClient::getDiscardPublic, &IfNetClient::setDiscardPublic>(servant_, discardsPublic_);
     serveSetting<&IfNetClient::getIpAddrSequence, &IfNetClient::setIpAddrSequence>(servant_, addresses_);
     serveSetting<&IfNetClient::getPrivateIpAddr, &IfNetClient::setPrivateIpAddr>(servant_, private_);
     serveSetting<&IfNetClient::getPublicIpAddr, &IfNetClient::setPublicIpAddr>(servant_, public_);
+}
+
+// Observers of the conditions are told, as of everything that their proxies do.
+void Interface::setFlags(unsigned short flags)
+{
+    constexpr unsigned up = IfNetClient::IFF__UP | IfNetClient::IFF__RUNNING;
+    bool const wasUp = (flags_ & up) == up;
+    bool const isUp = (flags & up) == up;
+    flags_ = flags;
+    for (char const* const name : {"DownEgress", "DownIngress"}) {
+        if (Condition* const condition = managed_.faults()->condition(name); wasUp != isUp && condition != nullptr) {
+            isUp ? condition->proxy().cancel() : condition->proxy().raise();
+        }
+    }
 }
 
 void Interface::setFirstAddress(Address const& address)

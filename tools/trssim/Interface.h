@@ -12,7 +12,8 @@ using Address = TipprmiArray<short, 4>;
 
 Address makeAddress(short first, short second, short third, short fourth);
 
-// Its attributes keep what they are set to.
+// Its attributes keep what they are set to. While it is not up and running, its conditions DownEgress and DownIngress
+// are active.
 class Interface {
 public:
     Interface(Inventory& inventory, std::string_view className, std::string const& id, std::string name, short number,
@@ -25,8 +26,11 @@ protected:
     Servant& servant() { return servant_; }
     Servant const& servant() const { return servant_; }
     void setFirstAddress(Address const& address);
+    void clearAddresses() { addresses_.setLength(0); }
 
 private:
+    void setFlags(unsigned short flags);
+
     std::string const name_;
     short const number_;
     long mtu_ = 1500;         // bytes

@@ -10,6 +10,7 @@ namespace sim {
 namespace {
 
 constexpr std::size_t mostEntries = 256;
+constexpr long greatestVlan = 0xffff;
 
 VlanIfNetClient::VlanIfNetCreateParams vlan(unsigned short id, Address const& address)
 {
@@ -29,11 +30,12 @@ IpNode::IpNode(Inventory& inventory)
       transport_(inventory, "IfNet/Transport", 1, makeAddress(10, 1, 0, 7), hardware_.link()),
       lmp_(inventory, "IfNet/Lmp", 2, makeAddress(192, 168, 255, 129), hardware_.link()),
       routes_(inventory, "RoutingTable/0"), servant_(TipprmiOID(IpNodeClient::IPNODE_OID)),
-      managed_(inventory, servant_, reflect::className<IpNodeClient>)
+      wideArea_(inventory, servant_, 3), managed_(inventory, servant_, reflect::className<IpNodeClient>)
 {
     transport_.addVlan(vlan(100, makeAddress(10, 100, 0, 7)));
     transport_.addVlan(vlan(200, makeAddress(10, 200, 0, 7)));
     resetConfiguration();
+    managed_.addKeys("getIpConfig", {[this] { return Properties::keysOf(entries_); }, [this] { entries_.clear(); }});
     serveInterfaces();
     serveConfiguration();
 }
@@ -48,6 +50,12 @@ void IpNode::serveInterfaces()
         .on<&IpNodeClient::getLMPIfNet>([this](EthIfNetClient& ifNet) {
             ifNet = lmp_.proxy();
             return GetClient::OK;
+        })
+        .on<&IpNodeClient::getIfNet>([this](long const& number, IfNetClient& ifNet) {
+            ifNet = number == 1   ? IfNetClient(transport_.proxy())
+                    : number == 2 ? IfNetClient(lmp_.proxy())
+                                  : wideArea_.interface(number);
+            return ifNet.getOID().isNull() ? GetClient::FAILED : GetClient::OK;
         })
         .on<&IpNodeClient::getDedicatedIpRoutingTable>([this](IpRoutingTableClient& table, long const& number) {
             if (number != 0) {
@@ -88,6 +96,36 @@ void IpNode::serveConfiguration()
             resetConfiguration();
             return SetClient::OK;
         });
+}
+
+bool IpNode::create(std::string const& id, std::string_view className)
+{
+    long number = 0;
+    if (className == reflect::className<VlanIfNetClient>) {
+        EthInterface* const owner = vlanOwner(id, number);
+        return owner != nullptr && owner->addVlan(vlan(static_cast<unsigned short>(number), {})) != nullptr;
+    }
+    return wideArea_.create(id, className) ||
+           (className == reflect::className<HwmModuleClient> && hardware_.createModule(id));
+}
+
+bool IpNode::remove(std::string const& id)
+{
+    long number = 0;
+    EthInterface* const owner = vlanOwner(id, number);
+    return (owner != nullptr && owner->removeVlan(static_cast<unsigned short>(number))) || wideArea_.remove(id) ||
+           hardware_.removeModule(id);
+}
+
+// The interface that a VLAN of this identifier belongs to; null when it is none.
+EthInterface* IpNode::vlanOwner(std::string const& id, long& number)
+{
+    for (EthInterface* const owner : {&transport_, &lmp_}) {
+        if (numberBehind(owner->proxy().getOID().getIdString() + "/Vlan/", id, 0, greatestVlan, number)) {
+            return owner;
+        }
+    }
+    return nullptr;
 }
 
 void IpNode::setPrimaryAddress(std::string const& address)

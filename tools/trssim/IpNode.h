@@ -5,17 +5,23 @@
 #include "tools/trssim/EthInterface.h"
 #include "tools/trssim/Hardware.h"
 #include "tools/trssim/RoutingTable.h"
+#include "tools/trssim/WideAreaInterfaces.h"
 
 #include <map>
 #include <string>
 
 namespace sim {
 
-// Owns a transport interface with two VLANs, the interface of the local management port (LMP), the routing table 0 and
-// the hardware.
+// Owns a transport interface with two VLANs, the interface of the local management port (LMP), the ATM and multilink
+// interfaces, the routing table 0 and the hardware.
 class IpNode {
 public:
     explicit IpNode(Inventory& inventory);
+    // Creates a VLAN, a module or a wide area interface by the class and the identifier that it is to have. False when
+    // it is none of these, or there already.
+    bool create(std::string const& id, std::string_view className);
+    // False when it is none of these.
+    bool remove(std::string const& id);
     // What the entry of the primary address says from now on: a dotted address. Nothing changes for any other text.
     void setPrimaryAddress(std::string const& address);
     IpNode(IpNode const&) = delete;
@@ -30,6 +36,7 @@ private:
         std::string text;
     };
 
+    EthInterface* vlanOwner(std::string const& id, long& number);
     void serveInterfaces();
     void serveConfiguration();
     void resetConfiguration();
@@ -43,6 +50,7 @@ private:
     long transportMode_ = IpNodeClient::TRANSPORT_MODE_IUBIP;
     bool answersIcmp_ = true;
     Servant servant_;
+    WideAreaInterfaces wideArea_;
     Managed managed_;
 };
 

@@ -4,6 +4,7 @@
 #include "clients/transmission/AtmPersistentObjectClient.h"
 #include "platform/TipprmiStream.h"
 #include "rmi/ApplicationObjectSkeleton.h"
+#include "tools/catalogue/Call.h"
 
 namespace sim {
 
@@ -24,18 +25,12 @@ bool handsOutCondition(catalogue::Operation const& operation)
 Managed::~Managed() { inventory_.remove(id_); }
 
 template <class Proxy>
-void Managed::enter(Proxy const& proxy)
-{
-    inventory_.add(proxy.getOID().getIdString(), classOf(reflect::className<Proxy>));
-}
-
-template <class Proxy>
 void Managed::addServices(Servant& servant)
 {
     location_.emplace(id_);
-    performance_.emplace(id_);
-    enter(location_->proxy());
-    enter(performance_->proxy());
+    performance_.emplace(inventory_, id_);
+    inventory_.add(location_->proxy());
+    inventory_.add(performance_->proxy());
     servant.on<&Proxy::getLocationId>([this] { return location_->proxy(); })
         .template on<&Proxy::getPerformanceSvc>([this] { return performance_->proxy(); });
 }
@@ -56,20 +51,16 @@ void Managed::addFaults(Servant& servant, catalogue::Class const& type)
     for (std::size_t i = 0; i < kinds.size(); ++i) {
         conditions_[operations[i]] = faults_->condition(kinds[i].name);
     }
-    enter(faults_->proxy());
-    enter(faults_->adminState().proxy());
-    enter(faults_->policy().proxy());
-    for (Condition const& condition : faults_->conditions()) {
-        enter(condition.proxy());
-    }
+    faults_->enter(inventory_);
     servant.on<&ApplicationObjectClient::getFaultSvc>([this] { return faults_->proxy(); });
 }
 
 Managed::Managed(Inventory& inventory, Servant& servant, std::string_view className)
-    : inventory_(inventory), id_(servant.getOID().getIdString()), properties_(id_, classOf(className), inventory)
+    : inventory_(inventory), id_(servant.getOID().getIdString()), servant_(servant),
+      properties_(id_, classOf(className), inventory)
 {
     catalogue::Class const& type = classOf(className);
-    inventory_.add(id_, type);
+    inventory_.add(id_, type, this);
     if (isA(type, reflect::className<ApplicationObjectClient>)) {
         addServices<ApplicationObjectClient>(servant);
         addFaults(servant, type);
@@ -80,6 +71,44 @@ Managed::Managed(Inventory& inventory, Servant& servant, std::string_view classN
     servant.otherwise([this](unsigned long classId, unsigned long opIndex, auto& request, auto& reply) {
         return handOutCondition(classId, opIndex, reply) || properties_.answer(classId, opIndex, request, reply);
     });
+}
+
+std::string Managed::force(catalogue::Operation const& reader, catalogue::Value const& results)
+{
+    TipprmiStream tried(100);
+    if (std::string wrong = catalogue::writeResults(tried, reader, results); !wrong.empty()) {
+        return wrong;
+    }
+    if (forced_.empty()) {
+        servant_.instead([this](unsigned long classId, unsigned long opIndex, auto& request, auto& reply) {
+            return answerForced(classId, opIndex, request, reply);
+        });
+    }
+    forced_[&reader] = results;
+    return {};
+}
+
+void Managed::clear()
+{
+    properties_.clear();
+    forced_.clear();
+    for (auto const& [operation, keys] : keys_) {
+        keys.clear();
+    }
+}
+
+bool Managed::answerForced(unsigned long classId, unsigned long opIndex, TipprmiStream& request, TipprmiStream& reply)
+{
+    auto const found = forced_.find(properties_.find(classId, opIndex));
+    if (found == forced_.end()) {
+        return false;
+    }
+    catalogue::Operation const& operation = *found->first;
+    if (request.available() != 0) {
+        request.fail();
+    }
+    catalogue::writeResults(reply, operation, found->second);
+    return true;
 }
 
 bool Managed::handOutCondition(unsigned long classId, unsigned long opIndex, TipprmiStream& reply)

@@ -7,6 +7,8 @@
 #include "tools/trssim/PerformanceService.h"
 #include "tools/trssim/Properties.h"
 
+#include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -26,19 +28,38 @@ public:
 
     // Null for an object that is no application object.
     FaultService* faults() { return faults_ ? &*faults_ : nullptr; }
-    PerformanceService* performance() { return performance_ ? &*performance_ : nullptr; }
+
+    Properties& properties() { return properties_; }
+    // Has an operation without in-arguments tell these results from now on, whatever else the object would tell. Empty,
+    // or what is wrong with them.
+    std::string force(catalogue::Operation const& reader, catalogue::Value const& results);
+    // What was forced, by operation.
+    std::map<catalogue::Operation const*, catalogue::Value> const& forced() const { return forced_; }
+
+    // What an operation that takes arguments reads.
+    struct Keys {
+        std::function<std::vector<Properties::Values>()> all; // the arguments for which it tells something
+        std::function<void()> clear;                          // has it tell nothing, whatever the arguments
+    };
+    void addKeys(std::string_view operation, Keys keys) { keys_[std::string(operation)] = std::move(keys); }
+    std::map<std::string, Keys> const& keys() const { return keys_; }
+
+    // Forgets what was set, forced and kept by key, but not what is served by hand otherwise.
+    void clear();
 
 private:
     template <class Proxy>
     void addServices(Servant& servant);
     void addFaults(Servant& servant, catalogue::Class const& type);
-    template <class Proxy>
-    void enter(Proxy const& proxy);
+    bool answerForced(unsigned long classId, unsigned long opIndex, TipprmiStream& request, TipprmiStream& reply);
     bool handOutCondition(unsigned long classId, unsigned long opIndex, TipprmiStream& reply);
 
     Inventory& inventory_;
     std::string const id_;
+    Servant& servant_;
     Properties properties_;
+    std::map<catalogue::Operation const*, catalogue::Value> forced_;
+    std::map<std::string, Keys> keys_;
     std::optional<LocationId> location_;
     std::optional<FaultService> faults_;
     std::optional<PerformanceService> performance_;
@@ -54,6 +75,7 @@ public:
     }
 
     Servant& servant() { return servant_; }
+    Managed& managed() { return managed_; }
     template <class Proxy>
     Proxy proxy() const
     {

@@ -34,8 +34,13 @@ PerformanceService::Record PerformanceService::Subject::record() const
     return {id, isMonitored, current, count, history};
 }
 
-PerformanceService::PerformanceService(std::string const& owner) : servant_(TipprmiOID(owner + "/PerformanceService"))
+PerformanceService::PerformanceService(Inventory& inventory, std::string const& owner)
+    : servant_(TipprmiOID(owner + "/PerformanceService")),
+      time_(inventory.clock(), [this](unsigned long seconds) { advance(seconds); })
 {
+    for (Subject& subject : subjects_) {
+        subject.perSecond += inventory.vary(owner + std::to_string(subject.id), subject.perSecond);
+    }
     serveData();
     serveMonitoring();
 }
@@ -157,14 +162,12 @@ void PerformanceService::setRecord(Record const& record)
     }
 }
 
-void PerformanceService::tick(unsigned long seconds)
+void PerformanceService::advance(unsigned long seconds)
 {
-    unsigned long ended = 0;
     for (unsigned long left = seconds; left != 0;) {
         unsigned long const step = std::min(left, intervalSeconds - elapsed_);
         left -= step;
         elapsed_ = (elapsed_ + step) % intervalSeconds;
-        ended += elapsed_ == 0 ? 1 : 0;
         for (Subject& subject : subjects_) {
             if (subject.isMonitored) {
                 subject.add(subject.perSecond * step);
@@ -174,7 +177,6 @@ void PerformanceService::tick(unsigned long seconds)
             }
         }
     }
-    tools::say(std::to_string(seconds) + " s passed, ended intervals: " + std::to_string(ended));
 }
 
 } // namespace sim

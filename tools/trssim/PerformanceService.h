@@ -3,26 +3,26 @@
 
 #include "clients/services/PerformanceServiceClient.h"
 #include "rmi/Servant.h"
+#include "tools/trssim/Inventory.h"
 
 #include <array>
 #include <string>
 
 namespace sim {
 
-// Counts for three subjects: 1 octets, 2 packets, 3 errored seconds. Time passes only by tick(). An interval lasts 15
-// minutes; at its end the current value of every monitored subject becomes the last of up to 96 interval values, and
-// counting begins anew. In adapter data, value1 is the subject, flag whether it is monitored, value2 its current value
-// and value3 how many interval values count.
+// Counts for three subjects: 1 octets, 2 packets, 3 errored seconds. An interval of the
+// unit's clock lasts 15 minutes; at its end the current value of every monitored subject becomes the last of up to 96
+// interval values, and counting begins anew. In adapter data, value1 is the subject, flag whether it is monitored,
+// value2 its current value and value3 how many interval values count.
 class PerformanceService {
 public:
     static constexpr unsigned long intervalSeconds = 900;
 
-    explicit PerformanceService(std::string const& owner);
+    PerformanceService(Inventory& inventory, std::string const& owner);
     PerformanceService(PerformanceService const&) = delete;
     PerformanceService& operator=(PerformanceService const&) = delete;
 
     auto proxy() const { return PerformanceServiceClient(&servant_); }
-    void tick(unsigned long seconds);
 
 private:
     using Values = TipprmiArray<unsigned long, PerformanceServiceClient::NumOfHistoricIntervals>;
@@ -43,6 +43,7 @@ private:
     };
 
     Subject* find(unsigned long id);
+    void advance(unsigned long seconds);
     void serveData();
     void serveMonitoring();
     void setMonitored(Subject& subject, bool monitored);
@@ -51,6 +52,7 @@ private:
     std::array<Subject, 3> subjects_{{{1, 125000}, {2, 1000}, {3, 1}}};
     unsigned long elapsed_ = 0; // seconds of the present interval
     Servant servant_;
+    Clock::Subscription const time_;
 };
 
 } // namespace sim

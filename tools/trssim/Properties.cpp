@@ -4,6 +4,7 @@
 #include "rmi/ApplicationObjectClient.h"
 #include "rmi/NameOf.h"
 #include "tools/catalogue/ObjectName.h"
+#include "tools/trssim/OperationPairs.h"
 
 #include <algorithm>
 
@@ -18,41 +19,20 @@ using catalogue::Value;
 // The class whose references lead to objects of any kind.
 constexpr std::string_view anyObject = reflect::className<ApplicationObjectClient>;
 
-// What an operation is about: "Mtu" of getMtu and setMtu. Empty for one without such a prefix.
-std::string_view subjectOf(Operation const& operation, std::initializer_list<std::string_view> prefixes)
-{
-    for (std::string_view const prefix : prefixes) {
-        if (operation.name.starts_with(prefix)) {
-            return operation.name.substr(prefix.size());
-        }
-    }
-    return {};
-}
+constexpr std::uint32_t greatestNumber = 0xffffffff;
 
-bool isSetter(Operation const& operation) { return !subjectOf(operation, {"set", "update"}).empty(); }
-
-// The types that an operation takes or tells, in order.
-std::vector<Type const*> typesOf(Operation const& operation, bool isIn)
+std::string keyOf(Operation const& operation, std::vector<Value> const& arguments)
 {
-    std::vector<Type const*> types;
-    if (!isIn && operation.result != nullptr && operation.result->kind != Type::Kind::status) {
-        types.push_back(operation.result);
-    }
-    for (catalogue::Parameter const& parameter : operation.parameters) {
-        if (parameter.isIn == isIn) {
-            types.push_back(parameter.type);
-        }
-    }
-    return types;
-}
-
-std::string keyOf(Operation const& reader, std::vector<Value> const& arguments)
-{
-    std::string key(reader.name);
+    std::string key(operation.name);
     for (Value const& argument : arguments) {
         key += '\0' + catalogue::toJson(argument, -1);
     }
     return key;
+}
+
+bool hasStatus(Operation const& operation)
+{
+    return operation.result != nullptr && operation.result->kind == Type::Kind::status;
 }
 
 } // namespace
@@ -68,50 +48,38 @@ Operation const* Properties::find(unsigned long classId, unsigned long opIndex) 
     return nullptr;
 }
 
-// The operation that tells what this one is given.
-Operation const* Properties::readerOf(Operation const& setter) const
+std::vector<Properties::Kept> Properties::all() const
 {
-    std::string_view const subject = subjectOf(setter, {"set", "update"});
-    std::vector<Type const*> const given = typesOf(setter, true);
-    for (Operation const* const candidate : type_.operations()) {
-        std::string_view const read = subjectOf(*candidate, {"get", "is", "has"});
-        if (read.empty() || !std::ranges::equal(read, subject, {}, ::tolower, ::tolower)) {
-            continue;
-        }
-        std::vector<Type const*> both = typesOf(*candidate, true);
-        std::vector<Type const*> const told = typesOf(*candidate, false);
-        both.insert(both.end(), told.begin(), told.end());
-        if (both == given) {
-            return candidate;
-        }
+    std::vector<Kept> all;
+    for (auto const& [key, kept] : kept_) {
+        all.push_back(kept);
     }
-    return nullptr;
+    return all;
 }
 
-// False when there is no room.
-bool Properties::keep(Operation const& setter, Values const& arguments)
+bool Properties::keep(Kept kept)
 {
-    Operation const* const reader = readerOf(setter);
+    std::string const key = keyOf(*kept.operation, kept.arguments);
+    if (kept_.size() == mostEntries && !kept_.contains(key)) {
+        return false;
+    }
+    kept_[key] = std::move(kept);
+    return true;
+}
+
+bool Properties::set(Operation const& setter, Values const& arguments)
+{
+    Operation const* const reader = readerOf(type_, setter);
     if (reader == nullptr) {
         return true;
     }
     auto const split = arguments.begin() + static_cast<std::ptrdiff_t>(typesOf(*reader, true).size());
-    std::string const key = keyOf(*reader, {arguments.begin(), split});
-    if (kept_.size() == mostEntries && !kept_.contains(key)) {
-        return false;
-    }
-    kept_[key] = {split, arguments.end()};
-    return true;
+    return keep({reader, {arguments.begin(), split}, {split, arguments.end()}});
 }
 
 Value Properties::initial(Type const& type) const
 {
-    switch (type.kind) {
-    case Type::Kind::boolean:
-        return false;
-    case Type::Kind::text:
-        return "";
-    case Type::Kind::sequence: {
+    if (type.kind == Type::Kind::sequence) {
         Value list = Value::array();
         if (type.element->kind == Type::Kind::object && type.element->name != anyObject) {
             for (Inventory::Entry const& entry : inventory_.related(id_, type.element->name)) {
@@ -120,33 +88,70 @@ Value Properties::initial(Type const& type) const
         }
         return list;
     }
-    case Type::Kind::array: {
-        std::vector<Value> const elements(type.count, initial(*type.element));
-        return elements;
+    if (type.kind != Type::Kind::object) {
+        return catalogue::zero(type);
     }
-    case Type::Kind::record: {
-        Value record = Value::object();
-        for (catalogue::Field const& field : type.fields) {
-            record[std::string(field.name)] = initial(*field.type);
-        }
-        return record;
+    // A reference to the general application object is one to any object; here, to this one.
+    if (type.name == anyObject && isA(type_, type.name)) {
+        return catalogue::ObjectName{std::string(type.name), id_}.text();
     }
-    case Type::Kind::object: {
-        // A reference to the general application object is one to any object; here, to this one.
-        bool const isAny = type.name == anyObject && isA(type_, type.name);
-        std::vector<Inventory::Entry> const found =
-            isAny ? std::vector<Inventory::Entry>{{id_, &type_}} : inventory_.related(id_, type.name);
-        return found.empty() ? Value() : Value(catalogue::ObjectName{std::string(type.name), found.front().id}.text());
-    }
-    default:
-        return 0;
-    }
+    std::vector<Inventory::Entry> const found = inventory_.related(id_, type.name);
+    return found.empty() ? Value() : Value(catalogue::ObjectName{std::string(type.name), found.front().id}.text());
 }
 
-Value Properties::told(Operation const& reader, Values const& arguments, std::size_t place, Type const& type) const
+// As typesOf() lists what the operation tells.
+Properties::Values Properties::told(Operation const& reader, Values const& arguments) const
 {
     auto const found = kept_.find(keyOf(reader, arguments));
-    return found != kept_.end() ? found->second[place] : initial(type);
+    if (found != kept_.end()) {
+        return found->second.told;
+    }
+    Values values;
+    for (Type const* const type : typesOf(reader, false)) {
+        values.push_back(initial(*type));
+    }
+    return values;
+}
+
+Properties::Answer Properties::follow(ListRule const& rule, Operation const& operation, Values const& arguments)
+{
+    using Effect = ListRule::Effect;
+    Operation const& subject = *type_.find(rule.subject);
+    bool const isRead = isReader(subject);
+    std::vector<Type const*> const types = typesOf(subject, false);
+    auto const kept = kept_.find(keyOf(subject, {}));
+    Value value = kept != kept_.end() ? kept->second.told.front() : isRead ? initial(*types.front()) : Value::array();
+    switch (rule.effect) {
+    case Effect::contains:
+        return {true, {contains(value, arguments.front())}};
+    case Effect::find:
+        return {true, {contains(value, arguments.front()) ? arguments.front() : catalogue::zero(*operation.result)}};
+    case Effect::isSet:
+        return {true, {!value.is_null()}};
+    case Effect::increase:
+    case Effect::decrease: {
+        std::uint32_t const number = value.is_number() ? value.get<std::uint32_t>() : 0;
+        value = rule.effect == Effect::increase ? std::min(number, greatestNumber - 1) + 1 : std::max(number, 1U) - 1;
+        return {keep({&subject, {}, {value}}), {value}};
+    }
+    default:
+        break;
+    }
+    bool const isDone =
+        changeList(rule.effect, isRead ? types.front() : nullptr, value, arguments, typesOf(operation, true)) &&
+        keep({&subject, {}, {value}});
+    return {isDone, {}};
+}
+
+Properties::Answer Properties::carryOut(Operation const& operation, Values const& arguments)
+{
+    if (ListRule const* const rule = ruleOf(operation)) {
+        return follow(*rule, operation, arguments);
+    }
+    if (isReader(operation)) {
+        return {true, told(operation, arguments)};
+    }
+    return {isSetter(operation) && set(operation, arguments), {}};
 }
 
 bool Properties::answer(unsigned long classId, unsigned long opIndex, TipprmiStream& request, TipprmiStream& reply)
@@ -165,16 +170,17 @@ bool Properties::answer(unsigned long classId, unsigned long opIndex, TipprmiStr
     if (request.hasUnmarshallingFailed()) {
         return true;
     }
-    bool const isReader = !subjectOf(*operation, {"get", "is", "has", "Get"}).empty();
-    bool const isDone = isReader || (isSetter(*operation) && keep(*operation, arguments));
+    Answer const answer = carryOut(*operation, arguments);
     std::size_t place = 0;
     auto const write = [&](Type const& type) {
-        catalogue::writeValue(reply, type, isReader ? told(*operation, arguments, place++, type) : initial(type));
+        catalogue::writeValue(reply, type, place < answer.told.size() ? answer.told[place] : initial(type));
+        ++place;
     };
-    if (operation->result != nullptr && operation->result->kind == Type::Kind::status) {
-        catalogue::writeStatus(reply, isDone);
-    } else if (operation->result != nullptr && operation->result->kind == Type::Kind::boolean && !isReader) {
-        catalogue::writeValue(reply, *operation->result, isDone);
+    if (hasStatus(*operation)) {
+        catalogue::writeStatus(reply, answer.isDone);
+    } else if (operation->result != nullptr && operation->result->kind == Type::Kind::boolean && answer.told.empty()) {
+        catalogue::writeValue(reply, *operation->result, answer.isDone);
+        ++place;
     } else if (operation->result != nullptr) {
         write(*operation->result);
     }

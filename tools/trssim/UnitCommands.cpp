@@ -2,6 +2,7 @@
 
 #include "platform/host/CallFailure.h"
 #include "tools/catalogue/ObjectName.h"
+#include "tools/trssim/Scenario.h"
 
 #include <functional>
 #include <utility>
@@ -12,6 +13,7 @@ namespace {
 
 using tools::Words;
 
+constexpr long mostFaults = 1'000'000'000;
 constexpr long mostSeconds = 100L * 24 * 60 * 60;
 
 std::string quoted(std::string const& word) { return "'" + host::printable(word) + "'"; }
@@ -68,72 +70,144 @@ void addAgentCommands(Adder& adder, UnitAgent& agent)
              });
 }
 
-void addFaultCommands(Adder& adder, FaultService& faults)
+// A condition of the object AppObject-1 by its name, or any one by its identifier. Unbound, and `wrong` set, when there
+// is none.
+ConditionClient conditionOf(Unit& unit, std::string const& name, std::string& wrong)
 {
-    auto const addChange = [&](char const* name, char const* help, void (Condition::*change)()) {
-        adder.add(name, "NAME", help, [&faults, change](Words const& words) {
-            Condition* const condition = faults.condition(words.front());
-            if (condition == nullptr) {
-                return quoted(words.front()) + " is no condition; conditions lists them";
+    if (Condition const* const own = unit.object().faults().condition(name)) {
+        return own->proxy();
+    }
+    Inventory::Entry const* const entry = unit.inventory().find(name.substr(name.find(':') + 1));
+    if (entry != nullptr && entry->type->name == reflect::className<ConditionClient>) {
+        return ConditionClient(TipprmiOID(entry->id));
+    }
+    wrong = quoted(name) + " is no condition; conditions lists them";
+    return {};
+}
+
+// The changes are made as any client makes them, so that observers are told.
+void addConditionCommands(Adder& adder, Unit& unit)
+{
+    using Change = ResponseInfo<RunClient> (ConditionClient::*)() const;
+    auto const addChange = [&](char const* name, char const* help, Change change) {
+        adder.add(name, "NAME", help, [&unit, change](Words const& words) {
+            std::string wrong;
+            ConditionClient const condition = conditionOf(unit, words.front(), wrong);
+            if (wrong.empty() && !((condition.*change)() == RunClient::OK)) {
+                wrong = "the condition refuses";
             }
-            (condition->*change)();
-            return std::string();
+            return wrong;
         });
     };
-    addChange("raise", "makes a condition active", &Condition::raise);
-    addChange("cancel", "makes a condition inactive", &Condition::cancel);
-    addChange("suppress", "keeps a condition from taking effect", &Condition::suppress);
-    addChange("unsuppress", "ends that", &Condition::unsuppress);
+    addChange("raise", "makes a condition active: one of AppObject-1 by name, or any by identifier",
+              &ConditionClient::raise);
+    addChange("cancel", "makes a condition inactive", &ConditionClient::cancel);
+    addChange("suppress", "keeps a condition from taking effect", &ConditionClient::suppress);
+    addChange("unsuppress", "ends that", &ConditionClient::unsuppress);
     adder
-        .add("conditions", "", "lists the conditions",
-             [&faults](Words const&) {
-                 for (Condition const& condition : faults.conditions()) {
+        .add("conditions", "", "lists the conditions of AppObject-1",
+             [&unit](Words const&) {
+                 for (Condition const& condition : unit.object().faults().conditions()) {
                      tools::say(condition.text());
                  }
                  return std::string();
              })
-        .add("state", "[unlocked|locked|shutting-down]", "says or sets the administrative state",
-             [&faults](Words const& words) {
+        .add("state", "[unlocked|locked|shutting-down]", "says or sets the administrative state of AppObject-1",
+             [&unit](Words const& words) {
+                 AdminState& state = unit.object().faults().adminState();
                  if (words.empty()) {
-                     tools::say(faults.adminState().text());
-                 } else if (!faults.adminState().set(AdminState::stateOf(words.front()))) {
+                     tools::say(state.text());
+                 } else if (!state.set(AdminState::stateOf(words.front()))) {
                      return quoted(words.front()) + " is no state: unlocked, locked or shutting-down";
                  }
                  return std::string();
              });
 }
 
-void addPerformanceCommands(Adder& adder, ApplicationObject& object)
+std::string tick(Unit& unit, Words const& words)
 {
-    adder.add("tick", "[SECONDS]", "lets time pass for the counters, 1 s without a word",
-              [&object](Words const& words) {
-                  long seconds = 1;
-                  if (!words.empty() && !tools::parseNumber(words.front(), 1, mostSeconds, seconds)) {
-                      return quoted(words.front()) + " is no number from 1 to " + std::to_string(mostSeconds);
-                  }
-                  PerformanceService* const performance = object.performance();
-                  if (performance == nullptr) {
-                      return std::string("there is no performance service now");
-                  }
-                  performance->tick(static_cast<unsigned long>(seconds));
-                  return std::string();
-              });
+    long seconds = 1;
+    if (!words.empty() && !tools::parseNumber(words.front(), 1, mostSeconds, seconds)) {
+        return quoted(words.front()) + " is no number from 1 to " + std::to_string(mostSeconds);
+    }
+    Clock& clock = unit.inventory().clock();
+    unsigned long const before = clock.now();
+    clock.advance(static_cast<unsigned long>(seconds));
+    constexpr unsigned long interval = PerformanceService::intervalSeconds;
+    tools::say(std::to_string(seconds) +
+               " s passed, ended intervals: " + std::to_string(clock.now() / interval - before / interval));
+    return {};
+}
+
+void addSimulationCommands(Adder& adder, Unit& unit)
+{
+    adder
+        .add("tick", "[SECONDS]", "lets time pass, 1 s without a word",
+             [&unit](Words const& words) { return tick(unit, words); })
+        .add("fault", "KIND [WORD...]",
+             "answers calls badly: refuse, delay, drop, late, twice, cut, flip, lie, close or trickle, of "
+             "operation=CLASS[.OPERATION] and object=ID, from call=N on, count=N of them, by chance per-mille=N, with "
+             "delay=MS",
+             [&unit](Words const& words) {
+                 FaultPlan::Fault fault;
+                 unsigned long number = 0;
+                 std::string wrong = FaultPlan::parse(words, fault);
+                 wrong = wrong.empty() ? unit.faults().inject(fault, number) : wrong;
+                 if (wrong.empty()) {
+                     tools::say("fault " + std::to_string(number) + ": " + FaultPlan::text(fault));
+                 }
+                 return wrong;
+             })
+        .add("faults", "", "lists the faults, with the calls that matched and those that they struck",
+             [&unit](Words const&) {
+                 for (SimulatorClient::NumberedFault const& each : unit.faults().all()) {
+                     tools::say("fault " + std::to_string(each.number) + ": " + FaultPlan::text(each.fault) + ": " +
+                                std::to_string(each.struck) + " of " + std::to_string(each.matched));
+                 }
+                 return std::string();
+             })
+        .add("clear", "[NUMBER]", "ends a fault, or all", [&unit](Words const& words) {
+            long number = 0;
+            if (!words.empty() && (!tools::parseNumber(words.front(), 1, mostFaults, number) ||
+                                   !unit.faults().withdraw(static_cast<unsigned long>(number)))) {
+                return quoted(words.front()) + " is no fault; faults lists them";
+            }
+            if (words.empty()) {
+                unit.faults().withdraw(0);
+            }
+            return std::string();
+        });
+}
+
+void addStateCommands(Adder& adder, Unit& unit)
+{
+    adder
+        .add("objects", "", "lists all objects, as trsctl takes them",
+             [&unit](Words const&) {
+                 for (Inventory::Entry const& entry : unit.inventory().all()) {
+                     tools::say(catalogue::ObjectName{std::string(entry.type->name), entry.id}.text());
+                 }
+                 return std::string();
+             })
+        .add("save", "FILE", "writes what the unit holds as a scenario",
+             [&unit](Words const& words) { return scenario::write(words.front(), scenario::save(unit)); })
+        .add("load", "FILE", "makes the unit hold what a scenario says", [&unit](Words const& words) {
+            catalogue::Value document;
+            std::string const wrong = scenario::read(words.front(), document);
+            return wrong.empty() ? scenario::apply(unit, document) : wrong;
+        });
 }
 
 } // namespace
 
-void addCommands(tools::Console& console, UnitAgent& agent, ApplicationObject& object, Inventory const& inventory)
+void addCommands(tools::Console& console, Unit& unit)
 {
     Adder adder(console);
-    addAgentCommands(adder, agent);
-    addFaultCommands(adder, object.faults());
-    addPerformanceCommands(adder, object);
-    adder.add("objects", "", "lists all objects, as trsctl takes them", [&inventory](Words const&) {
-        for (Inventory::Entry const& entry : inventory.all()) {
-            tools::say(catalogue::ObjectName{std::string(entry.type->name), entry.id}.text());
-        }
-        return std::string();
-    });
+    addAgentCommands(adder, unit.agent());
+    addConditionCommands(adder, unit);
+    addSimulationCommands(adder, unit);
+    addStateCommands(adder, unit);
+    unit.simulator().setExecutor([&console](std::string const& command) { return console.execute(command); });
 }
 
 } // namespace sim

@@ -1,77 +1,178 @@
 // trssim: a simulated unit, driven by commands.
 #include "platform/host/Broker.h"
 #include "tools/support/CommandLine.h"
-#include "tools/trssim/Equipment.h"
-#include "tools/trssim/IpNode.h"
+#include "tools/trssim/Fleet.h"
+#include "tools/trssim/Scenario.h"
 #include "tools/trssim/UnitCommands.h"
 
+#include <chrono>
 #include <cstdio>
+#include <map>
 
 namespace {
 
-constexpr char const* description =
-    "A simulated unit: objects of all interfaces, reached from the IP node under its well-known identifier, and the\n"
-    "network management agent NmiRmiAdapterServer. `trsctl tree` shows them. The commands, one a line from standard\n"
-    "input, are for the agent and for the application object AppObject-1; `help` lists them.";
+constexpr char const* description = "A simulated unit: objects of all interfaces, reached from the IP node under its "
+                                    "well-known identifier, the network\n"
+                                    "management agent NmiRmiAdapterServer, and the simulator's own controls under "
+                                    "Simulator. `trsctl tree` shows them.\n"
+                                    "The commands, one a line from standard input, are listed by `help`; `trsctl call "
+                                    "Simulator execute` takes them too.";
 
 constexpr int cannotServe = 1;
+constexpr unsigned mostUnits = 1000;
+
+enum class TimeSource { real, stepped };
+
+struct Options {
+    std::vector<std::string> endpoints;
+    std::string address;
+    std::vector<std::string> commands;
+    std::string scenario;
+    std::string save;
+    std::string callLog;
+    unsigned long seed = 0;
+    TimeSource timeSource = TimeSource::real;
+    unsigned units = 0; // 0: one, in this process
+};
+
+void addOptions(CLI::App& app, Options& options)
+{
+    static std::map<std::string, TimeSource> const timeSources{{"real", TimeSource::real},
+                                                               {"stepped", TimeSource::stepped}};
+    app.add_option("--listen", options.endpoints,
+                   "Where to serve: unix:PATH, tcp:HOST:PORT or tcp:PORT; may be given several times (default: " +
+                       tools::CommandLine::defaultEndpoint() + ")")
+        ->type_name("ENDPOINT")
+        ->allow_extra_args(false)
+        ->check(CLI::Validator(tools::CommandLine::checkEndpoint, ""));
+    app.add_option("--address", options.address, "The public address at the start")->type_name("ADDRESS");
+    app.add_option("--scenario", options.scenario, "What the unit holds at the start, as --save writes it")
+        ->type_name("FILE");
+    app.add_option("--save", options.save, "Where to write what the unit holds at the end")->type_name("FILE");
+    app.add_option("--log-calls", options.callLog, "Where to log the calls, a JSON object a line")->type_name("FILE");
+    app.add_option("--seed", options.seed, "What decides numbers that are left to chance")->type_name("N");
+    app.add_option("--clock", options.timeSource, "real, or stepped: time passes only by the command tick")
+        ->type_name("CLOCK")
+        ->transform(CLI::CheckedTransformer(timeSources).description(""));
+    app.add_option("--units", options.units,
+                   "How many units to run, each in a process of its own: endpoints and files get -1, -2, ... appended, "
+                   "ports and seeds count up")
+        ->type_name("N")
+        ->check(CLI::Range(1U, mostUnits).description(""));
+    app.add_option("--do", options.commands, "A command to execute at the start; may be given several times")
+        ->type_name("COMMAND")
+        ->allow_extra_args(false);
+}
+
+// Has the unit's time pass as the real one does, in whole seconds.
+void follow(tools::Console& console, sim::Unit& unit)
+{
+    using Clock = std::chrono::steady_clock;
+    console.every(std::chrono::seconds(1), [&unit, last = Clock::now()]() mutable {
+        auto const passed = std::chrono::floor<std::chrono::seconds>(Clock::now() - last);
+        last += passed;
+        if (passed.count() > 0) {
+            unit.advance(static_cast<unsigned long>(passed.count()));
+        }
+    });
+}
+
+// Brings the unit into the state that it begins in. Empty, or what is wrong.
+std::string prepare(sim::Unit& unit, tools::Console& console, Options const& options)
+{
+    if (!options.scenario.empty()) {
+        catalogue::Value document;
+        std::string wrong = sim::scenario::read(options.scenario, document);
+        TreflectHandlerState const running;
+        wrong = wrong.empty() ? sim::scenario::apply(unit, document) : wrong;
+        if (!wrong.empty()) {
+            return "--scenario: " + wrong;
+        }
+    }
+    for (std::string const& command : options.commands) {
+        if (std::string const wrong = console.execute(command); !wrong.empty()) {
+            return "--do: " + wrong;
+        }
+    }
+    return {};
+}
+
+// Empty, or why the unit cannot be served.
+std::string serve(sim::Unit& unit, Options const& options)
+{
+    if (!options.callLog.empty()) {
+        if (std::string why = unit.logCalls(options.callLog); !why.empty()) {
+            return why;
+        }
+    }
+    for (std::string const& endpoint : options.endpoints) {
+        if (std::string why = unit.serve(endpoint); !why.empty()) {
+            return why;
+        }
+    }
+    for (std::string const& endpoint : host::Broker::instance().endpoints()) {
+        tools::say("ready on " + endpoint);
+    }
+    return {};
+}
+
+int run(Options const& options, bool endsWithInput)
+{
+    tools::Console console("stop");
+    sim::Unit unit({options.address, options.seed, options.timeSource == TimeSource::real});
+    sim::addCommands(console, unit);
+    if (std::string const wrong = prepare(unit, console, options); !wrong.empty()) {
+        std::fprintf(stderr, "%s\n", wrong.c_str());
+        return tools::CommandLine::wrongUsage;
+    }
+    if (std::string const why = serve(unit, options); !why.empty()) {
+        std::fprintf(stderr, "%s\n", why.c_str());
+        return cannotServe;
+    }
+    if (options.timeSource == TimeSource::real) {
+        follow(console, unit);
+    }
+    console.run(endsWithInput);
+    if (!options.save.empty()) {
+        TreflectHandlerState const running;
+        if (std::string const why = sim::scenario::write(options.save, sim::scenario::save(unit)); !why.empty()) {
+            std::fprintf(stderr, "--save: %s\n", why.c_str());
+            return cannotServe;
+        }
+    }
+    return 0;
+}
+
+// The options of one unit of several.
+Options optionsOf(sim::UnitNumber unit, Options options)
+{
+    for (std::string& endpoint : options.endpoints) {
+        endpoint = unit.endpoint(endpoint);
+    }
+    options.save = unit.file(options.save);
+    options.callLog = unit.file(options.callLog);
+    options.seed += unit.number == 0 ? 0 : unit.number - 1;
+    return options;
+}
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    std::vector<std::string> endpoints;
-    std::string address;
-    std::vector<std::string> commands;
+    Options options;
     tools::CommandLine line("trssim", description, 4);
-    line.options()
-        .add_option("--listen", endpoints,
-                    "Where to serve: unix:PATH, tcp:HOST:PORT or tcp:PORT; may be given several times (default: " +
-                        tools::CommandLine::defaultEndpoint() + ")")
-        ->type_name("ENDPOINT")
-        ->allow_extra_args(false)
-        ->check(CLI::Validator(tools::CommandLine::checkEndpoint, ""));
-    line.options().add_option("--address", address, "The public address at the start")->type_name("ADDRESS");
-    line.options()
-        .add_option("--do", commands, "A command to execute at the start; may be given several times")
-        ->type_name("COMMAND")
-        ->allow_extra_args(false);
+    addOptions(line.options(), options);
     line.takeCommands();
     if (std::optional<int> const code = line.parse(argc, argv)) {
         return *code;
     }
-    if (endpoints.empty()) {
-        endpoints.push_back(tools::CommandLine::defaultEndpoint());
+    if (options.endpoints.empty()) {
+        options.endpoints.push_back(tools::CommandLine::defaultEndpoint());
     }
-
-    tools::Console console("stop");
-    sim::ApplicationObject object("AppObject-1");
-    sim::Inventory inventory;
-    inventory.add("AppObject-1", *catalogue::findClass("ApplicationObjectClient"));
-    inventory.add(NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME, *catalogue::findClass("NmiRmiAdapterClient"));
-    sim::IpNode ipNode(inventory);
-    sim::UnitAgent agent(address, [&ipNode](std::string const& changed) { ipNode.setPrimaryAddress(changed); });
-    sim::Equipment const equipment(inventory);
-    sim::addCommands(console, agent, object, inventory);
-    for (std::string const& command : commands) {
-        if (std::string const wrong = console.execute(command); !wrong.empty()) {
-            std::fprintf(stderr, "--do: %s\n", wrong.c_str());
-            return tools::CommandLine::wrongUsage;
-        }
+    if (options.units == 0) {
+        return run(options, line.exitsOnEof());
     }
-
-    host::Broker& broker = host::Broker::instance();
-    for (std::string const& endpoint : endpoints) {
-        if (std::string const why = broker.serve(endpoint); !why.empty()) {
-            std::fprintf(stderr, "%s\n", why.c_str());
-            broker.stop();
-            return cannotServe;
-        }
-    }
-    for (std::string const& endpoint : broker.endpoints()) {
-        tools::say("ready on " + endpoint);
-    }
-    console.run(line.exitsOnEof());
-    agent.letGo();
-    broker.stop();
+    int exitCode = 0;
+    sim::UnitNumber const unit = sim::Fleet::begin(options.units, line.exitsOnEof(), exitCode);
+    return unit.number == 0 ? exitCode : run(optionsOf(unit, options), false);
 }

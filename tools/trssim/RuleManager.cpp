@@ -1,0 +1,141 @@
+#include "tools/trssim/RuleManager.h"
+
+#include <algorithm>
+
+namespace sim {
+
+namespace {
+
+using Client = RmAccessClient;
+
+constexpr std::size_t mostRulesets = 64;
+constexpr unsigned long mostExceptions = 256; // of a rule set
+
+SetClient::State stateOf(bool isDone) { return isDone ? SetClient::OK : SetClient::FAILED; }
+
+} // namespace
+
+RuleManager::RuleManager(Inventory& inventory, std::string const& id)
+    : servant_(TipprmiOID(id)), managed_(inventory, servant_, reflect::className<Client>)
+{
+    for (char const* const name : {"input", "output"}) {
+        rulesets_[name].name = name;
+    }
+    managed_.addKeys("getRuleset", {[this] { return Properties::keysOf(rulesets_); }, [this] { rulesets_.clear(); }});
+    serveRulesets();
+    serveExceptions();
+}
+
+void RuleManager::serveRulesets()
+{
+    servant_
+        .on<&Client::setRuleset>([this](Ruleset const& ruleset) {
+            bool const isTaken = !ruleset.name.empty() && ruleset.exceptions.getLength() <= mostExceptions &&
+                                 (rulesets_.size() < mostRulesets || rulesets_.contains(ruleset.name));
+            if (isTaken) {
+                rulesets_[ruleset.name] = ruleset;
+            }
+            return stateOf(isTaken);
+        })
+        .on<&Client::getRuleset>([this](std::string const& name, Ruleset& ruleset) {
+            Ruleset const* const found = find(name);
+            if (found == nullptr) {
+                return GetClient::FAILED;
+            }
+            ruleset = *found;
+            return GetClient::OK;
+        })
+        .on<&Client::deleteRuleset>([this](std::string const& name) { return stateOf(rulesets_.erase(name) != 0); })
+        .on<&Client::clearRuleset>([this](std::string const& name) {
+            Ruleset* const found = find(name);
+            if (found != nullptr) {
+                found->exceptions.setLength(0);
+            }
+            return stateOf(found != nullptr);
+        })
+        .on<&Client::switchRuleset>([this](std::string const& name, Client::RulesetState const& state) {
+            Ruleset* const found = find(name);
+            if (found != nullptr) {
+                found->state = state;
+            }
+            return stateOf(found != nullptr);
+        });
+}
+
+void RuleManager::serveExceptions()
+{
+    servant_
+        .on<&Client::createException>([this](std::string const& name, Exception const& exception) {
+            Ruleset* const ruleset = find(name);
+            bool const isTaken = ruleset != nullptr && find(name, exception.name) == nullptr &&
+                                 ruleset->exceptions.getLength() < mostExceptions;
+            if (isTaken) {
+                ruleset->exceptions.push_back(exception);
+            }
+            return stateOf(isTaken);
+        })
+        .on<&Client::deleteException>([this](std::string const& name, std::string const& exception) {
+            Exception* const doomed = find(name, exception);
+            if (doomed != nullptr) {
+                TipprmiSequence<Exception>& all = find(name)->exceptions;
+                all.setLength(static_cast<unsigned long>(
+                    std::remove_if(all.begin(), all.end(),
+                                   [&exception](Exception const& each) { return each.name == exception; }) -
+                    all.begin()));
+            }
+            return stateOf(doomed != nullptr);
+        })
+        .on<&Client::switchException>(
+            [this](std::string const& name, std::string const& exception, Client::ExceptionState const& state) {
+                Exception* const found = find(name, exception);
+                if (found != nullptr) {
+                    found->state = state;
+                }
+                return stateOf(found != nullptr);
+            })
+        .on<&Client::getApplicableExceptions>([this](TipprmiSequence<Exception>& all) {
+            all = exceptions();
+            return GetClient::OK;
+        })
+        .on<&Client::getSource>([this](std::string const& text, Client::Source& source) {
+            for (Exception const& exception : exceptions()) {
+                for (unsigned long i = 0; i < 2; ++i) {
+                    if (exception.endpoints[i].text == text) {
+                        source = exception.endpoints[i];
+                        return GetClient::OK;
+                    }
+                }
+            }
+            return GetClient::FAILED;
+        });
+}
+
+RuleManager::Ruleset* RuleManager::find(std::string const& name)
+{
+    auto const found = rulesets_.find(name);
+    return found != rulesets_.end() ? &found->second : nullptr;
+}
+
+RuleManager::Exception* RuleManager::find(std::string const& ruleset, std::string const& name)
+{
+    Ruleset* const owner = find(ruleset);
+    if (owner == nullptr) {
+        return nullptr;
+    }
+    auto const found = std::find_if(owner->exceptions.begin(), owner->exceptions.end(),
+                                    [&name](Exception const& exception) { return exception.name == name; });
+    return found != owner->exceptions.end() ? &*found : nullptr;
+}
+
+TipprmiSequence<RmAccessClient::Exception> RuleManager::exceptions() const
+{
+    TipprmiSequence<Exception> all;
+    for (auto const& [name, ruleset] : rulesets_) {
+        for (Exception const& exception : ruleset.exceptions) {
+            all.push_back(exception);
+        }
+    }
+    return all;
+}
+
+} // namespace sim

@@ -1,0 +1,72 @@
+#include "tools/trssim/Simulator.h"
+
+#include "tools/support/Console.h"
+#include "tools/trssim/Scenario.h"
+#include "tools/trssim/Unit.h"
+
+namespace sim {
+
+namespace {
+
+using Client = SimulatorClient;
+
+constexpr unsigned long longestAdvance = 100UL * 24 * 60 * 60; // seconds: what the work takes grows with it
+
+RunClient::State stateOf(bool isDone) { return isDone ? RunClient::OK : RunClient::FAILED; }
+
+} // namespace
+
+Simulator::Simulator(Unit& unit) : unit_(unit)
+{
+    serveTimeAndState();
+    serveFaults();
+}
+
+void Simulator::serveTimeAndState()
+{
+    servant_
+        .on<&Client::getTime>([this](unsigned long& seconds) {
+            seconds = unit_.inventory().clock().now();
+            return GetClient::OK;
+        })
+        .on<&Client::advance>([this](unsigned long const& seconds) {
+            if (seconds > longestAdvance) {
+                return RunClient::FAILED;
+            }
+            unit_.inventory().clock().advance(seconds);
+            return RunClient::OK;
+        })
+        .on<&Client::execute>([this](std::string const& command, std::string& wrong) {
+            wrong = executor_ ? executor_(command) : "there are no commands";
+            return stateOf(wrong.empty());
+        })
+        .on<&Client::getScenario>([this](std::string& scenario) {
+            scenario = catalogue::toJson(scenario::save(unit_), -1);
+            return GetClient::OK;
+        })
+        .on<&Client::applyScenario>([this](std::string const& scenario, std::string& wrong) {
+            catalogue::Value const document = catalogue::Value::parse(scenario, nullptr, false);
+            wrong = document.is_discarded() ? "the scenario is no JSON" : scenario::apply(unit_, document);
+            return stateOf(wrong.empty());
+        })
+        .on<&Client::getCallCount>([this](unsigned long& count) {
+            count = unit_.callCount();
+            return GetClient::OK;
+        });
+}
+
+void Simulator::serveFaults()
+{
+    servant_
+        .on<&Client::inject>([this](Client::Fault const& fault, unsigned long& number, std::string& wrong) {
+            wrong = unit_.faults().inject(fault, number);
+            return stateOf(wrong.empty());
+        })
+        .on<&Client::withdraw>([this](unsigned long const& number) { return stateOf(unit_.faults().withdraw(number)); })
+        .on<&Client::getFaults>([this](TipprmiSequence<Client::NumberedFault>& faults) {
+            faults = unit_.faults().all();
+            return GetClient::OK;
+        });
+}
+
+} // namespace sim
