@@ -169,7 +169,8 @@ public:
             gate_.wait(strike_->delay);
             return sendAll();
         case FaultKind::twice:
-            return sendAll() && sendAll();
+            sendAll();
+            return sendAll();
         case FaultKind::cut:
             cut(bytes, strike_->chance);
             return sendAll();

@@ -30,6 +30,7 @@ public:
     static std::vector<Values> keysOf(Map const& map)
     {
         std::vector<Values> keys;
+        keys.reserve(map.size());
         for (auto const& [key, value] : map) {
             keys.push_back({key});
         }

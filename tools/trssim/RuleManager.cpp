@@ -65,29 +65,29 @@ void RuleManager::serveRulesets()
 void RuleManager::serveExceptions()
 {
     servant_
-        .on<&Client::createException>([this](std::string const& name, Exception const& exception) {
-            Ruleset* const ruleset = find(name);
-            bool const isTaken = ruleset != nullptr && find(name, exception.name) == nullptr &&
-                                 ruleset->exceptions.getLength() < mostExceptions;
+        .on<&Client::createException>([this](std::string const& ruleset, Exception const& exception) {
+            Ruleset* const owner = find(ruleset);
+            bool const isTaken = owner != nullptr && find(ruleset, exception.name) == nullptr &&
+                                 owner->exceptions.getLength() < mostExceptions;
             if (isTaken) {
-                ruleset->exceptions.push_back(exception);
+                owner->exceptions.push_back(exception);
             }
             return stateOf(isTaken);
         })
-        .on<&Client::deleteException>([this](std::string const& name, std::string const& exception) {
-            Exception* const doomed = find(name, exception);
+        .on<&Client::deleteException>([this](std::string const& ruleset, std::string const& name) {
+            Exception* const doomed = find(ruleset, name);
             if (doomed != nullptr) {
-                TipprmiSequence<Exception>& all = find(name)->exceptions;
+                TipprmiSequence<Exception>& all = find(ruleset)->exceptions;
                 all.setLength(static_cast<unsigned long>(
                     std::remove_if(all.begin(), all.end(),
-                                   [&exception](Exception const& each) { return each.name == exception; }) -
+                                   [&name](Exception const& each) { return each.name == name; }) -
                     all.begin()));
             }
             return stateOf(doomed != nullptr);
         })
         .on<&Client::switchException>(
-            [this](std::string const& name, std::string const& exception, Client::ExceptionState const& state) {
-                Exception* const found = find(name, exception);
+            [this](std::string const& ruleset, std::string const& name, Client::ExceptionState const& state) {
+                Exception* const found = find(ruleset, name);
                 if (found != nullptr) {
                     found->state = state;
                 }

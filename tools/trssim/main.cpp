@@ -157,7 +157,8 @@ Options optionsOf(sim::UnitNumber unit, Options options)
 
 } // namespace
 
-int main(int argc, char** argv)
+// CLI11 throws when the options of a program contradict each other, which would be a fault of this file.
+int main(int argc, char** argv) // NOLINT(bugprone-exception-escape)
 {
     Options options;
     tools::CommandLine line("trssim", description, 4);
