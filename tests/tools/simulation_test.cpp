@@ -93,7 +93,7 @@ TEST_F(Simulation, AnswersCallsBadly)
 
 TEST_F(Simulation, FlipsBitsAndLiesAboutCountsWithoutHarm)
 {
-    EXPECT_TRUE(sim.writeLine("fault flip operation=IpNode"));
+    sim.does("fault flip operation=IpNode");
     host::Broker::setDeadline(std::chrono::milliseconds(200));
     std::size_t changed = 0;
     for (int i = 0; i < 50; ++i) {
