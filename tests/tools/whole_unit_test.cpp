@@ -4,6 +4,9 @@
 #include "tools/trssim/Scenario.h"
 #include "tools/trssim/Unit.h"
 
+#include "clients/ip/NtpAccessClient.h"
+#include "platform/TreflectObserver.h"
+#include "platform/host/RunPermission.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tests/support/Catalogue.h"
 #include "tests/support/Sockets.h"
@@ -12,6 +15,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <future>
 
 namespace {
 
@@ -266,6 +270,32 @@ TEST_F(WholeUnit, ListsChangeByTheirOperations)
         EXPECT_EQ(kindOf(each.remove, each.removed), Outcome::Kind::done) << each.remove;
         EXPECT_EQ(list(), before) << each.remove;
     }
+}
+
+// As of operations that are served by hand, observers are told the result and the arguments.
+TEST_F(WholeUnit, ObserversAreToldOfOperationsThatAreAnsweredByShape)
+{
+    class Listener final : public TreflectObserver {
+    public:
+        explicit Listener(NtpAccessClient const& source) : TreflectObserver(source.getOID(), &source, "listener") {}
+        ~Listener() override { withdraw(); }
+        bool detected() override { return false; }
+        bool notify(TipprmiSequence<TipprmiAny> const& parameters) override
+        {
+            told.set_value(parameters);
+            return true;
+        }
+        std::promise<TipprmiSequence<TipprmiAny>> told;
+    };
+    NtpAccessClient const ntp{TipprmiOID("Access/Ntp")};
+    Listener listener(ntp);
+    ASSERT_TRUE(ntp.operation("createNtpServer").postObserve(&listener));
+    call("Access/Ntp", classOf("NtpAccess"), "createNtpServer", {"10.0.0.3", 5});
+    host::RunPermissionPause const waiting;
+    TipprmiSequence<TipprmiAny> const parameters = listener.told.get_future().get();
+    ASSERT_EQ(parameters.getLength(), 3U);
+    short value = 0;
+    EXPECT_TRUE(parameters[2].extract(value) && value == 5);
 }
 
 TEST_F(WholeUnit, AnInterfaceThatGoesDownRaisesItsConditions)

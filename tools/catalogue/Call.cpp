@@ -31,7 +31,29 @@ std::string writeArguments(TipprmiStream& request, Operation const& operation, s
     return used < in.size() ? "one argument too many" : std::string();
 }
 
+// The bytes of the next value.
+TipprmiAny take(TipprmiStream& stream, Type const& type)
+{
+    std::size_t const begin = stream.size() - stream.available();
+    readValue(stream, type);
+    TipprmiAny value;
+    value.marshall(stream.data() + begin, static_cast<int>(stream.size() - stream.available() - begin));
+    return value;
+}
+
 } // namespace
+
+TipprmiSequence<TipprmiAny> parametersOf(Operation const& operation, TipprmiStream& request, TipprmiStream& reply)
+{
+    TipprmiSequence<TipprmiAny> parameters;
+    if (operation.result != nullptr) {
+        parameters.push_back(take(reply, *operation.result));
+    }
+    for (Parameter const& parameter : operation.parameters) {
+        parameters.push_back(take(parameter.isIn ? request : reply, *parameter.type));
+    }
+    return parameters;
+}
 
 std::string writeResults(TipprmiStream& reply, Operation const& operation, Value const& results)
 {

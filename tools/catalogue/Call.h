@@ -3,6 +3,8 @@
 
 #include "platform/TipprmiObjectClient.h"
 #include "platform/host/CallFailure.h"
+#include "rmi/TipprmiAny.h"
+#include "rmi/TipprmiSequence.h"
 #include "tools/catalogue/Class.h"
 #include "tools/catalogue/Value.h"
 
@@ -32,5 +34,9 @@ Outcome call(TipprmiObjectClient const& object, Operation const& operation, std:
 
 // Appends the results of a call that is done, as Outcome has them, in their order. Empty, or what is wrong with them.
 std::string writeResults(TipprmiStream& reply, Operation const& operation, Value const& results);
+
+// What observers of an execution are told: the result, if there is one, and then every argument in declaration order.
+// `request` is at the first in-argument, `reply` at the result.
+TipprmiSequence<TipprmiAny> parametersOf(Operation const& operation, TipprmiStream& request, TipprmiStream& reply);
 
 } // namespace catalogue

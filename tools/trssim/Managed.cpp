@@ -69,8 +69,26 @@ Managed::Managed(Inventory& inventory, Servant& servant, std::string_view classN
         addServices<AtmPersistentObjectClient>(servant);
     }
     servant.otherwise([this](unsigned long classId, unsigned long opIndex, auto& request, auto& reply) {
-        return handOutCondition(classId, opIndex, reply) || properties_.answer(classId, opIndex, request, reply);
+        return handOutCondition(classId, opIndex, reply) || answerByShape(classId, opIndex, request, reply);
     });
+}
+
+bool Managed::answerByShape(unsigned long classId, unsigned long opIndex, TipprmiStream& request, TipprmiStream& reply)
+{
+    if (!servant_.isObserved(classId, opIndex)) {
+        return properties_.answer(classId, opIndex, request, reply);
+    }
+    TipprmiStream given(100);
+    given.marshall(request.data() + request.size() - request.available(), static_cast<int>(request.available()));
+    std::size_t const begin = reply.size();
+    bool const isAnswered = properties_.answer(classId, opIndex, request, reply);
+    if (isAnswered && !request.hasUnmarshallingFailed()) {
+        TipprmiStream told(100);
+        told.marshall(reply.data() + begin, static_cast<int>(reply.size() - begin));
+        servant_.notifyObservers(classId, opIndex,
+                                 catalogue::parametersOf(*properties_.find(classId, opIndex), given, told));
+    }
+    return isAnswered;
 }
 
 std::string Managed::force(catalogue::Operation const& reader, catalogue::Value const& results)

@@ -51,6 +51,7 @@ private:
     template <class Proxy>
     void addServices(Servant& servant);
     void addFaults(Servant& servant, catalogue::Class const& type);
+    bool answerByShape(unsigned long classId, unsigned long opIndex, TipprmiStream& request, TipprmiStream& reply);
     bool answerForced(unsigned long classId, unsigned long opIndex, TipprmiStream& request, TipprmiStream& reply);
     bool handOutCondition(unsigned long classId, unsigned long opIndex, TipprmiStream& reply);
 
