@@ -267,6 +267,31 @@ void appendJson(std::string& text, Value const& value, std::string const& margin
     (text += margin) += value.is_object() ? '}' : ']';
 }
 
+Value plainZero(Type const& type)
+{
+    switch (type.kind) {
+    case Type::Kind::boolean:
+        return false;
+    case Type::Kind::text:
+        return "";
+    case Type::Kind::sequence:
+        return Value::array();
+    case Type::Kind::array:
+        return std::vector<Value>(type.count, plainZero(*type.element));
+    case Type::Kind::record: {
+        Value record = Value::object();
+        for (Field const& field : type.fields) {
+            record[std::string(field.name)] = plainZero(*field.type);
+        }
+        return record;
+    }
+    case Type::Kind::object:
+        return {};
+    default:
+        return 0;
+    }
+}
+
 } // namespace
 
 Value readValue(TipprmiStream& stream, Type const& type)
@@ -323,27 +348,9 @@ Value readValue(TipprmiStream& stream, Type const& type)
 
 Value zero(Type const& type)
 {
-    switch (type.kind) {
-    case Type::Kind::boolean:
-        return false;
-    case Type::Kind::text:
-        return "";
-    case Type::Kind::sequence:
-        return Value::array();
-    case Type::Kind::array:
-        return std::vector<Value>(type.count, zero(*type.element));
-    case Type::Kind::record: {
-        Value record = Value::object();
-        for (Field const& field : type.fields) {
-            record[std::string(field.name)] = zero(*field.type);
-        }
-        return record;
-    }
-    case Type::Kind::object:
-        return {};
-    default:
-        return 0;
-    }
+    TipprmiStream stream(100);
+    writeValue(stream, type, plainZero(type));
+    return readValue(stream, type); // as it is read: an address, the name of an enumerator
 }
 
 std::string writeValue(TipprmiStream& stream, Type const& type, Value const& value)

@@ -109,11 +109,30 @@ ExitCode list(std::string const& className, Format format)
     return ExitCode::good;
 }
 
-ExitCode describe(std::string const& name, Format format)
+// A value of a parameter to begin with: 0, false and empty in all its parts.
+ExitCode writeTemplate(Operation const& operation, std::string const& parameter)
+{
+    std::vector<std::string_view> const names = operation.parameterNames();
+    auto const found = std::ranges::find(names, parameter);
+    if (found == names.end()) {
+        std::fprintf(stderr, "'%s' is no parameter\n%s\n", host::printable(parameter).c_str(),
+                     operation.signature().c_str());
+        return ExitCode::usage;
+    }
+    Type const& type = *operation.parameters[static_cast<std::size_t>(found - names.begin())].type;
+    tools::say(catalogue::toJson(catalogue::zero(type)));
+    return ExitCode::good;
+}
+
+ExitCode describe(std::string const& name, std::string const& parameter, Format format)
 {
     std::size_t const dot = name.find('.');
     Class const* const found = find(name.substr(0, dot));
     if (found == nullptr) {
+        return ExitCode::usage;
+    }
+    if (dot == std::string::npos && !parameter.empty()) {
+        std::fprintf(stderr, "--template is for an operation: CLASS.OPERATION\n");
         return ExitCode::usage;
     }
     if (dot == std::string::npos) {
@@ -136,6 +155,9 @@ ExitCode describe(std::string const& name, Format format)
                      std::string(found->name).c_str());
         return ExitCode::usage;
     }
+    if (!parameter.empty()) {
+        return writeTemplate(*operation, parameter);
+    }
     writeResults(described(*operation), format);
     return ExitCode::good;
 }
@@ -149,9 +171,11 @@ void addOfflineVerbs(Program& program)
         .add("list", "List the classes, or the operations of one", "list EthIfNet",
              [name](Program::Options const& options) { return list(*name, options.format); })
         .add_option("CLASS", *name, "With or without Client");
-    program
-        .add("describe", "Describe a class or an operation", "describe IfNet.getMtu",
-             [name](Program::Options const& options) { return describe(*name, options.format); })
-        .add_option("CLASS[.OPERATION]", *name, "The class by name or identifier, 0xb86aeff7")
-        ->required();
+    auto const parameter = std::make_shared<std::string>();
+    CLI::App& app = program.add(
+        "describe", "Describe a class or an operation", "describe IfNet.getMtu",
+        [name, parameter](Program::Options const& options) { return describe(*name, *parameter, options.format); });
+    app.add_option("CLASS[.OPERATION]", *name, "The class by name or identifier, 0xb86aeff7")->required();
+    app.add_option("--template", *parameter, "Write a value of this parameter to fill in, as JSON")
+        ->type_name("PARAMETER");
 }
