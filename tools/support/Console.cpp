@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <charconv>
 #include <csignal>
 #include <cstdint>
@@ -48,6 +49,9 @@ void say(std::string const& line)
 {
     std::string const text = line + '\n';
     if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
+        if (errno != EPIPE) { // which is the reader's own will
+            std::perror("standard output");
+        }
         ::kill(::getpid(), SIGTERM);
     }
 }
