@@ -118,15 +118,15 @@ public:
         QUBOMODE_0 = 0,
     };
 
-    // Reads the transport mode: a TRANSPORT_MODE value.
+    // Reads the transport mode: a TRANSPORT_MODE_ constant.
     virtual ResponseInfo<GetClient> getTransportMode(long& mode) const;
-    // Sets the transport mode: a TRANSPORT_MODE value.
+    // Sets the transport mode: a TRANSPORT_MODE_ constant.
     virtual ResponseInfo<SetClient> setTransportMode(long const& mode) const;
     // Finalizes the node; isFinalizeFlagSet() tells whether that was done.
     virtual ResponseInfo<SetClient> finalize() const;
-    // Reads the OMS TLS mode: an OMS_TLS_MODE value.
+    // Reads the OMS TLS mode: an OMS_TLS_MODE_ constant.
     virtual ResponseInfo<GetClient> getOmsTlsMode(long& mode) const;
-    // Sets the OMS TLS mode: an OMS_TLS_MODE value.
+    // Sets the OMS TLS mode: an OMS_TLS_MODE_ constant.
     virtual ResponseInfo<SetClient> setOmsTlsMode(long const& mode) const;
     // Hands out the access rule service.
     virtual ResponseInfo<GetClient> getRmAccess(RmAccessClient& access) const;

@@ -2,6 +2,7 @@
 #include "platform/TipprmiStream.h"
 #include "tests/support/Catalogue.h"
 #include "tools/catalogue/Class.h"
+#include "tools/catalogue/Constants.h"
 #include "tools/catalogue/Value.h"
 
 #include <gmock/gmock.h>
@@ -172,6 +173,64 @@ TEST(Values, HaveLeavesWithTheirPaths)
         Value::parse(R"({"a":[{"b":1,"c":null},{"b":[],"c":"x\n"}],"d":true})"),
         [&leaves](std::string const& path, std::string const& text) { leaves += path + '=' + text + ' '; });
     EXPECT_EQ(leaves, "a[0].b=1 a[0].c=none a[1].b=[] a[1].c=x\\x0a d=true ");
+}
+
+// People write and read the constants that classes publish by name.
+TEST(Constants, StandForTheirNumbers)
+{
+    struct {
+        char const* type;
+        char const* operation;
+        Value written;
+        Value number; // null: not taken
+    } const cases[] = {
+        {"IpNode", "setTransportMode", "TRANSPORT_MODE_DUALIUB", 2},
+        {"VlanIfNet", "setFlags", "IFF__UP|IFF__MULTICAST", 0x8001}, // of a base
+        {"IpNode", "setTransportMode", "TRANSPORT_MODE", {}},
+        {"IpNode", "setTransportMode", "BTS_ID", {}}, // a text
+        {"IpNode", "setTransportMode", "IFF__UP", {}},
+        {"IpNode", "setTransportMode", "|", "|"}, // no name, and no number either, which writing it tells
+        {"IpRoutingTable", "storeIpForwardingSequence", {{{"flags", "RTF__UP|RTF__HOST"}}}, {{{"flags", 5}}}},
+        {"IpNode", "createAtmIfNet", {{"ifNetParams", {{"flags", "IFF__UP"}}}}, {{"ifNetParams", {{"flags", 1}}}}},
+    };
+    for (auto const& [type, operation, written, number] : cases) {
+        Class const& owner = *catalogue::findClass(type);
+        Value value = written;
+        std::string const wrong =
+            catalogue::resolveConstants(owner, *owner.find(operation), inType(type, operation), value);
+        EXPECT_EQ(wrong.empty(), !number.is_null()) << operation << ' ' << written << ' ' << wrong;
+        EXPECT_EQ(value, number.is_null() ? written : number) << operation;
+    }
+
+    Operation const& getFlags = *catalogue::findClass("IfNet")->find("getFlags");
+    auto const named = [](Operation const& operation, Value results) {
+        catalogue::nameConstants(operation, results);
+        return results.begin().value();
+    };
+    EXPECT_EQ(named(getFlags, {{"flags", 0x8001}}), "IFF__UP|IFF__MULTICAST");
+    EXPECT_EQ(named(getFlags, {{"flags", 0x1001}}), 0x1001) << "a bit without a name";
+    EXPECT_EQ(named(getFlags, {{"flags", 0}}), 0);
+    EXPECT_EQ(named(*catalogue::findClass("IpNode")->find("getMtu"), {{"mtu", 1}}), 1) << "no constant is meant";
+    EXPECT_EQ(named(*catalogue::findClass("FaultService")->find("getOperState"), {{"result", 12}}), "DISABLED");
+    EXPECT_EQ(named(*catalogue::findClass("IpRoutingTable")->find("getIpRouteSequence"),
+                    {{"routes", {{{"flags", 3}, {"other", 3}}}}}),
+              Value({{{"flags", "RTF__UP|RTF__GATEWAY"}, {"other", 3}}}));
+}
+
+TEST(Constants, LimitsArePointedOut)
+{
+    auto const lines = [](char const* type, char const* operation, char const* parameter, Value const& value) {
+        Class const& owner = *catalogue::findClass(type);
+        return catalogue::beyondLimits(owner, *owner.find(operation), parameter, inType(type, operation), value);
+    };
+    EXPECT_THAT(lines("EthIfNet", "setCir", "cir", 1000000), testing::IsEmpty());
+    EXPECT_THAT(lines("EthIfNet", "setCir", "cir", 1000100),
+                testing::ElementsAre("cir 1000100 is not from 0 to 1000000"));
+    EXPECT_THAT(lines("EthIfNet", "setCir", "cir", 150), testing::ElementsAre("cir 150 is not in steps of 100 from 0"));
+    EXPECT_THAT(lines("EthLink", "setPacketSize", "size", 63), testing::ElementsAre("size 63 is not from 64 to 1522"));
+    EXPECT_THAT(lines("IpNode", "setMtu", "mtu", -1), testing::IsEmpty());
+    EXPECT_THAT(lines("EthIfNet", "createVlan", "params", {{"sir", 50}}),
+                testing::ElementsAre("sir 50 is not in steps of 100 from 0"));
 }
 
 } // namespace

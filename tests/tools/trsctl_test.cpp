@@ -94,7 +94,7 @@ TEST_F(Trsctl, TellsByItsExitCodeWhatCanBeDone)
         {{"set", "IpNode", "mtu"}, 2, "mtu is missing\nResponseInfo<SetClient> setMtu(in long mtu)"},
         {{"set", "IpNode", "mtu", "1", "2"}, 2, "'2' is one argument too many"},
         {{"set", "IpNode", "mtu", "mtu=1", "mtu=2"}, 2, "'mtu=2' is given twice"},
-        {{"set", "IpNode", "mtu", "wide"}, 2, "mtu: \"wide\" is no number"},
+        {{"set", "IpNode", "mtu", "wide"}, 2, "mtu: 'wide' is neither a number nor a constant of IpNodeClient"},
         {{"describe", "IfNet.colour"}, 2, "'colour' is no operation"},
         {{"describe", "0x00000000"}, 2, "'0x00000000' is no class"},
         {{"get", "IfNet:nowhere", "mtu"}, 3, "IfNet:nowhere getMtu at " + endpoint + ": there is no such object"},

@@ -2,6 +2,7 @@
 #include "platform/NmaLogHelper.h"
 #include "platform/host/CallFailure.h"
 #include "tools/catalogue/Class.h"
+#include "tools/catalogue/Constants.h"
 #include "tools/support/Console.h"
 #include "tools/trsctl/Program.h"
 #include "tools/trsctl/Verbs.h"
@@ -140,12 +141,15 @@ ExitCode describe(std::string const& name, std::string const& parameter, Format 
         for (Operation const& operation : found->own) {
             operations.push_back(std::to_string(operation.index) + ' ' + operation.signature());
         }
-        writeResults(Value{{"class", found->name},
-                           {"interface", found->interface},
-                           {"identifier", hexadecimal(found->id)},
-                           {"base", found->baseName},
-                           {"operations", operations}},
-                     format);
+        Value value{{"class", found->name},
+                    {"interface", found->interface},
+                    {"identifier", hexadecimal(found->id)},
+                    {"base", found->baseName},
+                    {"operations", operations}};
+        for (catalogue::Constant const* const constant : catalogue::constantsOf(*found)) {
+            value["constants"][std::string(constant->name)] = constant->value;
+        }
+        writeResults(value, format);
         return ExitCode::good;
     }
     Operation const* const operation = found->find(name.substr(dot + 1));

@@ -2,6 +2,7 @@
 
 #include "platform/host/Broker.h"
 #include "rmi/TreflectHandlerState.h"
+#include "tools/catalogue/Constants.h"
 
 #include <algorithm>
 #include <cctype>
@@ -41,7 +42,7 @@ Operation const* find(Class const& type, std::string const& name, std::vector<st
 }
 
 // The values of the in-parameters from "NAME=VALUE" and plain "VALUE" arguments. Empty, or what is wrong.
-std::string parseArguments(Operation const& operation, std::vector<std::string> const& arguments,
+std::string parseArguments(Class const& type, Operation const& operation, std::vector<std::string> const& arguments,
                            std::vector<Value>& values)
 {
     std::vector<std::string_view> const names = operation.parameterNames();
@@ -71,10 +72,15 @@ std::string parseArguments(Operation const& operation, std::vector<std::string> 
             return std::string(names[i]) + " is missing";
         }
         if (operation.parameters[i].isIn) {
-            std::string const wrong =
-                catalogue::parseValue(*operation.parameters[i].type, texts[i], values.emplace_back());
+            Type const& parameter = *operation.parameters[i].type;
+            std::string wrong = catalogue::parseValue(parameter, texts[i], values.emplace_back());
+            wrong = wrong.empty() ? catalogue::resolveConstants(type, operation, parameter, values.back()) : wrong;
             if (!wrong.empty()) {
                 return std::string(names[i]) + ": " + wrong;
+            }
+            for (std::string const& line :
+                 catalogue::beyondLimits(type, operation, names[i], parameter, values.back())) {
+                std::fprintf(stderr, "note: %s\n", line.c_str());
             }
         }
     }
@@ -146,14 +152,15 @@ ExitCode Unit::complain(Target const& target, Operation const& operation, Outcom
 ExitCode Unit::carryOut(Target const& target, Operation const& operation, std::vector<std::string> const& arguments)
 {
     std::vector<Value> values;
-    if (std::string const wrong = parseArguments(operation, arguments, values); !wrong.empty()) {
+    if (std::string const wrong = parseArguments(*target.type, operation, arguments, values); !wrong.empty()) {
         return complainOfArguments(operation, wrong);
     }
     TreflectHandlerState const running;
-    Outcome const outcome = catalogue::call(target.object, operation, values);
+    Outcome outcome = catalogue::call(target.object, operation, values);
     if (outcome.kind != Outcome::Kind::done) {
         return complain(target, operation, outcome);
     }
+    catalogue::nameConstants(operation, outcome.results);
     writeResults(outcome.results, options_.format);
     return ExitCode::good;
 }
@@ -201,13 +208,14 @@ ExitCode Unit::walk(std::string const& object)
         if (!operation->isReading()) {
             continue;
         }
-        Outcome const outcome = catalogue::call(target.object, *operation, {});
+        Outcome outcome = catalogue::call(target.object, *operation, {});
         bool const isEnd = outcome.kind == Outcome::Kind::failed &&
                            outcome.failure.kind != host::CallFailure::Kind::noSuchOperation &&
                            outcome.failure.kind != host::CallFailure::Kind::refused;
         if (isEnd) {
             return complain(target, *operation, outcome);
         }
+        catalogue::nameConstants(*operation, outcome.results);
         results[std::string(operation->name)] =
             outcome.kind == Outcome::Kind::done ? outcome.results : Value{{"error", describe(*operation, outcome)}};
     }
