@@ -1,5 +1,5 @@
 // trsctl against a unit.
-#include "tests/tools/Programs.h"
+#include "tests/tools/Trsctl.h"
 
 #include <nlohmann/json.hpp>
 
@@ -8,38 +8,9 @@
 
 namespace {
 
+using Trsctl = TrsctlTest;
 using testing::HasSubstr;
 using testing::StartsWith;
-
-class Trsctl : public ProgramTest {
-protected:
-    struct Result {
-        int code;
-        std::string output;
-        std::string error;
-    };
-    static std::string joined(std::vector<std::string> const& lines)
-    {
-        std::string text;
-        for (std::string const& line : lines) {
-            text += line + '\n';
-        }
-        return text;
-    }
-    Result run(Arguments arguments)
-    {
-        arguments.insert(arguments.begin(), {"--unit", endpoint});
-        ChildProcess child(program("trsctl"), arguments);
-        int const code = child.waitForExit();
-        return {code, joined(child.readRest()), joined(child.readRest(ChildProcess::Stream::error))};
-    }
-    std::string output(Arguments const& arguments)
-    {
-        Result const result = run(arguments);
-        EXPECT_EQ(result.code, 0) << result.error;
-        return result.output;
-    }
-};
 
 TEST_F(Trsctl, SeesWhatItSets)
 {

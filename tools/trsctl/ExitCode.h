@@ -5,6 +5,7 @@
 
 enum class ExitCode : int {
     good = 0,
+    different = 1,       // what was compared is not the same
     usage = 2,           // correct the command line
     noSuchObject = 3,    // look for the object: `trsctl tree`
     refused = 4,         // the unit refused; ask it for something else

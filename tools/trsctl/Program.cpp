@@ -11,7 +11,7 @@ constexpr char const* description =
     "An OBJECT is Class:identifier, or a well-known identifier alone: IpNode, NmiRmiAdapterServer.";
 
 constexpr char const* exitCodes =
-    "Exit codes: 0 done, 2 wrong usage, 3 no such object, 4 refused by the unit, 5 no reply "
+    "Exit codes: 0 done, 1 a difference was found, 2 wrong usage, 3 no such object, 4 refused by the unit, 5 no reply "
     "in time,\n6 unit not reached or lost, 7 malformed reply, 8 no such operation there.";
 
 constexpr int longestTimeout = 600000;
@@ -64,6 +64,9 @@ Program::Program(Options defaults) : options_(std::move(defaults)), line_("trsct
     addOfflineVerbs(*this);
     addCallVerbs(*this);
     addTreeVerb(*this);
+    addNotificationVerbs(*this);
+    addSnapshotVerbs(*this);
+    addBenchVerb(*this);
 }
 
 CLI::App& Program::add(std::string const& name, std::string const& help, std::string const& example, Verb verb)

@@ -2,6 +2,7 @@
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Console.h"
 #include "tools/trsctl/Program.h"
+#include "tools/trsctl/References.h"
 #include "tools/trsctl/Verbs.h"
 
 #include <algorithm>
@@ -11,41 +12,9 @@
 namespace {
 
 using catalogue::Outcome;
-using catalogue::Type;
 using catalogue::Value;
 
 constexpr std::size_t mostObjects = 10'000; // a unit that makes up objects without end comes to one
-
-// The objects that a value refers to.
-void collect(Type const& type, Value const& value, std::vector<std::string>& objects)
-{
-    if (type.kind == Type::Kind::object && value.is_string()) {
-        objects.push_back(value.get<std::string>());
-    } else if (type.kind == Type::Kind::sequence || type.kind == Type::Kind::array) {
-        for (Value const& element : value) {
-            collect(*type.element, element, objects);
-        }
-    } else if (type.kind == Type::Kind::record) {
-        for (catalogue::Field const& field : type.fields) {
-            collect(*field.type, value[std::string(field.name)], objects);
-        }
-    }
-}
-
-std::vector<std::string> objectsIn(catalogue::Operation const& operation, Value const& results)
-{
-    std::vector<std::string> objects;
-    if (operation.result != nullptr && results.contains("result")) {
-        collect(*operation.result, results["result"], objects);
-    }
-    std::vector<std::string_view> const names = operation.parameterNames();
-    for (std::size_t i = 0; i < operation.parameters.size(); ++i) {
-        if (!operation.parameters[i].isIn) {
-            collect(*operation.parameters[i].type, results[std::string(names[i])], objects);
-        }
-    }
-    return objects;
-}
 
 // An object, and how its parent leads to it.
 struct Node {
@@ -77,7 +46,7 @@ public:
             if (outcome.kind != Outcome::Kind::done) {
                 continue;
             }
-            for (std::string const& next : objectsIn(*each, outcome.results)) {
+            for (std::string const& next : referencesIn(*each, outcome.results)) {
                 node.children.push_back(walk(next, std::string(each->name), level + 1));
             }
         }

@@ -93,9 +93,21 @@ ExitCode complainOfArguments(Operation const& operation, std::string const& wron
     return ExitCode::usage;
 }
 
+Operation const* findOrComplain(Class const& type, std::string const& name, std::vector<std::string> const& prefixes)
+{
+    Operation const* const operation = find(type, name, prefixes);
+    if (operation == nullptr) {
+        std::fprintf(stderr, "'%s' is no operation of %s; `trsctl list %s` tells them\n", host::printable(name).c_str(),
+                     std::string(type.name).c_str(), std::string(type.name).c_str());
+    }
+    return operation;
+}
+
+std::vector<std::string> const readingPrefixes{"get", "is", "has"};
+
 } // namespace
 
-ExitCode Unit::connect(std::string const& text, Target& target)
+ExitCode Unit::connect(std::string const& text, Target& target) const
 {
     if (std::string const wrong = catalogue::ObjectName::parse(text, target.name); !wrong.empty()) {
         std::fprintf(stderr, "%s\n", wrong.c_str());
@@ -149,11 +161,18 @@ ExitCode Unit::complain(Target const& target, Operation const& operation, Outcom
     return outcome.kind == Outcome::Kind::refused ? ExitCode::refused : exitCodeOf(outcome.failure);
 }
 
+ExitCode Unit::readArguments(Target const& target, Operation const& operation, std::vector<std::string> const& words,
+                             std::vector<Value>& values)
+{
+    std::string const wrong = parseArguments(*target.type, operation, words, values);
+    return wrong.empty() ? ExitCode::good : complainOfArguments(operation, wrong);
+}
+
 ExitCode Unit::carryOut(Target const& target, Operation const& operation, std::vector<std::string> const& arguments)
 {
     std::vector<Value> values;
-    if (std::string const wrong = parseArguments(*target.type, operation, arguments, values); !wrong.empty()) {
-        return complainOfArguments(operation, wrong);
+    if (ExitCode const code = readArguments(target, operation, arguments, values); code != ExitCode::good) {
+        return code;
     }
     TreflectHandlerState const running;
     Outcome outcome = catalogue::call(target.object, operation, values);
@@ -165,6 +184,11 @@ ExitCode Unit::carryOut(Target const& target, Operation const& operation, std::v
     return ExitCode::good;
 }
 
+Operation const* Unit::findOperation(Target const& target, std::string const& name)
+{
+    return findOrComplain(*target.type, name, readingPrefixes);
+}
+
 ExitCode Unit::callByName(std::string const& object, std::string const& name, std::vector<std::string> const& prefixes,
                           std::vector<std::string> const& arguments)
 {
@@ -172,18 +196,13 @@ ExitCode Unit::callByName(std::string const& object, std::string const& name, st
     if (ExitCode const code = connect(object, target); code != ExitCode::good) {
         return code;
     }
-    Operation const* const operation = find(*target.type, name, prefixes);
-    if (operation == nullptr) {
-        std::fprintf(stderr, "'%s' is no operation of %s; `trsctl list %s` tells them\n", host::printable(name).c_str(),
-                     std::string(target.type->name).c_str(), std::string(target.type->name).c_str());
-        return ExitCode::usage;
-    }
-    return carryOut(target, *operation, arguments);
+    Operation const* const operation = findOrComplain(*target.type, name, prefixes);
+    return operation != nullptr ? carryOut(target, *operation, arguments) : ExitCode::usage;
 }
 
 ExitCode Unit::get(std::string const& object, std::string const& name, std::vector<std::string> const& arguments)
 {
-    return callByName(object, name, {"get", "is", "has"}, arguments);
+    return callByName(object, name, readingPrefixes, arguments);
 }
 
 ExitCode Unit::set(std::string const& object, std::string const& name, std::vector<std::string> const& arguments)

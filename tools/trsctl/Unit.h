@@ -32,22 +32,30 @@ public:
     // `tree [OBJECT]`: the objects that reading operations lead to, down to `depth`.
     ExitCode tree(std::string const& object, int depth, bool isDot);
 
-private:
+    // An object that a command line names.
     struct Target {
         catalogue::ObjectName name;
         catalogue::Class const* type = nullptr;
         TipprmiObjectClient object;
     };
-    struct Branch;
+    // Makes the unit the one to ask, and waits for the object as long as the options say. What is wrong is said.
+    ExitCode connect(std::string const& text, Target& target) const;
+    // The operation of that name, or of "get", "is" or "has" and that name. Null, and said, when there is none.
+    static catalogue::Operation const* findOperation(Target const& target, std::string const& name);
+    // The in-arguments of "NAME=VALUE" and plain "VALUE" words. What is wrong is said.
+    static ExitCode readArguments(Target const& target, catalogue::Operation const& operation,
+                                  std::vector<std::string> const& words, std::vector<catalogue::Value>& values);
+    // Says why a call has no results.
+    ExitCode complain(Target const& target, catalogue::Operation const& operation,
+                      catalogue::Outcome const& outcome) const;
+    static std::string describe(catalogue::Operation const& operation, catalogue::Outcome const& outcome);
+    Options const& options() const { return options_; }
 
-    ExitCode connect(std::string const& text, Target& target);
+private:
     ExitCode carryOut(Target const& target, catalogue::Operation const& operation,
                       std::vector<std::string> const& arguments);
     ExitCode callByName(std::string const& object, std::string const& name, std::vector<std::string> const& prefixes,
                         std::vector<std::string> const& arguments);
-    ExitCode complain(Target const& target, catalogue::Operation const& operation,
-                      catalogue::Outcome const& outcome) const;
-    static std::string describe(catalogue::Operation const& operation, catalogue::Outcome const& outcome);
 
     Options options_;
 };

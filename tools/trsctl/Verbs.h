@@ -3,6 +3,9 @@
 
 class Program;
 
-void addOfflineVerbs(Program& program); // list, describe
-void addCallVerbs(Program& program);    // get, set, call, walk
-void addTreeVerb(Program& program);     // tree
+void addOfflineVerbs(Program& program);      // list, describe
+void addCallVerbs(Program& program);         // get, set, call, walk
+void addTreeVerb(Program& program);          // tree
+void addNotificationVerbs(Program& program); // watch, wait
+void addSnapshotVerbs(Program& program);     // snapshot, diff
+void addBenchVerb(Program& program);         // bench

@@ -1,0 +1,205 @@
+// trsctl's verbs on what happens at a unit, on all that it tells, and on how fast it answers.
+#include "tests/tools/Trsctl.h"
+#include "tools/trsctl/Predicate.h"
+
+#include <nlohmann/json.hpp>
+
+#include <atomic>
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using Json = nlohmann::json;
+
+class TrsctlLive : public TrsctlTest {
+protected:
+    ~TrsctlLive() override
+    {
+        for (char const* const name : {".a", ".b"}) {
+            std::filesystem::remove(path + name);
+        }
+    }
+    // A trsctl that goes on, with the test's unit.
+    struct Running : ChildProcess {
+        Running(std::string const& endpoint, Arguments arguments)
+            : ChildProcess(program("trsctl"), with(endpoint, arguments))
+        {
+        }
+        static Arguments& with(std::string const& endpoint, Arguments& arguments)
+        {
+            arguments.insert(arguments.begin(), {"--unit", endpoint});
+            return arguments;
+        }
+        void awaitWatching() { EXPECT_THAT(readLine(Stream::error).value_or(""), testing::StartsWith("watching ")); }
+    };
+
+    Unit sim = unit({"--clock", "stepped"});
+};
+
+TEST(Predicates, HoldOrAreWrong)
+{
+    catalogue::Value const value = {{"mtu", 1500}, {"name", "eth 0"}, {"list", {{{"id", 7}}, {{"id", 8}}}}};
+    struct {
+        char const* text;
+        bool holds;
+    } const cases[] = {
+        {"mtu=1500", true},
+        {"mtu = 1500", true},
+        {"mtu!=1500", false},
+        {"mtu<1500", false},
+        {"mtu<=1500", true},
+        {"mtu>900", true},
+        {"mtu>=1501", false},
+        {"name=eth 0", true},
+        {"name~th", true},
+        {"name~x", false},
+        {"list[1].id=8", true},
+        {"list[2].id=8", false},
+        {"mtu=1500 and name~eth", true},
+        {"mtu=1500 and name~x", false},
+        {"other!=1", false},
+        {"name=", false},
+    };
+    for (auto const& [text, holds] : cases) {
+        Predicate predicate;
+        EXPECT_EQ(Predicate::parse(text, predicate), "") << text;
+        EXPECT_EQ(predicate.holds(value), holds) << text;
+    }
+    for (char const* const text : {"", "mtu", "=5", "mtu=>5", "mtu==5", "mtu=1 and ", " and mtu=1"}) {
+        Predicate predicate;
+        EXPECT_THAT(Predicate::parse(text, predicate), HasSubstr("is no comparison")) << text;
+    }
+}
+
+TEST_F(TrsctlLive, WatchesWhatHappens)
+{
+    Running watch(endpoint, {"watch", "IpNode", "setMtu", "--where", "mtu>1300", "--count", "2"});
+    watch.awaitWatching();
+    Running json(endpoint, {"watch", "Condition:AppObject-1/Condition/los", "--count", "1", "--format", "json"});
+    json.awaitWatching();
+    for (char const* const mtu : {"1200", "1400", "1401"}) {
+        EXPECT_EQ(output({"set", "IpNode", "mtu", mtu}), "");
+    }
+    EXPECT_TRUE(sim.writeLine("raise los"));
+    EXPECT_EQ(watch.waitForExit(), 0);
+    EXPECT_THAT(watch.readRest(),
+                testing::ElementsAre(EndsWith(" IpNode:IpNode setMtu result.subSystem=0 result.failed=0 mtu=1400"),
+                                     EndsWith(" mtu=1401")));
+    EXPECT_EQ(json.waitForExit(), 0);
+    Json const event = Json::parse(json.readRest().at(0), nullptr, false);
+    EXPECT_EQ(event["operation"], "raise");
+    EXPECT_EQ(event["parameters"]["result"]["failed"], 0);
+}
+
+// A watcher goes on when the unit comes back.
+TEST_F(TrsctlLive, WatchesOnWhenTheUnitIsBack)
+{
+    Running watch(endpoint, {"watch", "NmiRmiAdapterServer", "notifyPublicIpAddrChangeRmi", "--count", "1"});
+    watch.awaitWatching();
+    sim.signal(SIGKILL);
+    sim.waitForExit();
+    Unit again = unit();
+    std::atomic<bool> isSeen = false;
+    std::thread announcing([&] { // the subscription is renewed soon, and nothing tells when
+        while (!isSeen) {
+            again.does("announce 10.0.0.9");
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        }
+    });
+    watch.readUntil("notifyPublicIpAddrChangeRmi");
+    isSeen = true;
+    announcing.join();
+    EXPECT_EQ(watch.waitForExit(), 0);
+}
+
+TEST_F(TrsctlLive, WaitsUntilSomethingIsSo)
+{
+    Running reads(endpoint, {"wait", "IpNode", "mtu", "--where", "mtu=1300"});
+    EXPECT_EQ(output({"set", "IpNode", "mtu", "1300"}), "");
+    EXPECT_EQ(reads.waitForExit(), 0);
+    EXPECT_THAT(reads.readRest(), testing::ElementsAre("mtu 1300"));
+    Running happens(endpoint, {"wait", "Condition:AppObject-1/Condition/deg", "raise"});
+    happens.awaitWatching();
+    EXPECT_TRUE(sim.writeLine("raise deg"));
+    EXPECT_EQ(happens.waitForExit(), 0);
+
+    EXPECT_EQ(run({"wait", "IpNode", "mtu", "--where", "mtu=1", "--for", "0.01"}).code, 5);
+    EXPECT_EQ(run({"wait", "IpNode", "setMtu", "--for", "0.01"}).code, 5);
+    EXPECT_EQ(run({"wait", "Condition:Nobody", "raise"}).code, 3);
+    Result const wrong = run({"watch", "IpNode", "setMtu", "--where", "mtu"});
+    EXPECT_EQ(wrong.code, 2);
+    EXPECT_THAT(wrong.error, HasSubstr("'mtu' is no comparison"));
+    EXPECT_EQ(run({"watch", "IpNode", "fly"}).code, 2);
+    sim.signal(SIGKILL);
+    sim.waitForExit();
+    EXPECT_EQ(run({"watch", "IpNode", "setMtu"}).code, 6);
+}
+
+TEST_F(TrsctlLive, ComparesSnapshots)
+{
+    EXPECT_EQ(output({"snapshot", "-o", path + ".a"}), "");
+    EXPECT_EQ(run({"diff", path + ".a", endpoint}).output, "");
+    EXPECT_EQ(output({"set", "IpNode", "mtu", "1400"}), "");
+    EXPECT_EQ(output({"call", "EthIfNet:IfNet/Transport", "deleteVlan", "100"}), "");
+    EXPECT_EQ(output({"snapshot", "-o", path + ".b"}), "");
+
+    Result const all = run({"diff", path + ".a", path + ".b"});
+    EXPECT_EQ(all.code, 1);
+    EXPECT_THAT(all.output, HasSubstr("~ IpNode:IpNode getMtu.mtu 1500 -> 1400\n"));
+    EXPECT_THAT(all.output, HasSubstr("- VlanIfNet:IfNet/Transport/Vlan/100\n"));
+    EXPECT_THAT(all.output, testing::Not(HasSubstr("+ ")));
+    EXPECT_THAT(run({"diff", path + ".b", path + ".a"}).output, HasSubstr("+ VlanIfNet:IfNet/Transport/Vlan/100\n"));
+    Arguments ignoring{"diff", path + ".a", endpoint};
+    for (char const* const pattern : {"*Vlan*", "*/Condition/*", "* getMtu.*"}) {
+        ignoring.insert(ignoring.end(), {"--ignore", pattern});
+    }
+    Result const ignored = run(ignoring);
+    EXPECT_EQ(ignored.output, "");
+    EXPECT_EQ(ignored.code, 0);
+    Json const line = Json::parse(
+        run({"diff", path + ".a", path + ".b", "--format", "json", "--ignore", "*Vlan*"}).output, nullptr, false);
+    EXPECT_EQ(line["place"], "IpNode:IpNode getMtu.mtu");
+    EXPECT_EQ(line["after"], "1400");
+
+    std::ofstream(path + ".b") << "{\"objects\": 1}";
+    for (std::string const& side : {path + ".b", path + ".none"}) {
+        Result const wrong = run({"diff", path + ".a", side});
+        EXPECT_EQ(wrong.code, 2);
+        EXPECT_THAT(wrong.error, HasSubstr(side));
+    }
+    EXPECT_EQ(run({"snapshot", "-o", "/nowhere/x"}).code, 2);
+    EXPECT_EQ(run({"snapshot", "IpNode:Nobody", "-o", path + ".b"}).code, 0) << "what it cannot tell is in it";
+}
+
+TEST_F(TrsctlLive, MeasuresCalls)
+{
+    Json const result = Json::parse(
+        output({"bench", "IpNode", "mtu", "--count", "500", "--threads", "3", "--format", "json"}), nullptr, false);
+    EXPECT_EQ(result["calls"], 500);
+    EXPECT_EQ(result["failed"], 0);
+    for (char const* const quantile : {"least", "p50", "p90", "p99", "most"}) {
+        EXPECT_TRUE(result["microseconds"][quantile].is_string()) << quantile;
+    }
+    EXPECT_THAT(output({"bench", "IpNode", "getIpConfig", "nothing", "--count", "10"}), HasSubstr("refused 10\n"));
+    sim.does("fault drop operation=IpNode.getMtu call=2 count=2");
+    Result const faulty = run({"--timeout", "50", "bench", "IpNode", "mtu", "--count", "10"});
+    EXPECT_NE(faulty.code, 0);
+    EXPECT_THAT(faulty.output, HasSubstr("failed 2\n"));
+}
+
+TEST_F(TrsctlLive, ShowsProgressOnATerminalOnly)
+{
+    std::string const bench =
+        program("trsctl") + " --unit " + endpoint + " bench IpNode mtu --count 10000000 --for 0.8";
+    ChildProcess terminal("/usr/bin/script", {"-qec", bench, "/dev/null"});
+    EXPECT_EQ(terminal.waitForExit(), 0);
+    EXPECT_THAT(joined(terminal.readRest()), HasSubstr("calls ["));
+    Result const none = run({"bench", "IpNode", "mtu", "--count", "10000000", "--for", "0.8"});
+    EXPECT_EQ(none.error, "");
+}
+
+} // namespace

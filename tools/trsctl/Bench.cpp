@@ -1,0 +1,181 @@
+// trsctl bench: how fast a unit answers.
+#include "rmi/TreflectHandlerState.h"
+#include "tools/support/Progress.h"
+#include "tools/trsctl/Program.h"
+#include "tools/trsctl/Verbs.h"
+
+#include <algorithm>
+#include <atomic>
+#include <fmt/format.h>
+#include <memory>
+#include <thread>
+
+namespace {
+
+using catalogue::Operation;
+using catalogue::Outcome;
+using catalogue::Value;
+using Clock = std::chrono::steady_clock;
+
+constexpr unsigned long mostCalls = 10'000'000;
+constexpr unsigned mostThreads = 256;
+constexpr std::chrono::milliseconds lookInterval{50};
+
+struct Words {
+    std::string object;
+    std::string operation;
+    std::vector<std::string> arguments;
+    unsigned long count = 10'000;
+    double seconds = 0; // 0: until `count` calls are made
+    unsigned threads = 1;
+    double rate = 0; // calls a second of all threads; 0: as many as there can be
+};
+
+// What all threads do together.
+class Load {
+public:
+    Load(Words const& words, TipprmiObjectClient const& object, Operation const& operation, std::vector<Value> in)
+        : words_(words), object_(object), operation_(operation), in_(std::move(in)), begin_(Clock::now())
+    {
+    }
+
+    // One thread's calls; their durations in nanoseconds.
+    std::vector<std::uint64_t> work()
+    {
+        std::vector<std::uint64_t> durations;
+        for (unsigned long number = begun_++; number < words_.count && !isOver(); number = begun_++) {
+            if (words_.rate > 0) {
+                std::this_thread::sleep_until(
+                    begin_ + std::chrono::duration_cast<Clock::duration>(
+                                 std::chrono::duration<double>(static_cast<double>(number) / words_.rate)));
+            }
+            TreflectHandlerState const running;
+            auto const start = Clock::now();
+            Outcome const outcome = catalogue::call(object_, operation_, in_);
+            durations.push_back(static_cast<std::uint64_t>((Clock::now() - start).count()));
+            refused_ += outcome.kind == Outcome::Kind::refused ? 1 : 0;
+            failed_ += outcome.kind == Outcome::Kind::failed ? 1 : 0;
+            ++done_;
+        }
+        ++ended_;
+        return durations;
+    }
+    void showProgress()
+    {
+        tools::Progress progress("calls");
+        while (ended_ < words_.threads) {
+            std::this_thread::sleep_for(lookInterval);
+            if (words_.seconds > 0) {
+                auto const passed = std::chrono::duration<double>(Clock::now() - begin_).count();
+                progress.show(static_cast<std::size_t>(passed), static_cast<std::size_t>(words_.seconds));
+            } else {
+                progress.show(done_, words_.count);
+            }
+        }
+    }
+    Value result(std::vector<std::uint64_t> durations) const
+    {
+        std::sort(durations.begin(), durations.end());
+        double const seconds = std::chrono::duration<double>(Clock::now() - begin_).count();
+        auto const quantile = [&durations](double share) {
+            if (durations.empty()) {
+                return Value();
+            }
+            auto const place = static_cast<std::size_t>(share * static_cast<double>(durations.size() - 1));
+            return Value(fmt::format("{:.1f}", static_cast<double>(durations[place]) / 1000));
+        };
+        return {{"calls", durations.size()},
+                {"refused", refused_.load()},
+                {"failed", failed_.load()},
+                {"seconds", fmt::format("{:.3f}", seconds)},
+                {"callsPerSecond", fmt::format("{:.0f}", static_cast<double>(durations.size()) / seconds)},
+                {"microseconds",
+                 {{"least", quantile(0)},
+                  {"p50", quantile(0.5)},
+                  {"p90", quantile(0.9)},
+                  {"p99", quantile(0.99)},
+                  {"most", quantile(1)}}}};
+    }
+    bool hasFailures() const { return failed_ != 0; }
+
+private:
+    bool isOver() const
+    {
+        return words_.seconds > 0 && Clock::now() - begin_ > std::chrono::duration<double>(words_.seconds);
+    }
+
+    Words const& words_;
+    TipprmiObjectClient const object_;
+    Operation const& operation_;
+    std::vector<Value> const in_;
+    Clock::time_point const begin_;
+    std::atomic<unsigned long> begun_ = 0;
+    std::atomic<unsigned long> done_ = 0;
+    std::atomic<unsigned long> refused_ = 0;
+    std::atomic<unsigned long> failed_ = 0;
+    std::atomic<unsigned> ended_ = 0;
+};
+
+ExitCode bench(Unit const& unit, Words const& words)
+{
+    Unit::Target target;
+    if (ExitCode const code = unit.connect(words.object, target); code != ExitCode::good) {
+        return code;
+    }
+    Operation const* const operation = Unit::findOperation(target, words.operation);
+    std::vector<Value> in;
+    if (operation == nullptr) {
+        return ExitCode::usage;
+    }
+    if (ExitCode const code = Unit::readArguments(target, *operation, words.arguments, in); code != ExitCode::good) {
+        return code;
+    }
+    {
+        TreflectHandlerState const running;
+        Outcome const first = catalogue::call(target.object, *operation, in);
+        if (first.kind == Outcome::Kind::failed || first.kind == Outcome::Kind::wrong) {
+            return unit.complain(target, *operation, first);
+        }
+    }
+    Load load(words, target.object, *operation, in);
+    std::vector<std::vector<std::uint64_t>> durations(words.threads);
+    std::vector<std::thread> threads;
+    threads.reserve(words.threads);
+    for (std::vector<std::uint64_t>& own : durations) {
+        threads.emplace_back([&load, &own] { own = load.work(); });
+    }
+    load.showProgress();
+    std::vector<std::uint64_t> all;
+    for (unsigned i = 0; i < words.threads; ++i) {
+        threads[i].join();
+        all.insert(all.end(), durations[i].begin(), durations[i].end());
+    }
+    writeResults(load.result(std::move(all)), unit.options().format);
+    return load.hasFailures() ? ExitCode::malformedReply : ExitCode::good;
+}
+
+} // namespace
+
+void addBenchVerb(Program& program)
+{
+    auto const words = std::make_shared<Words>();
+    CLI::App& app = program.add("bench", "Measure how fast calls are answered", "bench IpNode mtu --threads 4 --for 5",
+                                [words](Program::Options const& options) { return bench(options.unitOf(), *words); });
+    Program::addObject(app, words->object)->required();
+    app.add_option("OPERATION", words->operation, "The operation's name, or what it reads")->required();
+    Program::addValues(app, words->arguments);
+    app.add_option("--count", words->count, "How many calls")
+        ->type_name("N")
+        ->capture_default_str()
+        ->check(CLI::Range(1UL, mostCalls).description(""));
+    app.add_option("--for", words->seconds, "How long at most, in seconds")
+        ->type_name("S")
+        ->check(CLI::Range(0.0, 86400.0).description(""));
+    app.add_option("--threads", words->threads, "How many threads call, each over a connection of its own")
+        ->type_name("N")
+        ->capture_default_str()
+        ->check(CLI::Range(1U, mostThreads).description(""));
+    app.add_option("--rate", words->rate, "How many calls a second in all; as many as there can be unless said")
+        ->type_name("R")
+        ->check(CLI::Range(0.0, 1e7).description(""));
+}

@@ -1,0 +1,326 @@
+// trsctl watch and wait: what happens at a unit.
+#include "platform/TreflectObserver.h"
+#include "platform/host/Observation.h"
+#include "rmi/TipprmiAny.h"
+#include "rmi/TreflectHandlerState.h"
+#include "tools/catalogue/Constants.h"
+#include "tools/support/Console.h"
+#include "tools/support/Timestamp.h"
+#include "tools/trsctl/Predicate.h"
+#include "tools/trsctl/Program.h"
+#include "tools/trsctl/Verbs.h"
+
+#include <condition_variable>
+#include <deque>
+#include <list>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <thread>
+
+namespace {
+
+using catalogue::Operation;
+using catalogue::Outcome;
+using catalogue::Value;
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::milliseconds pollInterval{100};
+constexpr std::size_t mostWaiting = 10'000; // notifications that nobody has read yet
+
+struct Words {
+    std::string object;
+    std::vector<std::string> operations;
+    std::string where;
+    double seconds = 0; // 0: without end
+    unsigned long count = 0;
+};
+
+// What the observers have been told and nobody has read.
+class Feed {
+public:
+    void put(Value event)
+    {
+        std::lock_guard const lock(mutex_);
+        if (events_.size() < mostWaiting) {
+            events_.push_back(std::move(event));
+        } else {
+            ++lost_;
+        }
+        changed_.notify_one();
+    }
+    // The next one; none when there is none until then.
+    std::optional<Value> take(std::optional<Clock::time_point> end)
+    {
+        std::unique_lock lock(mutex_);
+        auto const isThere = [this] { return !events_.empty(); };
+        if (!end) {
+            changed_.wait(lock, isThere);
+        } else if (!changed_.wait_until(lock, *end, isThere)) {
+            return std::nullopt;
+        }
+        Value event = std::move(events_.front());
+        events_.pop_front();
+        return event;
+    }
+    std::size_t lost() const
+    {
+        std::lock_guard const lock(mutex_);
+        return lost_;
+    }
+
+private:
+    mutable std::mutex mutex_;
+    std::condition_variable changed_;
+    std::deque<Value> events_;
+    std::size_t lost_ = 0;
+};
+
+// Tells a feed of the executions of one operation.
+class Listener final : public TreflectObserver {
+public:
+    Listener(Unit::Target const& target, Operation const& operation, Feed& feed)
+        : TreflectObserver(target.object.getOID(), nullptr, "trsctl"), name_(target.name.text()), operation_(operation),
+          feed_(feed)
+    {
+    }
+    ~Listener() override { withdraw(); }
+
+    bool detected() override { return true; }
+    bool notify(TipprmiSequence<TipprmiAny> const& parameters) override
+    {
+        feed_.put({{"time", tools::timestamp(std::chrono::system_clock::now())},
+                   {"object", name_},
+                   {"operation", operation_.name},
+                   {"parameters", named(parameters)}});
+        return true;
+    }
+
+private:
+    // A list that is shorter than the operation's has the first ones, or none: the object's code did not tell.
+    Value named(TipprmiSequence<TipprmiAny> const& parameters) const
+    {
+        Value values = Value::object();
+        std::vector<std::string_view> const names = operation_.parameterNames();
+        unsigned long place = 0;
+        auto const add = [&](catalogue::Type const& type, std::string const& name) {
+            if (place < parameters.getLength()) {
+                TipprmiStream stream(parameters[place++]);
+                values[name] = catalogue::readValue(stream, type);
+            }
+        };
+        if (operation_.result != nullptr) {
+            add(*operation_.result, "result");
+        }
+        for (std::size_t i = 0; i < operation_.parameters.size(); ++i) {
+            add(*operation_.parameters[i].type, std::string(names[i]));
+        }
+        catalogue::nameConstants(operation_, values);
+        return values;
+    }
+
+    std::string const name_;
+    Operation const& operation_;
+    Feed& feed_;
+};
+
+void show(Value const& event, Format format)
+{
+    if (format == Format::json) {
+        tools::say(catalogue::toJson(event, -1));
+        return;
+    }
+    std::string line;
+    catalogue::forEachLeaf(event, [&line](std::string const& path, std::string const& text) {
+        constexpr std::string_view parameters = "parameters.";
+        bool const isParameter = path.starts_with(parameters);
+        if (isParameter || path != "parameters") {
+            line += (line.empty() ? "" : " ") + (isParameter ? path.substr(parameters.size()) + '=' : "") + text;
+        }
+    });
+    tools::say(line);
+}
+
+std::optional<Clock::time_point> endOf(double seconds)
+{
+    if (seconds == 0) {
+        return std::nullopt;
+    }
+    return Clock::now() + std::chrono::milliseconds(static_cast<long>(seconds * 1000));
+}
+
+// Why an object cannot be observed: what a call of it comes to.
+Outcome whyUnreachable(Unit::Target const& target)
+{
+    for (Operation const* const operation : target.type->operations()) {
+        Outcome outcome = operation->isReading() ? catalogue::call(target.object, *operation, {}) : Outcome();
+        if (outcome.kind == Outcome::Kind::failed) {
+            return outcome;
+        }
+    }
+    Outcome outcome;
+    outcome.kind = Outcome::Kind::failed;
+    outcome.failure.kind = host::CallFailure::Kind::noSuchObject;
+    outcome.failure.reason = "it cannot be observed";
+    return outcome;
+}
+
+// Has the feed told of the operations. What is wrong is said.
+ExitCode listen(Unit const& unit, Unit::Target const& target, std::vector<Operation const*> const& operations,
+                Feed& feed, std::list<Listener>& listeners)
+{
+    TreflectHandlerState const running;
+    for (Operation const* const operation : operations) {
+        Listener& listener = listeners.emplace_back(target, *operation, feed);
+        if (!host::observe(target.object, operation->classId, operation->index, listener)) {
+            return unit.complain(target, *operation, whyUnreachable(target));
+        }
+    }
+    std::fprintf(stderr, "watching %s\n", target.name.text().c_str());
+    return ExitCode::good;
+}
+
+ExitCode readWords(Unit const& unit, Words const& words, Unit::Target& target,
+                   std::vector<Operation const*>& operations, Predicate& predicate)
+{
+    if (std::string const wrong = words.where.empty() ? "" : Predicate::parse(words.where, predicate); !wrong.empty()) {
+        std::fprintf(stderr, "--where: %s\n", wrong.c_str());
+        return ExitCode::usage;
+    }
+    if (ExitCode const code = unit.connect(words.object, target); code != ExitCode::good) {
+        return code;
+    }
+    for (std::string const& name : words.operations) {
+        operations.push_back(Unit::findOperation(target, name));
+        if (operations.back() == nullptr) {
+            return ExitCode::usage;
+        }
+    }
+    if (operations.empty()) {
+        operations = target.type->operations();
+        std::erase_if(operations, [](Operation const* each) { return each->isReading(); });
+    }
+    return ExitCode::good;
+}
+
+// Shows `words.count` notifications that satisfy the predicate; 0: until the time is over.
+ExitCode follow(Unit const& unit, Unit::Target const& target, std::vector<Operation const*> const& operations,
+                Predicate const& predicate, Words const& words)
+{
+    Feed feed;
+    std::list<Listener> listeners;
+    if (ExitCode const code = listen(unit, target, operations, feed, listeners); code != ExitCode::good) {
+        return code;
+    }
+    std::optional<Clock::time_point> const end = endOf(words.seconds);
+    unsigned long shown = 0;
+    while (words.count == 0 || shown < words.count) {
+        std::optional<Value> const event = feed.take(end);
+        if (!event) {
+            break;
+        }
+        if (predicate.holds((*event)["parameters"])) {
+            show(*event, unit.options().format);
+            ++shown;
+        }
+    }
+    if (feed.lost() != 0) {
+        std::fprintf(stderr, "%zu notifications came faster than they could be shown\n", feed.lost());
+    }
+    return words.count == 0 || shown == words.count ? ExitCode::good : ExitCode::deadline;
+}
+
+ExitCode watch(Unit const& unit, Words const& words)
+{
+    Unit::Target target;
+    std::vector<Operation const*> operations;
+    Predicate predicate;
+    ExitCode const code = readWords(unit, words, target, operations, predicate);
+    return code == ExitCode::good ? follow(unit, target, operations, predicate, words) : code;
+}
+
+// Reads until what is read satisfies the predicate.
+ExitCode poll(Unit const& unit, Unit::Target const& target, Operation const& operation, Predicate const& predicate,
+              double seconds)
+{
+    std::optional<Clock::time_point> const end = endOf(seconds);
+    for (;;) {
+        Outcome outcome;
+        {
+            TreflectHandlerState const running;
+            outcome = catalogue::call(target.object, operation, {});
+        }
+        if (outcome.kind == Outcome::Kind::done) {
+            catalogue::nameConstants(operation, outcome.results);
+            if (predicate.holds(outcome.results)) {
+                writeResults(outcome.results, unit.options().format);
+                return ExitCode::good;
+            }
+        }
+        if (end && Clock::now() >= *end) {
+            if (outcome.kind != Outcome::Kind::done) {
+                return unit.complain(target, operation, outcome);
+            }
+            std::fprintf(stderr, "%s %s does not satisfy it in time\n", target.name.text().c_str(),
+                         std::string(operation.name).c_str());
+            return ExitCode::deadline;
+        }
+        std::this_thread::sleep_for(pollInterval);
+    }
+}
+
+ExitCode wait(Unit const& unit, Words const& words)
+{
+    Unit::Target target;
+    std::vector<Operation const*> operations;
+    Predicate predicate;
+    if (ExitCode const code = readWords(unit, words, target, operations, predicate); code != ExitCode::good) {
+        return code;
+    }
+    if (operations.front()->isReading()) {
+        return poll(unit, target, *operations.front(), predicate, words.seconds);
+    }
+    ExitCode const code = follow(unit, target, operations, predicate, words);
+    if (code == ExitCode::deadline) {
+        std::fprintf(stderr, "no such notification came in time\n");
+    }
+    return code;
+}
+
+void addCommon(CLI::App& app, Words& words)
+{
+    app.add_option("--where", words.where,
+                   "Only where this holds: PATH=VALUE [and ...], also != < <= > >= ~ (contains)")
+        ->type_name("EXPRESSION");
+    app.add_option("--for", words.seconds, "How long, in seconds; without end unless said")
+        ->type_name("S")
+        ->check(CLI::Range(0.0, 1e6).description(""));
+}
+
+} // namespace
+
+void addNotificationVerbs(Program& program)
+{
+    auto const watched = std::make_shared<Words>();
+    CLI::App& watching =
+        program.add("watch", "Show what happens to an object", "watch NmiRmiAdapterServer notifyPublicIpAddrChangeRmi",
+                    [watched](Program::Options const& options) { return watch(options.unitOf(), *watched); });
+    Program::addObject(watching, watched->object)->required();
+    watching.add_option("OPERATION", watched->operations,
+                        "Operations of which executions are shown; all that do not read");
+    watching.add_option("--count", watched->count, "End after so many")->type_name("N");
+    addCommon(watching, *watched);
+
+    auto const awaited = std::make_shared<Words>();
+    awaited->count = 1;
+    CLI::App& waiting = program.add(
+        "wait", "Wait until something happens, or something read is so", "wait IpNode mtu --where 'mtu<1500' --for 10",
+        [awaited](Program::Options const& options) { return wait(options.unitOf(), *awaited); });
+    Program::addObject(waiting, awaited->object)->required();
+    waiting
+        .add_option("OPERATION", awaited->operations,
+                    "One that reads is called until what it tells is so; of another the next execution is awaited")
+        ->required()
+        ->expected(1);
+    addCommon(waiting, *awaited);
+}

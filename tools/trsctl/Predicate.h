@@ -1,0 +1,30 @@
+// What a person wants to be true of values.
+#pragma once
+
+#include "tools/catalogue/Value.h"
+
+#include <string>
+#include <vector>
+
+// Comparisons, all of which must hold: "mtu>=1400 and flags~IFF__UP". The left side is a path as text output has it,
+// the operator one of = != < <= > >= and ~, which means "contains". Where both sides are numbers, they are compared as
+// such.
+class Predicate {
+public:
+    // Holds always.
+    Predicate() = default;
+    // Empty, or what is wrong with the text.
+    static std::string parse(std::string const& text, Predicate& predicate);
+
+    // A value without the path makes the comparison false.
+    bool holds(catalogue::Value const& value) const;
+
+private:
+    struct Comparison {
+        std::string path;
+        std::string comparator;
+        std::string operand;
+    };
+
+    std::vector<Comparison> comparisons_;
+};
