@@ -122,7 +122,7 @@ void measureWriting(benchmark::State& state, Write const& write)
     for ([[maybe_unused]] auto iteration : state) {
         write(file.path.c_str(), log);
     }
-    gzFile const written = gzopen(file.path.c_str(), "rb");
+    gzFile written = gzopen(file.path.c_str(), "rb");
     std::string content(fileSize + 1, '\0');
     content.resize(static_cast<std::size_t>(gzread(written, content.data(), fileSize + 1)));
     gzclose(written);
@@ -132,7 +132,7 @@ void measureWriting(benchmark::State& state, Write const& write)
 void writeZlib(benchmark::State& state)
 {
     measureWriting(state, [](char const* path, std::string const& log) {
-        gzFile const file = gzopen(path, "wb9");
+        gzFile file = gzopen(path, "wb9");
         for (std::size_t at = 0; at < fileSize; at += step) {
             gzwrite(file, log.data() + at, step);
         }
@@ -166,7 +166,7 @@ void measureReading(benchmark::State& state, Read const& read)
 void readZlib(benchmark::State& state)
 {
     measureReading(state, [](char const* path) {
-        gzFile const file = gzopen(path, "rb");
+        gzFile file = gzopen(path, "rb");
         char buffer[step];
         std::size_t total = 0;
         for (int count = 0; (count = gzread(file, buffer, step)) > 0; total += static_cast<std::size_t>(count)) {
@@ -192,7 +192,7 @@ void readOurs(benchmark::State& state)
 void getZlib(benchmark::State& state)
 {
     measureReading(state, [](char const* path) {
-        gzFile const file = gzopen(path, "rb");
+        gzFile file = gzopen(path, "rb");
         std::size_t total = 0;
         for (char c = 0; c = static_cast<char>(gzgetc(file)), gzeof(file) == 0; ++total) {
             benchmark::DoNotOptimize(c);

@@ -45,7 +45,7 @@ std::string message(std::size_t size)
 void bare(benchmark::State& state, std::string const& document, std::size_t chunk)
 {
     for ([[maybe_unused]] auto iteration : state) {
-        XML_Parser const parser = XML_ParserCreate(nullptr);
+        XML_Parser parser = XML_ParserCreate(nullptr);
         XML_SetElementHandler(
             parser, [](void*, char const*, char const**) {}, [](void*, char const*) {});
         XML_SetCharacterDataHandler(parser, [](void*, char const*, int) {});
@@ -119,7 +119,9 @@ int main(int argc, char** argv)
     std::map<std::string, std::string> const documents{{"1 KiB", message(1024)}, {"1 MiB", message(1024UL * 1024)}};
     for (auto const& [name, document] : documents) {
         auto const add = [&name = name](std::string const& who, std::function<void(benchmark::State&)> const& what) {
-            benchmark::RegisterBenchmark((who + "/" + name).c_str(), what);
+            std::string title = who;
+            (title += "/") += name;
+            benchmark::RegisterBenchmark(title.c_str(), what);
         };
         std::string const& text = document;
         add("ours", [&text](benchmark::State& state) { ours(state, text); });

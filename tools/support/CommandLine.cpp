@@ -3,7 +3,9 @@
 #include "platform/host/CallFailure.h"
 #include "platform/host/Endpoint.h"
 #include "platform/host/Log.h"
+#include "tools/support/ManPage.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <map>
 #include <string_view>
@@ -46,14 +48,26 @@ std::string CommandLine::defaultEndpoint()
 
 void CommandLine::takeCommands() { app_.add_flag("--exit-on-eof", exitsOnEof_, "End with standard input"); }
 
-std::optional<int> CommandLine::parse(int argc, char const* const* argv)
+void CommandLine::addCommonOptions()
 {
-    // Last, so that the help begins with the program's own.
+    if (hasCommonOptions_) {
+        return;
+    }
+    hasCommonOptions_ = true;
     app_.add_option("--log-level", logLevel_, "Log lines on standard error: none, error, warning, info or debug")
         ->type_name("LEVEL")
         ->transform(CLI::Validator(levelToSeverity, ""));
     app_.set_version_flag("--version", app_.get_name() + " " TRSMAN_VERSION, "Print the version and end");
     app_.set_help_flag("--help", "Print this help and end");
+}
+
+std::optional<int> CommandLine::parse(int argc, char const* const* argv)
+{
+    addCommonOptions();
+    if (argc == 2 && std::string_view(argv[1]) == "--man") { // for the build
+        std::fputs(manPage(app_, TRSMAN_VERSION).c_str(), stdout);
+        return 0;
+    }
     try {
         app_.parse(argc, argv);
     } catch (CLI::ParseError const& end) {

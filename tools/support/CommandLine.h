@@ -8,7 +8,8 @@
 
 namespace tools {
 
-// Adds --log-level, --help and --version to the options that a program adds itself.
+// Adds --log-level, --help and --version to the options that a program adds itself, and --man, which writes its manual
+// page.
 class CommandLine {
 public:
     static constexpr int wrongUsage = 2;
@@ -20,6 +21,8 @@ public:
     // Adds --exit-on-eof, for a program that takes commands from standard input.
     void takeCommands();
 
+    // Adds the options that all programs have, so that they come behind its own. parse() does when nobody did.
+    void addCommonOptions();
     // Reads the command line and sets the log level. The exit code, when the program is to end: 0 after --help and
     // --version, wrongUsage after saying what is wrong.
     std::optional<int> parse(int argc, char const* const* argv);
@@ -29,10 +32,12 @@ public:
     static std::string checkEndpoint(std::string const& text);
     // Where a simulated unit listens unless it is told otherwise.
     static std::string defaultEndpoint();
+    static constexpr char const* defaultEndpointText = "unix:trssim.sock in $XDG_RUNTIME_DIR, else in /tmp";
 
 private:
     CLI::App app_;
     int logLevel_;
+    bool hasCommonOptions_ = false;
     bool exitsOnEof_ = false;
 };
 

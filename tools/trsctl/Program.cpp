@@ -20,7 +20,8 @@ void addOptions(CLI::App& app, Program::Options& options)
 {
     static std::map<std::string, Format> const formats{
         {"text", Format::text}, {"json", Format::json}, {"table", Format::table}};
-    app.add_option("--unit", options.unit, "Where the unit serves (default: " + options.unit + ")")
+    app.add_option("--unit", options.unit,
+                   "Where the unit serves (default: " + std::string(tools::CommandLine::defaultEndpointText) + ")")
         ->envname("TRS_UNIT")
         ->type_name("ENDPOINT")
         ->check(CLI::Validator(tools::CommandLine::checkEndpoint, ""));
@@ -31,8 +32,8 @@ void addOptions(CLI::App& app, Program::Options& options)
     app.add_option("--wait", options.wait, "How long to wait for the object to be there, in seconds")
         ->type_name("S")
         ->check(CLI::Range(0.0, 3600.0).description(""));
-    app.add_option("--format", options.format, "text, json or table")
-        ->type_name("FORMAT")
+    app.add_option("--format", options.format, "How results are written")
+        ->type_name("text|json|table")
         ->transform(CLI::CheckedTransformer(formats).description(""));
     app.footer(exitCodes);
     app.require_subcommand(1);
@@ -67,6 +68,8 @@ Program::Program(Options defaults) : options_(std::move(defaults)), line_("trsct
     addNotificationVerbs(*this);
     addSnapshotVerbs(*this);
     addBenchVerb(*this);
+    addCompletionVerbs(*this);
+    line_.addCommonOptions();
 }
 
 CLI::App& Program::add(std::string const& name, std::string const& help, std::string const& example, Verb verb)

@@ -32,6 +32,7 @@ public:
     // Adds a verb; what it takes is added to the result. `example`: a command line without the program's name.
     CLI::App& add(std::string const& name, std::string const& help, std::string const& example, Verb verb);
     CLI::App const& options() { return line_.options(); }
+    Options const& shared() const { return options_; }
 
     // Runs the verb that the words, without the program's name, ask for. Its exit code.
     int run(std::vector<std::string> words);

@@ -7,5 +7,5 @@
 #include <string>
 #include <vector>
 
-// As "Class:identifier", in the order of the results.
+// As "Class:identifier", in the order of the results, which are those of a call that is done.
 std::vector<std::string> referencesIn(catalogue::Operation const& operation, catalogue::Value const& results);

@@ -8,4 +8,5 @@ void addCallVerbs(Program& program);         // get, set, call, walk
 void addTreeVerb(Program& program);          // tree
 void addNotificationVerbs(Program& program); // watch, wait
 void addSnapshotVerbs(Program& program);     // snapshot, diff
+void addCompletionVerbs(Program& program);   // completion
 void addBenchVerb(Program& program);         // bench

@@ -41,7 +41,7 @@ void addOptions(CLI::App& app, Options& options)
                                                                {"stepped", TimeSource::stepped}};
     app.add_option("--listen", options.endpoints,
                    "Where to serve: unix:PATH, tcp:HOST:PORT or tcp:PORT; may be given several times (default: " +
-                       tools::CommandLine::defaultEndpoint() + ")")
+                       std::string(tools::CommandLine::defaultEndpointText) + ")")
         ->type_name("ENDPOINT")
         ->allow_extra_args(false)
         ->check(CLI::Validator(tools::CommandLine::checkEndpoint, ""));

@@ -1,0 +1,118 @@
+// What is made of trsctl's table of options: manual pages and completion.
+#include "tests/tools/Trsctl.h"
+#include "tools/support/ManPage.h"
+#include "tools/trsctl/Completion.h"
+
+#include <filesystem>
+#include <fstream>
+
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsSupersetOf;
+using testing::Not;
+
+class TrsctlTable : public TrsctlTest {
+protected:
+    ~TrsctlTable() override { std::filesystem::remove(path + ".file"); }
+    std::vector<std::string> complete(std::vector<std::string> const& words)
+    {
+        Program::Options options;
+        options.unit = endpoint;
+        Program program(options);
+        return completions(program, words);
+    }
+    // Runs a program of the system with a file of this content as its last argument.
+    ChildProcess withFile(std::string const& name, Arguments arguments, std::string const& content) const
+    {
+        std::ofstream(path + ".file") << content;
+        arguments.push_back(path + ".file");
+        return ChildProcess("/usr/bin/" + name, arguments);
+    }
+};
+
+TEST_F(TrsctlTable, NoVerbAndNoOptionIsMissing)
+{
+    Program program({});
+    std::string const page = tools::manPage(program.options(), "1");
+    std::vector<std::string> const verbs = complete({""});
+    EXPECT_GT(verbs.size(), 12U);
+    for (CLI::App const* const verb : program.options().get_subcommands({})) {
+        if (verb->get_group().empty()) {
+            EXPECT_THAT(verbs, Not(Contains(verb->get_name())));
+            continue;
+        }
+        EXPECT_THAT(verbs, Contains(verb->get_name()));
+        std::string const heading = ".SS \"" + verb->get_name() + "\"";
+        ASSERT_THAT(page, HasSubstr(heading));
+        std::string const section = page.substr(page.find(heading), page.find(".SS", page.find(heading) + 1));
+        std::vector<std::string> const offered = complete({verb->get_name(), "--"});
+        EXPECT_THAT(offered, IsSupersetOf({"--unit", "--timeout", "--wait", "--format", "--log-level"}));
+        for (CLI::Option const* const option : verb->get_options()) {
+            if (option->nonpositional()) {
+                EXPECT_THAT(offered, Contains("--" + option->get_lnames().front()));
+            }
+            std::string name = option->get_name();
+            for (std::size_t at = 0; (at = name.find('-', at)) != std::string::npos; at += 2) {
+                name.replace(at, 1, "\\-");
+            }
+            EXPECT_THAT(section, HasSubstr("\\fB" + name + "\\fR")) << verb->get_name();
+        }
+    }
+}
+
+TEST_F(TrsctlTable, ManualPagesAreWellFormed)
+{
+    for (char const* const name : {"trsctl", "trssim", "trsadapter", "trswalk"}) {
+        ChildProcess made(program(name), {"--man"});
+        std::string const page = joined(made.readRest());
+        EXPECT_THAT(page, testing::StartsWith(".TH ")) << name;
+        ChildProcess lint = withFile("mandoc", {"-T", "lint", "-W", "error"}, page);
+        EXPECT_EQ(lint.waitForExit(), 0) << name << ": " << joined(lint.readRest());
+    }
+}
+
+TEST_F(TrsctlTable, CompletesWhatIsTyped)
+{
+    EXPECT_THAT(complete({"--format", ""}), ElementsAre("text", "json", "table"));
+    EXPECT_THAT(complete({"--format", "json", "sn"}), ElementsAre("snapshot"));
+    EXPECT_THAT(complete({"describe", "EthIfN"}), ElementsAre("EthIfNet"));
+    EXPECT_THAT(complete({"describe", "IfNet.getM"}), ElementsAre("IfNet.getMtu"));
+    EXPECT_THAT(complete({"get", "IpNode", "getMt"}), ElementsAre("getMtu"));
+    EXPECT_THAT(complete({"get", "Nothing:x", ""}), testing::IsEmpty());
+    EXPECT_THAT(complete({"completion", ""}), ElementsAre("bash", "zsh", "fish"));
+    EXPECT_THAT(complete({"get", "EthIfNet:"}), testing::IsEmpty()) << "there is no unit";
+    EXPECT_THAT(complete({"get", "Ip"}), ElementsAre("IpNode"));
+    Unit sim = unit();
+    EXPECT_THAT(complete({"get", "EthIfNet:"}), IsSupersetOf({"EthIfNet:IfNet/Transport", "EthIfNet:IfNet/Lmp"}));
+    EXPECT_THAT(complete({"get", "EthIfNet:IfNet/Transport", "getVlanI"}), Contains("getVlanId"));
+}
+
+TEST_F(TrsctlTable, ShellsComplete)
+{
+    Unit sim = unit();
+    std::string const programs = program("");
+    auto const completed = [&](std::string const& line) {
+        ChildProcess bash("/bin/bash", {"-c",
+                                        "PATH=" + programs + ":$PATH TRS_UNIT=" + endpoint +
+                                            "\nexport TRS_UNIT\n"
+                                            "eval \"$(trsctl completion bash)\"\nCOMP_LINE=$1 COMP_POINT=${#1}\n"
+                                            "_trsctl\nprintf '%s\\n' \"${COMPREPLY[@]}\"",
+                                        "bash", line});
+        EXPECT_EQ(bash.waitForExit(), 0);
+        return bash.readRest();
+    };
+    EXPECT_THAT(completed("trsctl sna"), ElementsAre("snapshot"));
+    EXPECT_THAT(completed("trsctl --format "), ElementsAre("text", "json", "table"));
+    EXPECT_THAT(completed("trsctl get EthIfNet:IfNet/L"), ElementsAre("IfNet/Lmp"))
+        << "bash has the part before the colon";
+    EXPECT_THAT(completed("trsctl get EthIfNet:IfNet/Lmp getVlanI"), Contains("getVlanId"));
+    for (auto const& [shell, check] : {std::pair{"zsh", "-n"}, std::pair{"fish", "--no-execute"}}) {
+        ChildProcess parsed = withFile(shell, {check}, output({"completion", shell}));
+        EXPECT_EQ(parsed.waitForExit(), 0) << shell << joined(parsed.readRest(ChildProcess::Stream::error));
+    }
+}
+
+} // namespace
