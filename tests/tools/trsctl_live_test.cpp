@@ -1,5 +1,6 @@
 // trsctl's verbs on what happens at a unit, on all that it tells, and on how fast it answers.
 #include "tests/tools/Trsctl.h"
+#include "tools/trsctl/Batch.h"
 #include "tools/trsctl/Predicate.h"
 
 #include <nlohmann/json.hpp>
@@ -173,6 +174,51 @@ TEST_F(TrsctlLive, ComparesSnapshots)
     }
     EXPECT_EQ(run({"snapshot", "-o", "/nowhere/x"}).code, 2);
     EXPECT_EQ(run({"snapshot", "IpNode:Nobody", "-o", path + ".b"}).code, 0) << "what it cannot tell is in it";
+}
+
+TEST(CommandLines, AreSplitAsAShellDoes)
+{
+    struct {
+        char const* line;
+        std::vector<std::string> words;
+        bool isGood = true;
+    } const cases[] = {
+        {"", {}},
+        {"  # nothing", {}},
+        {"get IpNode  mtu # more", {"get", "IpNode", "mtu"}},
+        {"a#b '#' \"x y\"z", {"a#b", "#", "x yz"}},
+        {R"(a\ b '\n' "\"\\n" '')", {"a b", R"(\n)", R"("\n)", ""}},
+        {R"([1,2] '{"a": "b"}')", {"[1,2]", R"({"a": "b"})"}},
+        {"'open", {}, false},
+        {"end\\", {}, false},
+    };
+    for (auto const& [line, expected, isGood] : cases) {
+        std::vector<std::string> words;
+        EXPECT_EQ(splitLine(line, words).empty(), isGood) << line;
+        if (isGood) {
+            EXPECT_EQ(words, expected) << line;
+        }
+    }
+}
+
+TEST_F(TrsctlLive, RunsManyLines)
+{
+    std::ofstream(path + ".a") << "# setup\nset IpNode mtu 1300\n\nget IpNode mtu --format json\nget IpNode nothing\n"
+                                  "set IpNode mtu 1200\n";
+    Result const stopped = run({"batch", path + ".a"});
+    EXPECT_EQ(stopped.code, 2);
+    EXPECT_EQ(stopped.output, "{\n  \"mtu\": 1300\n}\n");
+    EXPECT_THAT(stopped.error, HasSubstr(path + ".a:5: ended with exit code 2"));
+    EXPECT_EQ(output({"get", "IpNode", "mtu"}), "mtu 1300\n");
+    EXPECT_EQ(run({"batch", "--keep-going", path + ".a"}).code, 2);
+    EXPECT_EQ(output({"get", "IpNode", "mtu"}), "mtu 1200\n");
+
+    Running piped(endpoint, {"batch", "--format", "json"});
+    EXPECT_TRUE(piped.write("get IpNode mtu\n--unit unix:/nowhere get IpNode mtu\n"));
+    piped.closeInput();
+    EXPECT_EQ(piped.waitForExit(), 6) << "a line may ask another unit";
+    EXPECT_THAT(joined(piped.readRest()), HasSubstr("1200"));
+    EXPECT_EQ(run({"batch", "/nowhere"}).code, 2);
 }
 
 TEST_F(TrsctlLive, MeasuresCalls)

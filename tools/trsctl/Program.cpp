@@ -68,6 +68,7 @@ Program::Program(Options defaults) : options_(std::move(defaults)), line_("trsct
     addNotificationVerbs(*this);
     addSnapshotVerbs(*this);
     addBenchVerb(*this);
+    addBatchVerb(*this);
     addCompletionVerbs(*this);
     line_.addCommonOptions();
 }

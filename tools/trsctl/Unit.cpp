@@ -121,6 +121,11 @@ ExitCode Unit::connect(std::string const& text, Target& target) const
     }
     host::Broker::setDeadline(options_.timeout);
     host::Broker& broker = host::Broker::instance();
+    static std::string asked; // the unit of the last command line, when there are several
+    if (asked != options_.endpoint) {
+        broker.removePeers();
+        asked = options_.endpoint;
+    }
     if (std::string const why = broker.addPeer(options_.endpoint); !why.empty()) {
         std::fprintf(stderr, "%s\n", why.c_str());
         return ExitCode::usage;

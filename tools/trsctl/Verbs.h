@@ -9,4 +9,5 @@ void addTreeVerb(Program& program);          // tree
 void addNotificationVerbs(Program& program); // watch, wait
 void addSnapshotVerbs(Program& program);     // snapshot, diff
 void addCompletionVerbs(Program& program);   // completion
+void addBatchVerb(Program& program);         // batch
 void addBenchVerb(Program& program);         // bench

@@ -1,0 +1,103 @@
+// trsctl batch: many command lines, one after the other, over one connection.
+#include "tools/trsctl/Batch.h"
+
+#include "tools/trsctl/Program.h"
+#include "tools/trsctl/Verbs.h"
+
+#include <cstdio>
+#include <fstream>
+#include <iostream>
+#include <memory>
+
+namespace {
+
+struct Words {
+    std::string file = "-";
+    bool goesOn = false;
+};
+
+ExitCode runLines(std::istream& lines, std::string const& name, bool goesOn, Program::Options const& defaults)
+{
+    ExitCode first = ExitCode::good; // that was not good
+    unsigned long number = 0;
+    for (std::string line; std::getline(lines, line);) {
+        ++number;
+        std::vector<std::string> words;
+        std::string const wrong = splitLine(line, words);
+        if (wrong.empty() && words.empty()) {
+            continue;
+        }
+        auto const code = wrong.empty() ? static_cast<ExitCode>(Program(defaults).run(words)) : ExitCode::usage;
+        if (code != ExitCode::good) {
+            std::fprintf(stderr, "%s:%lu: %s\n", host::printable(name).c_str(), number,
+                         wrong.empty() ? ("ended with exit code " + std::to_string(static_cast<int>(code))).c_str()
+                                       : wrong.c_str());
+            first = first == ExitCode::good ? code : first;
+            if (!goesOn) {
+                break;
+            }
+        }
+    }
+    return first;
+}
+
+ExitCode batch(Words const& words, Program::Options const& options)
+{
+    if (words.file == "-") {
+        return runLines(std::cin, "standard input", words.goesOn, options);
+    }
+    std::ifstream file(words.file);
+    if (!file) {
+        std::fprintf(stderr, "'%s' cannot be read\n", host::printable(words.file).c_str());
+        return ExitCode::usage;
+    }
+    return runLines(file, words.file, words.goesOn, options);
+}
+
+} // namespace
+
+std::string splitLine(std::string_view line, std::vector<std::string>& words)
+{
+    bool isInWord = false;
+    char quote = 0;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        char const each = line[i];
+        bool const isBlank = each == ' ' || each == '\t' || each == '\r';
+        if (quote == 0 && ((each == '#' && !isInWord) || isBlank)) {
+            if (each == '#') {
+                break;
+            }
+            isInWord = false;
+            continue;
+        }
+        if (!isInWord) {
+            words.emplace_back();
+            isInWord = true;
+        }
+        if (each == quote) {
+            quote = 0;
+        } else if (quote == 0 && (each == '\'' || each == '"')) {
+            quote = each;
+        } else if (each == '\\' && quote != '\'') {
+            if (++i == line.size()) {
+                return "a backslash ends the line";
+            }
+            bool const isPlain = quote == '"' && line[i] != '"' && line[i] != '\\';
+            words.back() += (isPlain ? "\\" : "") + std::string(1, line[i]);
+        } else {
+            words.back() += each;
+        }
+    }
+    return quote == 0 ? "" : std::string("the quote ") + quote + " is not closed";
+}
+
+void addBatchVerb(Program& program)
+{
+    auto const words = std::make_shared<Words>();
+    CLI::App& app = program.add("batch", "Run the command lines of a file, one after the other", "batch setup.trsctl",
+                                [words](Program::Options const& options) { return batch(*words, options); });
+    app.add_option("FILE", words->file,
+                   "A command line a line, quoted as for a shell, # for comments; standard input unless said");
+    app.add_flag("--keep-going", words->goesOn,
+                 "Go on behind a line that fails; the exit code is that of the first one");
+}
