@@ -45,7 +45,7 @@ TEST_F(TrsctlTable, NoVerbAndNoOptionIsMissing)
             continue;
         }
         EXPECT_THAT(verbs, Contains(verb->get_name()));
-        std::string const heading = ".SS \"" + verb->get_name() + "\"";
+        std::string const heading = ".SS " + verb->get_name() + "\n";
         ASSERT_THAT(page, HasSubstr(heading));
         std::string const section = page.substr(page.find(heading), page.find(".SS", page.find(heading) + 1));
         std::vector<std::string> const offered = complete({verb->get_name(), "--"});

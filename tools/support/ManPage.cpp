@@ -65,7 +65,7 @@ void addVerbs(std::string& page, CLI::App const& program)
 {
     for (CLI::App const* const verb :
          program.get_subcommands([](CLI::App const* each) { return !each->get_group().empty(); })) {
-        page += ".SS \"" + roff(verb->get_name()) + "\"\n.B " + roff(verb->get_name()) + "\n" + synopsisOf(*verb) +
+        page += ".SS " + roff(verb->get_name()) + "\n.B " + roff(verb->get_name()) + "\n" + synopsisOf(*verb) +
                 "\n.PP\n" + roff(verb->get_description()) + ".\n";
         addOptions(page, *verb, true);
         addOptions(page, *verb, false);
@@ -79,9 +79,9 @@ void addVerbs(std::string& page, CLI::App const& program)
 
 std::string manPage(CLI::App const& program, std::string const& version)
 {
-    std::string const name = program.get_name();
+    std::string const& name = program.get_name();
     std::string const description = program.get_description();
-    std::string page = ".TH " + upper(name) + " 1 \"\" \"trsman " + version + "\"\n";
+    std::string page = ".TH " + upper(name) + R"( 1 "" "trsman )" + version + "\"\n";
     page += ".SH NAME\n" + name + " \\- " + roff(description.substr(0, description.find_first_of(".:\n"))) + '\n';
     page += ".SH SYNOPSIS\n.B " + name + "\n[\\fIOPTIONS\\fR]" +
             (program.get_subcommands({}).empty() ? "" : " \\fIVERB\\fR ...") + synopsisOf(program) + '\n';

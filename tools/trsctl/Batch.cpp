@@ -54,6 +54,16 @@ ExitCode batch(Words const& words, Program::Options const& options)
     return runLines(file, words.file, words.goesOn, options);
 }
 
+bool isBlank(char character) { return character == ' ' || character == '\t' || character == '\r'; }
+
+// What a backslash and a character stand for: in double quotes it stays before those that it does not keep from
+// anything.
+std::string escaped(char character, char quote)
+{
+    bool const isKept = quote == '"' && character != '"' && character != '\\';
+    return (isKept ? "\\" : "") + std::string(1, character);
+}
+
 } // namespace
 
 std::string splitLine(std::string_view line, std::vector<std::string>& words)
@@ -62,13 +72,12 @@ std::string splitLine(std::string_view line, std::vector<std::string>& words)
     char quote = 0;
     for (std::size_t i = 0; i < line.size(); ++i) {
         char const each = line[i];
-        bool const isBlank = each == ' ' || each == '\t' || each == '\r';
-        if (quote == 0 && ((each == '#' && !isInWord) || isBlank)) {
-            if (each == '#') {
-                break;
-            }
+        if (quote == 0 && isBlank(each)) {
             isInWord = false;
             continue;
+        }
+        if (!isInWord && each == '#') {
+            return {};
         }
         if (!isInWord) {
             words.emplace_back();
@@ -78,14 +87,12 @@ std::string splitLine(std::string_view line, std::vector<std::string>& words)
             quote = 0;
         } else if (quote == 0 && (each == '\'' || each == '"')) {
             quote = each;
-        } else if (each == '\\' && quote != '\'') {
-            if (++i == line.size()) {
-                return "a backslash ends the line";
-            }
-            bool const isPlain = quote == '"' && line[i] != '"' && line[i] != '\\';
-            words.back() += (isPlain ? "\\" : "") + std::string(1, line[i]);
-        } else {
+        } else if (each != '\\' || quote == '\'') {
             words.back() += each;
+        } else if (++i == line.size()) {
+            return "a backslash ends the line";
+        } else {
+            words.back() += escaped(line[i], quote);
         }
     }
     return quote == 0 ? "" : std::string("the quote ") + quote + " is not closed";

@@ -179,6 +179,19 @@ Typed read(CLI::App const& program, std::vector<std::string> const& words, Progr
     return typed;
 }
 
+std::vector<std::string> optionNames(std::vector<CLI::App const*> const& apps)
+{
+    std::vector<std::string> names;
+    for (CLI::App const* const app : apps) {
+        for (CLI::Option const* const option : app->get_options()) {
+            if (!option->get_group().empty() && option->nonpositional()) {
+                names.push_back("--" + option->get_lnames().front());
+            }
+        }
+    }
+    return names;
+}
+
 std::vector<std::string> candidates(Typed const& typed, std::string const& word, Program::Options const& options)
 {
     std::vector<std::string> found;
@@ -186,14 +199,7 @@ std::vector<std::string> candidates(Typed const& typed, std::string const& word,
         return choicesOf(*typed.open);
     }
     if (word.starts_with('-')) {
-        for (CLI::App const* const app : typed.apps) {
-            for (CLI::Option const* const option : app->get_options()) {
-                if (!option->get_group().empty() && option->nonpositional()) {
-                    found.push_back("--" + option->get_lnames().front());
-                }
-            }
-        }
-        return found;
+        return optionNames(typed.apps);
     }
     if (typed.apps.size() == 1) {
         for (CLI::App const* const verb : typed.apps.front()->get_subcommands({})) {

@@ -183,6 +183,12 @@ ExitCode load(Program::Options options, std::string const& source, Value& docume
     return isSnapshot ? ExitCode::good : complainOfFile(source, "is no snapshot");
 }
 
+std::string placeOf(std::string place, std::string const& path)
+{
+    (place += ' ') += path;
+    return place;
+}
+
 // By "object operation.path".
 std::map<std::string, std::string> leavesOf(Value const& document)
 {
@@ -190,7 +196,7 @@ std::map<std::string, std::string> leavesOf(Value const& document)
     for (auto const& [object, told] : document["objects"].items()) {
         leaves[object];
         catalogue::forEachLeaf(told, [&, &name = object](std::string const& path, std::string const& text) {
-            leaves[name + ' ' + path] = text;
+            leaves[placeOf(name, path)] = text;
         });
     }
     return leaves;

@@ -79,7 +79,7 @@ ConditionClient conditionOf(Unit& unit, std::string const& name, std::string& wr
     }
     Inventory::Entry const* const entry = unit.inventory().find(name.substr(name.find(':') + 1));
     if (entry != nullptr && entry->type->name == reflect::className<ConditionClient>) {
-        ConditionClient const any{TipprmiOID(entry->id)};
+        ConditionClient any{TipprmiOID(entry->id)};
         return any;
     }
     wrong = quoted(name) + " is no condition; conditions lists them";
