@@ -18,7 +18,7 @@ constexpr unsigned long usualDelay = 1000;
 constexpr long longestDelay = 3'600'000;
 constexpr long mostCalls = 1'000'000'000;
 
-std::string quoted(std::string_view text) { return '\'' + host::printable(std::string(text)) + '\''; }
+std::string inQuotes(std::string_view text) { return '\'' + host::printable(std::string(text)) + '\''; }
 
 std::optional<FaultKind> kindOf(std::string_view name)
 {
@@ -50,7 +50,7 @@ std::string FaultPlan::inject(Fault const& fault, unsigned long& number)
         for (std::string_view const name : names) {
             all += (all.empty() ? "" : ", ") + std::string(name);
         }
-        return quoted(fault.kind) + " is no kind of fault: " + all;
+        return inQuotes(fault.kind) + " is no kind of fault: " + all;
     }
     if (fault.perMille > certain || fault.delay > static_cast<unsigned long>(longestDelay)) {
         return "the probability is at most 1000 per mille, a delay at most 3600000 ms";
@@ -60,13 +60,13 @@ std::string FaultPlan::inject(Fault const& fault, unsigned long& number)
         std::size_t const dot = std::min(fault.operation.find('.'), fault.operation.size());
         catalogue::Class const* const type = catalogue::findClass(fault.operation.substr(0, dot));
         if (type == nullptr) {
-            return quoted(fault.operation.substr(0, dot)) + " is no class";
+            return inQuotes(fault.operation.substr(0, dot)) + " is no class";
         }
         rule.classId = type->id;
         if (dot != fault.operation.size()) {
             catalogue::Operation const* const operation = type->find(fault.operation.substr(dot + 1));
             if (operation == nullptr) {
-                return quoted(fault.operation.substr(dot + 1)) + " is no operation of " + std::string(type->name);
+                return inQuotes(fault.operation.substr(dot + 1)) + " is no operation of " + std::string(type->name);
             }
             rule.classId = operation->classId;
             rule.opIndex = operation->index;
@@ -149,12 +149,12 @@ std::string FaultPlan::parse(tools::Words const& words, Fault& fault)
         } else if (name == "object" && !value.empty()) {
             fault.object = value.substr(value.find(':') + 1); // the class need not be said
         } else if (number == numbers.end()) {
-            return quoted(words[i]) +
+            return inQuotes(words[i]) +
                    " is none of operation=CLASS[.OPERATION], object=OBJECT, call=N, count=N, per-mille=N and delay=MS";
         } else {
             long parsed = 0;
             if (!tools::parseNumber(value, number->least, number->most, parsed)) {
-                return quoted(words[i]) + ": '" + host::printable(value) + "' is no number from " +
+                return inQuotes(words[i]) + ": '" + host::printable(value) + "' is no number from " +
                        std::to_string(number->least) + " to " + std::to_string(number->most);
             }
             fault.*number->field = static_cast<unsigned long>(parsed);
