@@ -13,7 +13,7 @@ namespace {
 
 constinit std::atomic<int> boundMicroseconds = 50;
 // Threads of the process that wait awake. One processor is left for those that have something to do.
-constinit std::atomic<unsigned> waiting = 0;
+constinit std::atomic<unsigned> waitingThreads = 0;
 
 constexpr unsigned char fewMisses = 2;
 constexpr unsigned char mostMisses = 7;
@@ -47,8 +47,8 @@ bool BusyWait::begin()
         --skips_;
         return false;
     }
-    if (waiting.fetch_add(1, std::memory_order_relaxed) >= processors - 1) {
-        waiting.fetch_sub(1, std::memory_order_relaxed);
+    if (waitingThreads.fetch_add(1, std::memory_order_relaxed) >= processors - 1) {
+        waitingThreads.fetch_sub(1, std::memory_order_relaxed);
         return false;
     }
     return true;
@@ -56,7 +56,7 @@ bool BusyWait::begin()
 
 void BusyWait::finish(bool isOver)
 {
-    waiting.fetch_sub(1, std::memory_order_relaxed);
+    waitingThreads.fetch_sub(1, std::memory_order_relaxed);
     if (isOver) {
         misses_ = 0;
         return;

@@ -12,11 +12,10 @@
 namespace {
 
 using catalogue::Class;
-using catalogue::Operation;
 using catalogue::Type;
 using catalogue::Value;
 
-std::string line(Class const& each, Operation const& operation)
+std::string line(Class const& each, catalogue::Operation const& operation)
 {
     std::string parameters;
     for (catalogue::Parameter const& parameter : operation.parameters) {
@@ -56,7 +55,7 @@ TEST(RunTimeCatalogue, HasEveryOperationOfTheGoldenRecordWithItsParametersNamed)
         std::vector<std::string> const& golden = listed->second;
         ASSERT_TRUE(golden.size() == each->own.size() || each->own.empty()) << each->name;
         for (std::size_t i = 0; i < each->own.size(); ++i, ++count) {
-            Operation const& operation = each->own[i];
+            catalogue::Operation const& operation = each->own[i];
             EXPECT_EQ(line(*each, operation), comparable(golden[i]));
             EXPECT_EQ(operation.parameterNames().size(), operation.parameters.size()) << operation.name;
             EXPECT_FALSE(operation.comment().empty()) << each->name << ' ' << operation.name;
@@ -202,8 +201,8 @@ TEST(Constants, StandForTheirNumbers)
         EXPECT_EQ(value, number.is_null() ? written : number) << operation;
     }
 
-    Operation const& getFlags = *catalogue::findClass("IfNet")->find("getFlags");
-    auto const named = [](Operation const& operation, Value results) {
+    catalogue::Operation const& getFlags = *catalogue::findClass("IfNet")->find("getFlags");
+    auto const named = [](catalogue::Operation const& operation, Value results) {
         catalogue::nameConstants(operation, results);
         return results.begin().value();
     };

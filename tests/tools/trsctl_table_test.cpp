@@ -36,29 +36,31 @@ protected:
 TEST_F(TrsctlTable, NoVerbAndNoOptionIsMissing)
 {
     Program program({});
-    std::string const page = tools::manPage(program.options(), "1");
+    std::string const page = tools::manPage(program.table(), "1");
     std::vector<std::string> const verbs = complete({""});
     EXPECT_GT(verbs.size(), 12U);
-    for (CLI::App const* const verb : program.options().get_subcommands({})) {
-        if (verb->get_group().empty()) {
-            EXPECT_THAT(verbs, Not(Contains(verb->get_name())));
+    for (tools::Verb const& verb : program.table().verbs) {
+        if (verb.isHidden) {
+            EXPECT_THAT(verbs, Not(Contains(verb.name)));
             continue;
         }
-        EXPECT_THAT(verbs, Contains(verb->get_name()));
-        std::string const heading = ".SS " + verb->get_name() + "\n";
-        ASSERT_THAT(page, HasSubstr(heading));
-        std::string const section = page.substr(page.find(heading), page.find(".SS", page.find(heading) + 1));
-        std::vector<std::string> const offered = complete({verb->get_name(), "--"});
+        EXPECT_THAT(verbs, Contains(verb.name));
+        std::string const help = output({verb.name, "--help"});
+        std::size_t const begin = page.find(".SS " + verb.name + "\n");
+        ASSERT_NE(begin, std::string::npos) << verb.name;
+        std::string const section = page.substr(begin, page.find("\n.S", begin) - begin);
+        std::vector<std::string> const offered = complete({verb.name, "--"});
         EXPECT_THAT(offered, IsSupersetOf({"--unit", "--timeout", "--wait", "--format", "--log-level"}));
-        for (CLI::Option const* const option : verb->get_options()) {
-            if (option->nonpositional()) {
-                EXPECT_THAT(offered, Contains("--" + option->get_lnames().front()));
+        for (tools::Option const& option : verb.options) {
+            if (!option.isArgument()) {
+                EXPECT_THAT(offered, Contains(option.longName()));
             }
-            std::string name = option->get_name();
+            std::string name = option.name;
             for (std::size_t at = 0; (at = name.find('-', at)) != std::string::npos; at += 2) {
                 name.replace(at, 1, "\\-");
             }
-            EXPECT_THAT(section, HasSubstr("\\fB" + name + "\\fR")) << verb->get_name();
+            EXPECT_THAT(section, HasSubstr("\\fB" + name + "\\fR")) << verb.name;
+            EXPECT_THAT(help, HasSubstr(option.name)) << verb.name;
         }
     }
 }

@@ -56,7 +56,7 @@ TEST_F(Trsctl, TellsByItsExitCodeWhatCanBeDone)
         std::string error;
     } const cases[] = {
         {{}, 2, "subcommand"},
-        {{"sing"}, 2, "subcommand"},
+        {{"sing"}, 2, "sing"},
         {{"get", "IpNode"}, 2, "NAME is required"},
         {{"get", "IpNode", "mtu", "--format", "xml"}, 2, "xml"},
         {{"get", "Nonsense:x", "mtu"}, 2, "'Nonsense' is no class"},

@@ -20,7 +20,6 @@
 namespace {
 
 using catalogue::Class;
-using catalogue::Operation;
 using catalogue::Outcome;
 using catalogue::Type;
 using catalogue::Value;
@@ -52,7 +51,7 @@ protected:
             return 1;
         }
     }
-    static std::vector<Value> samples(Operation const& operation)
+    static std::vector<Value> samples(catalogue::Operation const& operation)
     {
         std::vector<Value> values;
         for (catalogue::Parameter const& parameter : operation.parameters) {
@@ -83,7 +82,7 @@ TEST_F(WholeUnit, AnswersEveryOperationOfEveryInterface)
             inventory.all(), [type](sim::Inventory::Entry const& each) { return sim::isA(*each.type, type->name); });
         ASSERT_NE(entry, inventory.all().end()) << type->name;
         TipprmiObjectClient const proxy{TipprmiOID(entry->id)};
-        for (Operation const& operation : type->own) {
+        for (catalogue::Operation const& operation : type->own) {
             Outcome const outcome = catalogue::call(proxy, operation, samples(operation));
             bool const isAnswered = outcome.kind == Outcome::Kind::done || outcome.kind == Outcome::Kind::refused;
             EXPECT_TRUE(isAnswered) << type->name << ' ' << operation.name << " of " << entry->id << ": "
@@ -101,8 +100,8 @@ TEST_F(WholeUnit, TellsWhatItWasTold)
     std::vector<sim::Inventory::Entry> const entries = inventory.all();
     for (auto const& [id, type, managed] : entries) {
         TipprmiObjectClient const proxy{TipprmiOID(id)};
-        for (Operation const* const setter : type->operations()) {
-            Operation const* const reader =
+        for (catalogue::Operation const* const setter : type->operations()) {
+            catalogue::Operation const* const reader =
                 setter->name.starts_with("set") ? type->find("get" + std::string(setter->name.substr(3))) : nullptr;
             if (reader == nullptr || setter->parameters.size() != 1 || reader->parameters.size() > 1 ||
                 (reader->parameters.size() == 1 && reader->parameters[0].isIn)) {
@@ -169,7 +168,7 @@ TEST_F(WholeUnit, KnowsItsObjectsAsTheyComeAndGo)
 TEST_F(WholeUnit, RefusesRequestsThatItCannotRead)
 {
     TipprmiObjectClient const proxy{TipprmiOID("Access/Ntp")};
-    Operation const& operation = *classOf("NtpAccess").find("setNtpEnabled");
+    catalogue::Operation const& operation = *classOf("NtpAccess").find("setNtpEnabled");
     TipprmiStream request(100);
     TipprmiStream reply(100);
     proxy.prepareRequestStream_(true, operation.classId, operation.index, request).marshall("xy", 2);

@@ -11,7 +11,7 @@ namespace catalogue {
 
 namespace {
 
-constexpr std::array all{
+constexpr std::array allClasses{
 #define CLASS(Name) &describe::described<Name>,
 #define CLASSES
 #include "tools/catalogue/Classes.inc"
@@ -118,19 +118,19 @@ std::vector<Operation const*> Class::operations() const
     return list;
 }
 
-std::span<Class const* const> classes() { return all; }
+std::span<Class const* const> classes() { return allClasses; }
 
 Class const* findClass(std::string_view name)
 {
     auto const* const found = std::ranges::find_if(
-        all, [name](Class const* candidate) { return candidate->name == name || candidate->interface == name; });
-    return found != all.end() ? *found : nullptr;
+        allClasses, [name](Class const* candidate) { return candidate->name == name || candidate->interface == name; });
+    return found != allClasses.end() ? *found : nullptr;
 }
 
 Class const* findClass(std::uint32_t id)
 {
-    auto const* const found = std::ranges::find(all, id, &Class::id);
-    return found != all.end() ? *found : nullptr;
+    auto const* const found = std::ranges::find(allClasses, id, &Class::id);
+    return found != allClasses.end() ? *found : nullptr;
 }
 
 } // namespace catalogue

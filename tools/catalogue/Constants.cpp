@@ -20,7 +20,7 @@ Value valueOf(bool value) { return value; }
 Value valueOf(std::integral auto value) { return std::int64_t{value}; }
 Value valueOf(std::string const& value) { return value; }
 
-std::vector<Constant> const& all()
+std::vector<Constant> const& allConstants()
 {
     static std::vector<Constant> const constants{
 #define CONSTANT(Class, Name) {#Class, #Name, valueOf(Class::Name)},
@@ -56,8 +56,8 @@ bool isInteger(Type const& type)
 Constant const* find(std::string_view className, std::string_view name)
 {
     auto const found = std::ranges::find_if(
-        all(), [&](Constant const& each) { return each.className == className && each.name == name; });
-    return found != all().end() ? &*found : nullptr;
+        allConstants(), [&](Constant const& each) { return each.className == className && each.name == name; });
+    return found != allConstants().end() ? &*found : nullptr;
 }
 
 // The class and its bases.
@@ -140,7 +140,7 @@ Family familyIn(std::string_view comment, std::vector<std::string_view> const& c
         std::size_t const scope = word.rfind("::");
         std::string_view const owner = scope == std::string_view::npos ? "" : word.substr(0, scope);
         word.remove_prefix(scope == std::string_view::npos ? 0 : scope + 2);
-        for (Constant const& each : all()) {
+        for (Constant const& each : allConstants()) {
             bool const isOwned =
                 owner.empty() ? std::ranges::find(classes, each.className) != classes.end() : each.className == owner;
             bool const isMeant =
@@ -230,7 +230,7 @@ std::optional<std::int64_t> limit(std::vector<std::string_view> const& classes, 
                                   char const* end)
 {
     for (std::string_view const className : classes) {
-        for (Constant const& each : all()) {
+        for (Constant const& each : allConstants()) {
             if (each.className == className && each.value.is_number() && each.name.ends_with(end) &&
                 squashed(each.name.substr(0, each.name.size() - std::string_view(end).size())) == what) {
                 return each.value.get<std::int64_t>();
@@ -253,7 +253,7 @@ std::vector<std::string_view> classesOf(Class const* type, Operation const& oper
 std::vector<Constant const*> constantsOf(Class const& type)
 {
     std::vector<Constant const*> own;
-    for (Constant const& each : all()) {
+    for (Constant const& each : allConstants()) {
         if (each.className == type.name) {
             own.push_back(&each);
         }

@@ -5,32 +5,156 @@
 #include "platform/host/Log.h"
 #include "tools/support/ManPage.h"
 
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
-#include <string_view>
 
 namespace tools {
 
 namespace {
 
-// Replaces the name of a level by the least important severity that it includes. Empty, or what is wrong with the name.
-std::string levelToSeverity(std::string& level)
+constexpr int longestTimeout = 600000;
+
+// Takes the name of a level as the least important severity that it includes.
+std::string takeLevel(std::string const& level, int& severity)
 {
-    static std::map<std::string_view, char const*> const severities{
-        {"none", "0"}, {"error", "3"}, {"warning", "4"}, {"info", "6"}, {"debug", "7"}};
-    auto const found = severities.find(level);
-    if (found == severities.end()) {
-        return "'" + host::printable(level) + "' is none of none, error, warning, info and debug";
-    }
-    level = found->second;
+    static std::map<std::string_view, int> const severities{
+        {"none", 0}, {"error", 3}, {"warning", 4}, {"info", 6}, {"debug", 7}};
+    severity = severities.at(level);
     return {};
+}
+
+// CLI11 takes a word in brackets for a list of its own, whose brackets it drops. A JSON array stays a word with a blank
+// behind it, which is taken away again.
+void guard(std::string& word) { word += word.starts_with('[') ? " " : ""; }
+
+std::string unguard(std::string& word)
+{
+    if (word.starts_with('[')) {
+        word.pop_back();
+    }
+    return {};
+}
+
+// Whether a text is a number within a range, ends included. Empty, or what is wrong with it.
+std::string checkRange(std::string const& text, std::pair<double, double> range)
+{
+    double number = 0;
+    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error == std::errc() && end == text.data() + text.size() && number >= range.first && number <= range.second) {
+        return {};
+    }
+    std::array<char, 128> limits{};
+    std::snprintf(limits.data(), limits.size(), "a number from %.12g to %.12g", range.first, range.second);
+    return "'" + host::printable(text) + "' is not " + limits.data();
+}
+
+// Has CLI11 put an option's value where it belongs.
+struct Adder {
+    CLI::App& app;
+    Option const& option;
+
+    CLI::Option* operator()(std::monostate /*unused*/) const
+    {
+        return option.name == "--help"
+                   ? app.set_help_flag(option.name, option.help)
+                   : app.set_version_flag(option.name, app.get_name() + " " TRSMAN_VERSION, option.help);
+    }
+    CLI::Option* operator()(bool* target) const { return app.add_flag(option.name, *target, option.help); }
+    CLI::Option* operator()(Option::Take const& take) const
+    {
+        return app.add_option_function<std::string>(
+            option.name,
+            [name = option.name, take](std::string const& value) {
+                if (std::string const wrong = take(value); !wrong.empty()) {
+                    throw CLI::ValidationError(name, wrong);
+                }
+            },
+            option.help);
+    }
+    CLI::Option* operator()(std::vector<std::string>* target) const
+    {
+        CLI::Option* const added = app.add_option(option.name, *target, option.help);
+        added->transform(CLI::Validator(unguard, ""));
+        return option.isArgument() ? added : added->allow_extra_args(false);
+    }
+    CLI::Option* operator()(std::string* target) const
+    {
+        return app.add_option(option.name, *target, option.help)->transform(CLI::Validator(unguard, ""));
+    }
+    template <class Number>
+    CLI::Option* operator()(Number* target) const
+    {
+        return app.add_option(option.name, *target, option.help);
+    }
+};
+
+void addTo(CLI::App& app, Option const& option)
+{
+    CLI::Option* const added = std::visit(Adder{app, option}, option.target);
+    added->required(option.isRequired);
+    if (option.takesValue() && (!option.isArgument() || !option.choices.empty())) {
+        added->type_name(option.valueName());
+    }
+    if (option.count > 0) {
+        added->expected(option.count);
+    }
+    if (!option.choices.empty()) {
+        added->check(CLI::IsMember(option.choices).description(""));
+    }
+    if (option.range) {
+        added->check(
+            CLI::Validator([range = *option.range](std::string const& text) { return checkRange(text, range); }, ""));
+    }
+    if (option.check) {
+        added->check(CLI::Validator([check = option.check](std::string const& text) { return check(text); }, ""));
+    }
+    if (!option.environment.empty()) {
+        added->envname(option.environment);
+    }
+    if (option.showsDefault) {
+        added->default_str(option.shownDefault());
+    }
+}
+
+// What the help says under the options.
+std::string footerOf(OptionTable const& table)
+{
+    return table.exitCodes.empty() ? std::string() : "Exit codes: " + table.exitCodes;
+}
+
+void addTo(CLI::App& app, OptionTable const& table)
+{
+    for (Option const& option : table.options) {
+        addTo(app, option);
+    }
+    for (Verb const& verb : table.verbs) {
+        CLI::App& added = *app.add_subcommand(verb.name, verb.help);
+        added.fallthrough(); // the program's own options may also follow
+        added.group(verb.isHidden ? "" : "Subcommands");
+        if (!verb.example.empty()) {
+            added.footer("Example: " + table.program + " " + verb.example);
+        }
+        if (verb.chosen) {
+            added.final_callback(verb.chosen);
+        }
+        for (Option const& option : verb.options) {
+            addTo(added, option);
+        }
+    }
+    app.require_subcommand(table.needsVerb ? 1 : 0, 1);
+    app.footer(footerOf(table));
 }
 
 } // namespace
 
-CommandLine::CommandLine(std::string const& program, std::string const& description, int logLevel)
-    : app_(description, program), logLevel_(logLevel)
+CommandLine::CommandLine(std::string program, std::string description, int logLevel)
+    : table_{.program = std::move(program), .description = std::move(description)}, logLevel_(logLevel)
 {
 }
 
@@ -46,7 +170,30 @@ std::string CommandLine::defaultEndpoint()
     return std::string("unix:") + (directory != nullptr && *directory != '\0' ? directory : "/tmp") + "/trssim.sock";
 }
 
-void CommandLine::takeCommands() { app_.add_flag("--exit-on-eof", exitsOnEof_, "End with standard input"); }
+Option CommandLine::unitOption(std::string& unit)
+{
+    return {.name = "--unit",
+            .target = &unit,
+            .help = "Where the unit serves (default: " + std::string(defaultEndpointText) + ")",
+            .type = "ENDPOINT",
+            .check = checkEndpoint,
+            .environment = "TRS_UNIT"};
+}
+
+Option CommandLine::timeoutOption(int& milliseconds)
+{
+    return {.name = "--timeout",
+            .target = &milliseconds,
+            .help = "How long a call may take, in milliseconds",
+            .type = "MS",
+            .range = {{1, longestTimeout}},
+            .showsDefault = true};
+}
+
+void CommandLine::takeCommands()
+{
+    add({.name = "--exit-on-eof", .target = &exitsOnEof_, .help = "End with standard input"});
+}
 
 void CommandLine::addCommonOptions()
 {
@@ -54,24 +201,40 @@ void CommandLine::addCommonOptions()
         return;
     }
     hasCommonOptions_ = true;
-    app_.add_option("--log-level", logLevel_, "Log lines on standard error: none, error, warning, info or debug")
-        ->type_name("LEVEL")
-        ->transform(CLI::Validator(levelToSeverity, ""));
-    app_.set_version_flag("--version", app_.get_name() + " " TRSMAN_VERSION, "Print the version and end");
-    app_.set_help_flag("--help", "Print this help and end");
+    add({.name = "--log-level",
+         .target = [this](std::string const& level) { return takeLevel(level, logLevel_); },
+         .help = "The least important log lines on standard error",
+         .choices = {"none", "error", "warning", "info", "debug"}});
+    add({.name = "--version", .help = "Print the version and end"});
+    add({.name = "--help", .help = "Print this help and end"});
 }
 
-std::optional<int> CommandLine::parse(int argc, char const* const* argv)
+std::optional<int> CommandLine::parse(std::vector<std::string> words)
 {
     addCommonOptions();
-    if (argc == 2 && std::string_view(argv[1]) == "--man") { // for the build
-        std::fputs(manPage(app_, TRSMAN_VERSION).c_str(), stdout);
+    if (words.size() == 1 && words.front() == "--man") { // for the build
+        std::fputs(manPage(table_, TRSMAN_VERSION).c_str(), stdout);
         return 0;
     }
+    for (std::string& word : words) {
+        guard(word);
+    }
+    std::reverse(words.begin(), words.end()); // as CLI11 takes them
+    CLI::App app(table_.description, table_.program);
     try {
-        app_.parse(argc, argv);
+        addTo(app, table_);
+        app.parse(std::move(words));
+    } catch (CLI::RequiredError const& end) {
+        std::vector<std::string> const unknown =
+            app.get_subcommands().empty() ? app.remaining() : std::vector<std::string>();
+        if (unknown.empty()) {
+            return app.exit(end), wrongUsage;
+        }
+        std::fprintf(stderr, "'%s' is no verb of %s; --help lists them\n", host::printable(unknown.front()).c_str(),
+                     table_.program.c_str());
+        return wrongUsage;
     } catch (CLI::ParseError const& end) {
-        return app_.exit(end) == 0 ? 0 : wrongUsage;
+        return app.exit(end) == 0 ? 0 : wrongUsage;
     }
     host::setLogLevel(logLevel_);
     return std::nullopt;

@@ -1,10 +1,11 @@
 // The command line of a program, with the options that all programs have.
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include "tools/support/OptionTable.h"
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace tools {
 
@@ -15,17 +16,21 @@ public:
     static constexpr int wrongUsage = 2;
 
     // `logLevel`: the severity of the least important lines that are logged unless --log-level says otherwise.
-    CommandLine(std::string const& program, std::string const& description, int logLevel);
+    CommandLine(std::string program, std::string description, int logLevel);
+    CommandLine(CommandLine const&) = delete;
+    CommandLine& operator=(CommandLine const&) = delete;
 
-    CLI::App& options() { return app_; }
+    OptionTable& table() { return table_; }
+    void add(Option option) { table_.options.push_back(std::move(option)); }
     // Adds --exit-on-eof, for a program that takes commands from standard input.
     void takeCommands();
-
     // Adds the options that all programs have, so that they come behind its own. parse() does when nobody did.
     void addCommonOptions();
+
     // Reads the command line and sets the log level. The exit code, when the program is to end: 0 after --help and
     // --version, wrongUsage after saying what is wrong.
-    std::optional<int> parse(int argc, char const* const* argv);
+    std::optional<int> parse(std::vector<std::string> words);
+    std::optional<int> parse(int argc, char** argv) { return parse({argv + 1, argv + argc}); }
     bool exitsOnEof() const { return exitsOnEof_; }
 
     // Whether the text is an endpoint, as the check of an option: empty, or what is wrong with it.
@@ -33,9 +38,12 @@ public:
     // Where a simulated unit listens unless it is told otherwise.
     static std::string defaultEndpoint();
     static constexpr char const* defaultEndpointText = "unix:trssim.sock in $XDG_RUNTIME_DIR, else in /tmp";
+    // --unit and --timeout, of the programs that call a unit.
+    static Option unitOption(std::string& unit);
+    static Option timeoutOption(int& milliseconds);
 
 private:
-    CLI::App app_;
+    OptionTable table_;
     int logLevel_;
     bool hasCommonOptions_ = false;
     bool exitsOnEof_ = false;

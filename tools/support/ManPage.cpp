@@ -1,5 +1,7 @@
 #include "tools/support/ManPage.h"
 
+#include <cctype>
+
 namespace tools {
 
 namespace {
@@ -27,73 +29,88 @@ std::string upper(std::string text)
     return text;
 }
 
-bool isShown(CLI::Option const& option) { return !option.get_group().empty(); }
-
-// "--format TEXT", or a positional's name.
-std::string usageOf(CLI::Option const& option)
+// "--format TEXT", or an argument's name.
+std::string usageOf(Option const& option)
 {
-    std::string text = "\\fB" + roff(option.get_name()) + "\\fR";
-    if (option.nonpositional() && !option.get_type_name().empty()) {
-        text += " \\fI" + roff(option.get_type_name()) + "\\fR";
+    std::string text = "\\fB" + roff(option.name) + "\\fR";
+    if (!option.isArgument() && option.takesValue()) {
+        text += " \\fI" + roff(option.valueName()) + "\\fR";
     }
     return text;
 }
 
-void addOptions(std::string& page, CLI::App const& app, bool arePositional)
+void addOptions(std::string& page, std::vector<Option> const& options, bool areArguments)
 {
-    for (CLI::Option const* const option : app.get_options()) {
-        if (isShown(*option) && option->get_positional() == arePositional) {
-            page += ".TP\n" + usageOf(*option) + '\n' + roff(option->get_description()) + '\n';
+    for (Option const& option : options) {
+        if (option.isArgument() == areArguments) {
+            std::string const shown = option.shownDefault();
+            page += ".TP\n" + usageOf(option) + '\n' + roff(option.help) +
+                    (shown.empty() ? "" : roff(" (default: " + shown + ")")) + '\n';
         }
     }
 }
 
-std::string synopsisOf(CLI::App const& app)
+std::string argumentsOf(std::vector<Option> const& options)
 {
     std::string text;
-    for (CLI::Option const* const option : app.get_options()) {
-        if (isShown(*option) && option->get_positional()) {
-            std::string const name = "\\fI" + roff(option->get_name()) + "\\fR";
-            text += ' ' + (option->get_required() ? name : '[' + name + ']');
-            text += option->get_items_expected_max() > 1 ? "..." : "";
+    for (Option const& option : options) {
+        if (option.isArgument()) {
+            std::string const name = "\\fI" + roff(option.name) + "\\fR";
+            text += ' ' + (option.isRequired ? name : '[' + name + ']') +
+                    (option.takesSeveral() && option.count != 1 ? "..." : "");
         }
     }
     return text;
 }
 
-void addVerbs(std::string& page, CLI::App const& program)
+void addVerb(std::string& page, Verb const& verb, std::string const& program)
 {
-    for (CLI::App const* const verb :
-         program.get_subcommands([](CLI::App const* each) { return !each->get_group().empty(); })) {
-        page += ".SS " + roff(verb->get_name()) + "\n.B " + roff(verb->get_name()) + "\n" + synopsisOf(*verb) +
-                "\n.PP\n" + roff(verb->get_description()) + ".\n";
-        addOptions(page, *verb, true);
-        addOptions(page, *verb, false);
-        if (!verb->get_footer().empty()) {
-            page += ".PP\n" + roff(verb->get_footer()) + '\n';
+    page += ".SS " + roff(verb.name) + "\n.B " + roff(verb.name) + "\n" + argumentsOf(verb.options) + "\n.PP\n" +
+            roff(verb.help) + ".\n";
+    addOptions(page, verb.options, true);
+    addOptions(page, verb.options, false);
+    if (!verb.example.empty()) {
+        page += ".PP\nExample: " + roff(program + ' ' + verb.example) + '\n';
+    }
+}
+
+// What variables stand for which options.
+void addEnvironment(std::string& page, std::vector<Option> const& options)
+{
+    std::string variables;
+    for (Option const& option : options) {
+        if (!option.environment.empty()) {
+            variables += ".TP\n\\fB" + option.environment + "\\fR\nUsed when " + usageOf(option) + " is not given.\n";
         }
     }
+    page += variables.empty() ? "" : ".SH ENVIRONMENT\n" + variables;
 }
 
 } // namespace
 
-std::string manPage(CLI::App const& program, std::string const& version)
+std::string manPage(OptionTable const& table, std::string const& version)
 {
-    std::string const& name = program.get_name();
-    std::string const description = program.get_description();
-    std::string page = ".TH " + upper(name) + R"( 1 "" "trsman )" + version + "\"\n";
-    page += ".SH NAME\n" + name + " \\- " + roff(description.substr(0, description.find_first_of(".:\n"))) + '\n';
-    page += ".SH SYNOPSIS\n.B " + name + "\n[\\fIOPTIONS\\fR]" +
-            (program.get_subcommands({}).empty() ? "" : " \\fIVERB\\fR ...") + synopsisOf(program) + '\n';
+    std::string const& description = table.description;
+    std::string page = ".TH " + upper(table.program) + R"( 1 "" "trsman )" + version + "\"\n";
+    page +=
+        ".SH NAME\n" + table.program + " \\- " + roff(description.substr(0, description.find_first_of(".:\n"))) + '\n';
+    page += ".SH SYNOPSIS\n.B " + table.program + "\n[\\fIOPTIONS\\fR]" +
+            (table.verbs.empty() ? ""
+             : table.needsVerb   ? " \\fIVERB\\fR ..."
+                                 : " [\\fIVERB\\fR ...]") +
+            argumentsOf(table.options) + '\n';
     page += ".SH DESCRIPTION\n" + roff(description) + "\n.SH OPTIONS\n";
-    addOptions(page, program, true);
-    addOptions(page, program, false);
-    if (!program.get_subcommands({}).empty()) {
-        page += ".SH VERBS\n";
-        addVerbs(page, program);
+    addOptions(page, table.options, true);
+    addOptions(page, table.options, false);
+    page += table.verbs.empty() ? "" : ".SH VERBS\n";
+    for (Verb const& verb : table.verbs) {
+        if (!verb.isHidden) {
+            addVerb(page, verb, table.program);
+        }
     }
-    if (!program.get_footer().empty()) {
-        page += ".SH NOTES\n" + roff(program.get_footer()) + '\n';
+    addEnvironment(page, table.options);
+    if (!table.exitCodes.empty()) {
+        page += ".SH EXIT STATUS\n" + roff(table.exitCodes) + '\n';
     }
     return page;
 }

@@ -1,13 +1,13 @@
 // Manual pages, made of what `--help` is made of.
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include "tools/support/OptionTable.h"
 
 #include <string>
 
 namespace tools {
 
 // The page of a program in section 1, in roff with the man macros: its options, and those of its verbs.
-std::string manPage(CLI::App const& program, std::string const& version);
+std::string manPage(OptionTable const& table, std::string const& version);
 
 } // namespace tools

@@ -24,7 +24,7 @@ constexpr char const* serveDescription =
     "Also answers site management clients, which POST their messages by HTTP, until SIGTERM or `quit`.";
 
 constexpr int hasFailed = 1;
-constexpr int longestTimeout = 600000;
+constexpr int longestRequestTimeout = 600000;
 constexpr std::chrono::milliseconds lookInterval{2000};
 
 struct Options {
@@ -55,59 +55,69 @@ std::string checkListen(std::string const& text)
                : "'" + host::printable(text) + "' is neither ADDRESS:PORT nor PORT";
 }
 
-void addServe(CLI::App& program, Options& options)
+tools::Verb serveVerb(Options& options)
 {
-    CLI::App& serve = *program.add_subcommand("serve", serveDescription);
-    serve.fallthrough(); // the program's own options may also follow
-    serve
-        .add_option("--credentials", options.service.credentials,
-                    "File of users and hashes, NAME:HASH a line, mode 0600")
-        ->type_name("FILE")
-        ->required();
-    serve
-        .add_option("--listen", options.listen,
-                    "Where to listen, as ADDRESS:PORT or PORT on the loopback address; 0 lets the system choose\n"
-                    "(default: as the site configuration says, on the loopback address unless that names one)")
-        ->type_name("PLACE")
-        ->check(CLI::Validator(checkListen, ""));
-    serve.add_option("--log-dir", options.service.logDirectory, "Directory of the compressed log")
-        ->type_name("DIRECTORY")
-        ->default_str(ZYN_OSServices::getRuemLogfilePath());
-    serve.add_option("--log-size", options.logFileSize, "When a log file is full, in MiB before compression")
-        ->type_name("MIB")
-        ->capture_default_str()
-        ->check(CLI::Range(1, 1024).description(""));
-    serve.add_option("--session-timeout", options.sessionTimeout, "When a silent session ends, in seconds")
-        ->type_name("S")
-        ->capture_default_str()
-        ->check(CLI::Range(1, 86400).description(""));
-    serve
-        .add_option("--request-timeout", options.requestTimeout, "How long a request may take to come, in milliseconds")
-        ->type_name("MS")
-        ->capture_default_str()
-        ->check(CLI::Range(1, longestTimeout).description(""));
-    serve.add_option("--max-body", options.service.bounds.body, "How large a message may be, in bytes")
-        ->type_name("BYTES")
-        ->capture_default_str()
-        ->check(CLI::Range(std::size_t{1}, ZYN_XmlParser::DOCUMENT_SIZE_MAX).description(""));
-    serve.final_callback([&options] { options.serves = true; });
+    return {
+        .name = "serve",
+        .help = serveDescription,
+        .options =
+            {
+                {.name = "--credentials",
+                 .target = &options.service.credentials,
+                 .help = "File of users and hashes, NAME:HASH a line, mode 0600",
+                 .type = "FILE",
+                 .isRequired = true},
+                {.name = "--listen",
+                 .target = &options.listen,
+                 .help = "Where to listen, as ADDRESS:PORT or PORT on the loopback address; 0 lets the system choose\n"
+                         "(default: as the site configuration says, on the loopback address unless that names one)",
+                 .type = "PLACE",
+                 .check = checkListen},
+                {.name = "--log-dir",
+                 .target = &options.service.logDirectory,
+                 .help = "Directory of the compressed log",
+                 .type = "DIRECTORY",
+                 .showsDefault = true},
+                {.name = "--log-size",
+                 .target = &options.logFileSize,
+                 .help = "When a log file is full, in MiB before compression",
+                 .type = "MIB",
+                 .range = {{1, 1024}},
+                 .showsDefault = true},
+                {.name = "--session-timeout",
+                 .target = &options.sessionTimeout,
+                 .help = "When a silent session ends, in seconds",
+                 .type = "S",
+                 .range = {{1, 86400}},
+                 .showsDefault = true},
+                {.name = "--request-timeout",
+                 .target = &options.requestTimeout,
+                 .help = "How long a request may take to come, in milliseconds",
+                 .type = "MS",
+                 .range = {{1, longestRequestTimeout}},
+                 .showsDefault = true},
+                {.name = "--max-body",
+                 .target = &options.service.bounds.body,
+                 .help = "How large a message may be, in bytes",
+                 .type = "BYTES",
+                 .range = {{1, ZYN_XmlParser::DOCUMENT_SIZE_MAX}},
+                 .showsDefault = true},
+            },
+        .chosen = [&options] { options.serves = true; }};
 }
 
-void addOptions(CLI::App& program, Options& options)
+void addOptions(tools::CommandLine& line, Options& options)
 {
-    program.add_option("--unit", options.unit, "Where the unit serves (default: " + options.unit + ")")
-        ->envname("TRS_UNIT")
-        ->type_name("ENDPOINT")
-        ->check(CLI::Validator(tools::CommandLine::checkEndpoint, ""));
-    program.add_option("--alarm", options.alarm, "Send this alarm at the start")
-        ->type_name("TYPE,STATE")
-        ->check(CLI::Validator(checkAlarm, ""));
-    program.add_flag("--once", options.once, "End after the start: 0 when all of it succeeded, else 1");
-    program.add_option("--timeout", options.timeout, "How long a call may take, in milliseconds")
-        ->type_name("MS")
-        ->capture_default_str()
-        ->check(CLI::Range(1, longestTimeout).description(""));
-    addServe(program, options);
+    line.add(tools::CommandLine::unitOption(options.unit));
+    line.add({.name = "--alarm",
+              .target = &options.alarm,
+              .help = "Send this alarm at the start",
+              .type = "TYPE,STATE",
+              .check = checkAlarm});
+    line.add(
+        {.name = "--once", .target = &options.once, .help = "End after the start: 0 when all of it succeeded, else 1"});
+    line.add(tools::CommandLine::timeoutOption(options.timeout));
+    line.table().verbs.push_back(serveVerb(options));
 }
 
 void addCommands(tools::Console& console, Adapter& adapter)
@@ -206,13 +216,12 @@ int serve(Options const& options, tools::Console& console, bool endsWithInput)
 
 } // namespace
 
-// CLI11 throws when the options of a program contradict each other, which would be a fault of this file.
-int main(int argc, char** argv) // NOLINT(bugprone-exception-escape)
+int main(int argc, char** argv)
 {
     Options options;
     options.service.logDirectory = ZYN_OSServices::getRuemLogfilePath();
     tools::CommandLine line("trsadapter", description, 6);
-    addOptions(line.options(), options);
+    addOptions(line, options);
     line.takeCommands();
     if (std::optional<int> const code = line.parse(argc, argv)) {
         return *code;

@@ -11,7 +11,9 @@
 
 namespace {
 
-struct Words {
+constexpr int mostNested = 16;
+
+struct BatchWords {
     std::string file = "-";
     bool goesOn = false;
 };
@@ -41,7 +43,7 @@ ExitCode runLines(std::istream& lines, std::string const& name, bool goesOn, Pro
     return first;
 }
 
-ExitCode batch(Words const& words, Program::Options const& options)
+ExitCode runFile(BatchWords const& words, Program::Options const& options)
 {
     if (words.file == "-") {
         return runLines(std::cin, "standard input", words.goesOn, options);
@@ -54,13 +56,28 @@ ExitCode batch(Words const& words, Program::Options const& options)
     return runLines(file, words.file, words.goesOn, options);
 }
 
+// A batch may hold batches, but not without end.
+ExitCode batch(BatchWords const& words, Program::Options const& options)
+{
+    static int nested = 0;
+    if (nested == mostNested) {
+        std::fprintf(stderr, "'%s': batches are nested more than %d deep\n", host::printable(words.file).c_str(),
+                     mostNested);
+        return ExitCode::usage;
+    }
+    ++nested;
+    ExitCode const code = runFile(words, options);
+    --nested;
+    return code;
+}
+
 bool isBlank(char character) { return character == ' ' || character == '\t' || character == '\r'; }
 
 // What a backslash and a character stand for: in double quotes it stays before those that it does not keep from
 // anything.
 std::string escaped(char character, char quote)
 {
-    bool const isKept = quote == '"' && character != '"' && character != '\\';
+    bool const isKept = quote == '"' && std::string_view("\"\\$`").find(character) == std::string_view::npos;
     return (isKept ? "\\" : "") + std::string(1, character);
 }
 
@@ -100,11 +117,19 @@ std::string splitLine(std::string_view line, std::vector<std::string>& words)
 
 void addBatchVerb(Program& program)
 {
-    auto const words = std::make_shared<Words>();
-    CLI::App& app = program.add("batch", "Run the command lines of a file, one after the other", "batch setup.trsctl",
-                                [words](Program::Options const& options) { return batch(*words, options); });
-    app.add_option("FILE", words->file,
-                   "A command line a line, quoted as for a shell, # for comments; standard input unless said");
-    app.add_flag("--keep-going", words->goesOn,
-                 "Go on behind a line that fails; the exit code is that of the first one");
+    auto const words = std::make_shared<BatchWords>();
+    program.add({.name = "batch",
+                 .help = "Run the command lines of a file, one after the other",
+                 .example = "batch setup.trsctl",
+                 .options =
+                     {
+                         {.name = "FILE",
+                          .target = &words->file,
+                          .help = "A command line a line, quoted as for a shell, # for comments; standard input unless "
+                                  "said"},
+                         {.name = "--keep-going",
+                          .target = &words->goesOn,
+                          .help = "Go on behind a line that fails; the exit code is that of the first one"},
+                     }},
+                [words](Program::Options const& options) { return batch(*words, options); });
 }

@@ -12,7 +12,6 @@
 
 namespace {
 
-using catalogue::Operation;
 using catalogue::Outcome;
 using catalogue::Value;
 using Clock = std::chrono::steady_clock;
@@ -21,7 +20,7 @@ constexpr unsigned long mostCalls = 10'000'000;
 constexpr unsigned mostThreads = 256;
 constexpr std::chrono::milliseconds lookInterval{50};
 
-struct Words {
+struct BenchWords {
     std::string object;
     std::string operation;
     std::vector<std::string> arguments;
@@ -34,7 +33,8 @@ struct Words {
 // What all threads do together.
 class Load {
 public:
-    Load(Words const& words, TipprmiObjectClient const& object, Operation const& operation, std::vector<Value> in)
+    Load(BenchWords const& words, TipprmiObjectClient const& object, catalogue::Operation const& operation,
+         std::vector<Value> in)
         : words_(words), object_(object), operation_(operation), in_(std::move(in)), begin_(Clock::now())
     {
     }
@@ -104,9 +104,9 @@ private:
         return words_.seconds > 0 && Clock::now() - begin_ > std::chrono::duration<double>(words_.seconds);
     }
 
-    Words const& words_;
+    BenchWords const& words_;
     TipprmiObjectClient const object_;
-    Operation const& operation_;
+    catalogue::Operation const& operation_;
     std::vector<Value> const in_;
     Clock::time_point const begin_;
     std::atomic<unsigned long> begun_ = 0;
@@ -116,13 +116,13 @@ private:
     std::atomic<unsigned> ended_ = 0;
 };
 
-ExitCode bench(Unit const& unit, Words const& words)
+ExitCode bench(Unit const& unit, BenchWords const& words)
 {
     Unit::Target target;
     if (ExitCode const code = unit.connect(words.object, target); code != ExitCode::good) {
         return code;
     }
-    Operation const* const operation = Unit::findOperation(target, words.operation);
+    catalogue::Operation const* const operation = Unit::findOperation(target, words.operation);
     std::vector<Value> in;
     if (operation == nullptr) {
         return ExitCode::usage;
@@ -158,24 +158,40 @@ ExitCode bench(Unit const& unit, Words const& words)
 
 void addBenchVerb(Program& program)
 {
-    auto const words = std::make_shared<Words>();
-    CLI::App& app = program.add("bench", "Measure how fast calls are answered", "bench IpNode mtu --threads 4 --for 5",
-                                [words](Program::Options const& options) { return bench(options.unitOf(), *words); });
-    Program::addObject(app, words->object)->required();
-    app.add_option("OPERATION", words->operation, "The operation's name, or what it reads")->required();
-    Program::addValues(app, words->arguments);
-    app.add_option("--count", words->count, "How many calls")
-        ->type_name("N")
-        ->capture_default_str()
-        ->check(CLI::Range(1UL, mostCalls).description(""));
-    app.add_option("--for", words->seconds, "How long at most, in seconds")
-        ->type_name("S")
-        ->check(CLI::Range(0.0, 86400.0).description(""));
-    app.add_option("--threads", words->threads, "How many threads call, each over a connection of its own")
-        ->type_name("N")
-        ->capture_default_str()
-        ->check(CLI::Range(1U, mostThreads).description(""));
-    app.add_option("--rate", words->rate, "How many calls a second in all; as many as there can be unless said")
-        ->type_name("R")
-        ->check(CLI::Range(0.0, 1e7).description(""));
+    auto const words = std::make_shared<BenchWords>();
+    program.add({.name = "bench",
+                 .help = "Measure how fast calls are answered",
+                 .example = "bench IpNode mtu --threads 4 --for 5",
+                 .options =
+                     {
+                         Program::objectArgument(words->object),
+                         {.name = "OPERATION",
+                          .target = &words->operation,
+                          .help = "The operation's name, or what it reads",
+                          .isRequired = true},
+                         Program::valuesArgument(words->arguments),
+                         {.name = "--count",
+                          .target = &words->count,
+                          .help = "How many calls",
+                          .type = "N",
+                          .range = {{1, mostCalls}},
+                          .showsDefault = true},
+                         {.name = "--for",
+                          .target = &words->seconds,
+                          .help = "How long at most, in seconds",
+                          .type = "S",
+                          .range = {{0, 86400}}},
+                         {.name = "--threads",
+                          .target = &words->threads,
+                          .help = "How many threads call, each over a connection of its own",
+                          .type = "N",
+                          .range = {{1, mostThreads}},
+                          .showsDefault = true},
+                         {.name = "--rate",
+                          .target = &words->rate,
+                          .help = "How many calls a second in all; as many as there can be unless said",
+                          .type = "R",
+                          .range = {{0, 1e7}}},
+                     }},
+                [words](Program::Options const& options) { return bench(options.unitOf(), *words); });
 }

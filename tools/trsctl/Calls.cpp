@@ -6,7 +6,7 @@
 
 namespace {
 
-struct Words {
+struct CallWords {
     std::string object;
     std::string name;
     std::vector<std::string> arguments;
@@ -17,17 +17,24 @@ using Call = ExitCode (Unit::*)(std::string const& object, std::string const& na
 
 void addCallVerb(Program& program, char const* verb, char const* help, char const* example, Call call)
 {
-    auto const words = std::make_shared<Words>();
-    CLI::App& app = program.add(verb, help, example, [words, call](Program::Options const& options) {
-        Unit unit = options.unitOf();
-        return (unit.*call)(words->object, words->name, words->arguments);
-    });
-    Program::addObject(app, words->object)->required();
+    auto const words = std::make_shared<CallWords>();
     bool const isCall = call == &Unit::call;
-    app.add_option(isCall ? "OPERATION" : "NAME", words->name,
-                   isCall ? "The operation's name" : "What is read or set, or the operation's name")
-        ->required();
-    Program::addValues(app, words->arguments);
+    program.add({.name = verb,
+                 .help = help,
+                 .example = example,
+                 .options =
+                     {
+                         Program::objectArgument(words->object),
+                         {.name = isCall ? "OPERATION" : "NAME",
+                          .target = &words->name,
+                          .help = isCall ? "The operation's name" : "What is read or set, or the operation's name",
+                          .isRequired = true},
+                         Program::valuesArgument(words->arguments),
+                     }},
+                [words, call](Program::Options const& options) {
+                    Unit unit = options.unitOf();
+                    return (unit.*call)(words->object, words->name, words->arguments);
+                });
 }
 
 } // namespace
@@ -38,9 +45,9 @@ void addCallVerbs(Program& program)
     addCallVerb(program, "set", "Set something of an object", "set IpNode mtu 1400", &Unit::set);
     addCallVerb(program, "call", "Call any operation", "call IpNode getIpConfig name=btsIpPrimary", &Unit::call);
     auto const object = std::make_shared<std::string>();
-    Program::addObject(
-        program.add("walk", "Read all that an object tells", "walk EthIfNet:IfNet/Transport",
-                    [object](Program::Options const& options) { return options.unitOf().walk(*object); }),
-        *object)
-        ->required();
+    program.add({.name = "walk",
+                 .help = "Read all that an object tells",
+                 .example = "walk EthIfNet:IfNet/Transport",
+                 .options = {Program::objectArgument(*object)}},
+                [object](Program::Options const& options) { return options.unitOf().walk(*object); });
 }

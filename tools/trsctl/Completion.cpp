@@ -1,6 +1,7 @@
 // trsctl completion: what the shells complete.
 #include "tools/trsctl/Completion.h"
 
+#include "platform/host/Broker.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Console.h"
 #include "tools/trsctl/References.h"
@@ -15,11 +16,10 @@ namespace {
 
 using catalogue::Class;
 using catalogue::ObjectName;
-using catalogue::Operation;
 using catalogue::Outcome;
 
-constexpr int patience = 300; // milliseconds that a call may take
-constexpr std::size_t mostObjects = 2000;
+constexpr std::chrono::milliseconds patience{700}; // with a unit, altogether
+constexpr std::size_t mostCandidates = 2000;
 
 constexpr char const* bashScript = R"(# bash completion of trsctl
 _trsctl()
@@ -52,46 +52,74 @@ compdef _trsctl trsctl
 )";
 
 constexpr char const* fishScript = R"(# fish completion of trsctl
-complete -c trsctl -a '(trsctl complete -- (commandline -opc)[2..-1] (commandline -ct) 2>/dev/null)'
+complete -c trsctl -f -a '(trsctl complete -- (commandline -opc)[2..-1] (commandline -ct) 2>/dev/null)'
+complete -c trsctl -F -n '__fish_seen_subcommand_from VERBS'
 )";
 
-// The objects that reading operations lead to.
-std::vector<std::string> objectsOf(Program::Options options)
-{
-    options.timeout = std::min(options.timeout, patience);
-    options.wait = 0;
-    std::vector<std::string> found{"IpNode", "NmiRmiAdapterServer", "Simulator"};
-    Unit const unit = options.unitOf();
-    Unit::Target target;
-    if (unit.connect("IpNode", target) != ExitCode::good) {
-        return found;
-    }
-    TreflectHandlerState const running;
-    std::set<std::string> seen{"IpNode"};
-    std::deque<Unit::Target> waiting{target};
-    for (; !waiting.empty() && found.size() < mostObjects; waiting.pop_front()) {
-        for (Operation const* const operation : waiting.front().type->operations()) {
-            Outcome const outcome =
-                operation->isReading() ? catalogue::call(waiting.front().object, *operation, {}) : Outcome();
-            if (outcome.kind == Outcome::Kind::failed &&
-                outcome.failure.kind == host::CallFailure::Kind::notConnected) {
-                return found;
-            }
-            if (outcome.kind != Outcome::Kind::done) {
-                continue;
-            }
-            for (std::string const& text : referencesIn(*operation, outcome.results)) {
-                ObjectName name;
-                ObjectName::parse(text, name);
-                Class const* const type = catalogue::findClass(name.className);
-                if (type != nullptr && seen.insert(name.id).second) {
-                    found.push_back(text);
-                    waiting.push_back({name, type, TipprmiObjectClient(TipprmiOID(name.id))});
-                }
-            }
+// What is known of a unit's objects, begun with a well-known one.
+class Objects {
+public:
+    explicit Objects(Unit const& unit) : end_(Clock::now() + patience)
+    {
+        Unit::Target target;
+        if (unit.connect("IpNode", target) == ExitCode::good) {
+            waiting_.push_back(std::move(target));
         }
     }
-    return found;
+
+    // Follows what reading operations lead to, until something keeps this from its answer.
+    std::vector<std::string> find()
+    {
+        TreflectHandlerState const running;
+        for (bool goesOn = true; goesOn && !waiting_.empty() && found_.size() < mostCandidates; waiting_.pop_front()) {
+            for (catalogue::Operation const* const operation : waiting_.front().type->operations()) {
+                goesOn = goesOn && (!operation->isReading() || follow(*operation));
+            }
+        }
+        return std::move(found_);
+    }
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    // Whether there is time and reason to go on.
+    bool follow(catalogue::Operation const& operation)
+    {
+        auto const left = std::chrono::duration_cast<std::chrono::milliseconds>(end_ - Clock::now());
+        if (left.count() <= 0) {
+            return false;
+        }
+        host::Broker::setDeadline(left);
+        Outcome const outcome = catalogue::call(waiting_.front().object, operation, {});
+        if (outcome.kind == Outcome::Kind::failed) {
+            using enum host::CallFailure::Kind;
+            auto const kind = outcome.failure.kind;
+            return kind != deadline && kind != notConnected && kind != connectionLost;
+        }
+        for (std::string const& text : outcome.kind == Outcome::Kind::done ? referencesIn(operation, outcome.results)
+                                                                           : std::vector<std::string>()) {
+            ObjectName name;
+            ObjectName::parse(text, name);
+            Class const* const type = catalogue::findClass(name.className);
+            if (type != nullptr && seen_.insert(name.id).second) {
+                found_.push_back(text);
+                waiting_.push_back({name, type, TipprmiObjectClient(TipprmiOID(name.id))});
+            }
+        }
+        return true;
+    }
+
+    Clock::time_point end_;
+    std::vector<std::string> found_{"IpNode", "NmiRmiAdapterServer", "Simulator"};
+    std::set<std::string> seen_{"IpNode"};
+    std::deque<Unit::Target> waiting_;
+};
+
+std::vector<std::string> objectsOf(Program::Options options)
+{
+    options.timeout = static_cast<int>(patience.count());
+    options.wait = 0;
+    return Objects(options.unitOf()).find();
 }
 
 std::vector<std::string> classes()
@@ -108,7 +136,8 @@ std::vector<std::string> operationsOf(std::string const& object)
     ObjectName name;
     Class const* const type = ObjectName::parse(object, name).empty() ? catalogue::findClass(name.className) : nullptr;
     std::vector<std::string> names;
-    for (Operation const* const each : type != nullptr ? type->operations() : std::vector<Operation const*>()) {
+    for (catalogue::Operation const* const each :
+         type != nullptr ? type->operations() : std::vector<catalogue::Operation const*>()) {
         names.emplace_back(each->name);
     }
     return names;
@@ -123,111 +152,125 @@ std::vector<std::string> classesOrOperations(std::string const& typed)
         return classes();
     }
     std::vector<std::string> names;
-    for (Operation const* const each : type->operations()) {
+    for (catalogue::Operation const* const each : type->operations()) {
         names.push_back(typed.substr(0, dot + 1) + std::string(each->name));
     }
     return names;
 }
 
-// An option's choices, "text|json|table".
-std::vector<std::string> choicesOf(CLI::Option const& option)
-{
-    std::vector<std::string> choices;
-    std::string const type = option.get_type_name();
-    for (std::size_t begin = 0; type.find('|') != std::string::npos && begin <= type.size();) {
-        std::size_t const end = std::min(type.find('|', begin), type.size());
-        choices.push_back(type.substr(begin, end - begin));
-        begin = end + 1;
-    }
-    return choices;
-}
-
-CLI::Option const* optionOf(std::vector<CLI::App const*> const& apps, std::string const& word)
-{
-    for (CLI::App const* const app : apps) {
-        if (CLI::Option const* const found = word.starts_with('-') ? app->get_option_no_throw(word) : nullptr) {
-            return found;
-        }
-    }
-    return nullptr;
-}
-
 // What was typed before the word to be completed.
 struct Typed {
-    std::vector<CLI::App const*> apps;    // the program, and the verb if there is one
-    std::vector<std::string> positionals; // of the verb
-    CLI::Option const* open = nullptr;    // an option whose value comes next
+    tools::OptionTable const& table;
+    tools::Verb const* verb = nullptr;
+    std::vector<std::string> arguments = {}; // of the verb
+    tools::Option const* open = nullptr;     // an option whose value comes next
+
+    // The program's and the verb's.
+    template <class Predicate>
+    std::vector<tools::Option const*> options(Predicate isMeant) const
+    {
+        std::vector<tools::Option const*> found;
+        auto const add = [&](std::vector<tools::Option> const& options) {
+            for (tools::Option const& each : options) {
+                if (isMeant(each)) {
+                    found.push_back(&each);
+                }
+            }
+        };
+        add(table.options);
+        if (verb != nullptr) {
+            add(verb->options);
+        }
+        return found;
+    }
 };
 
-Typed read(CLI::App const& program, std::vector<std::string> const& words, Program::Options& options)
+tools::Verb const* findVerb(tools::OptionTable const& table, std::string const& name)
 {
-    Typed typed{{&program}, {}, nullptr};
+    auto const found = std::find_if(table.verbs.begin(), table.verbs.end(),
+                                    [&](tools::Verb const& each) { return each.name == name; });
+    return found != table.verbs.end() ? &*found : nullptr;
+}
+
+Typed read(tools::OptionTable const& table, std::vector<std::string> const& words, Program::Options& options)
+{
+    Typed typed{table};
+    auto const take = [&](tools::Option const& option, std::string const& value) {
+        options.unit = option.name == "--unit" ? value : options.unit;
+    };
     for (std::size_t i = 0; i + 1 < words.size(); ++i) {
+        std::string const& word = words[i];
+        std::size_t const equals = std::min(word.find('='), word.size());
+        auto const named =
+            typed.options([name = word.substr(0, equals)](tools::Option const& each) { return each.isCalled(name); });
         if (typed.open != nullptr) {
-            options.unit = typed.open->get_name() == "--unit" ? words[i] : options.unit;
+            take(*typed.open, word);
             typed.open = nullptr;
-        } else if (CLI::Option const* const option = optionOf(typed.apps, words[i])) {
-            typed.open = option->get_type_size() != 0 ? option : nullptr;
-        } else if (typed.apps.size() == 1) {
-            auto const verbs =
-                program.get_subcommands([&](CLI::App const* each) { return each->get_name() == words[i]; });
-            typed.apps.insert(typed.apps.end(), verbs.begin(), verbs.end());
+        } else if (!named.empty() && equals < word.size()) {
+            take(*named.front(), word.substr(equals + 1));
+        } else if (!named.empty()) {
+            typed.open = named.front()->takesValue() ? named.front() : nullptr;
+        } else if (typed.verb == nullptr) {
+            typed.verb = findVerb(table, word);
         } else {
-            typed.positionals.push_back(words[i]);
+            typed.arguments.push_back(word);
         }
     }
     return typed;
-}
-
-std::vector<std::string> optionNames(std::vector<CLI::App const*> const& apps)
-{
-    std::vector<std::string> names;
-    for (CLI::App const* const app : apps) {
-        for (CLI::Option const* const option : app->get_options()) {
-            if (!option->get_group().empty() && option->nonpositional()) {
-                names.push_back("--" + option->get_lnames().front());
-            }
-        }
-    }
-    return names;
 }
 
 std::vector<std::string> candidates(Typed const& typed, std::string const& word, Program::Options const& options)
 {
     std::vector<std::string> found;
     if (typed.open != nullptr) {
-        return choicesOf(*typed.open);
+        return typed.open->choices;
     }
     if (word.starts_with('-')) {
-        return optionNames(typed.apps);
-    }
-    if (typed.apps.size() == 1) {
-        for (CLI::App const* const verb : typed.apps.front()->get_subcommands({})) {
-            found.push_back(verb->get_group().empty() ? "" : verb->get_name());
+        for (tools::Option const* const option : typed.options([](auto const& each) { return !each.isArgument(); })) {
+            found.emplace_back(option->longName());
         }
         return found;
     }
-    std::vector<CLI::Option const*> places =
-        typed.apps.back()->get_options([](CLI::Option const* each) { return each->get_positional(); });
+    if (typed.verb == nullptr) {
+        for (tools::Verb const& verb : typed.table.verbs) {
+            found.push_back(verb.isHidden ? "" : verb.name);
+        }
+        return found;
+    }
+    auto const places = typed.options([](tools::Option const& each) { return each.isArgument(); });
     if (places.empty()) {
         return found;
     }
-    std::size_t const place = std::min(typed.positionals.size(), places.size() - 1);
-    std::string const kind = places[place]->get_name();
-    if (kind == "OBJECT") {
+    tools::Option const& place = *places[std::min(typed.arguments.size(), places.size() - 1)];
+    if (place.name == "OBJECT") {
         return objectsOf(options);
     }
-    if (kind == "OPERATION" || kind == "NAME") {
-        return operationsOf(typed.positionals.empty() ? "" : typed.positionals.front());
+    if (place.name == "OPERATION" || place.name == "NAME") {
+        return operationsOf(typed.arguments.empty() ? "" : typed.arguments.front());
     }
-    return kind == "CLASS"               ? classes()
-           : kind == "CLASS[.OPERATION]" ? classesOrOperations(word)
-                                         : choicesOf(*places[place]);
+    return place.name == "CLASS"               ? classes()
+           : place.name == "CLASS[.OPERATION]" ? classesOrOperations(word)
+                                               : place.choices;
 }
 
-ExitCode writeScript(std::string const& shell)
+bool takesFiles(tools::Verb const& verb)
 {
-    tools::say(shell == "bash" ? bashScript : shell == "zsh" ? zshScript : fishScript);
+    return std::any_of(verb.options.begin(), verb.options.end(), [](tools::Option const& each) {
+        return each.name == "FILE" || each.name == "SIDE" || each.type == "FILE";
+    });
+}
+
+ExitCode writeScript(std::string const& shell, tools::OptionTable const& table)
+{
+    std::string script = shell == "bash" ? bashScript : shell == "zsh" ? zshScript : fishScript;
+    std::string verbs;
+    for (tools::Verb const& verb : table.verbs) {
+        verbs += takesFiles(verb) ? (verbs.empty() ? "" : " ") + verb.name : "";
+    }
+    if (std::size_t const place = script.find("VERBS"); place != std::string::npos) {
+        script.replace(place, std::string_view("VERBS").size(), verbs);
+    }
+    tools::say(script);
     return ExitCode::good;
 }
 
@@ -237,7 +280,7 @@ std::vector<std::string> completions(Program& program, std::vector<std::string> 
 {
     std::string const word = words.empty() ? "" : words.back();
     Program::Options options = program.shared();
-    Typed const typed = read(program.options(), words, options);
+    Typed const typed = read(program.table(), words, options);
     std::vector<std::string> found = candidates(typed, word, options);
     std::set<std::string> seen;
     std::erase_if(found, [&](std::string const& each) {
@@ -249,22 +292,26 @@ std::vector<std::string> completions(Program& program, std::vector<std::string> 
 void addCompletionVerbs(Program& program)
 {
     auto const shell = std::make_shared<std::string>();
-    program
-        .add("completion", "Write a shell's completion of trsctl", "completion bash >~/.trsctl && . ~/.trsctl",
-             [shell](Program::Options const&) { return writeScript(*shell); })
-        .add_option("SHELL", *shell, "bash, zsh or fish")
-        ->required()
-        ->type_name("bash|zsh|fish")
-        ->check(CLI::IsMember({"bash", "zsh", "fish"}).description(""));
+    program.add({.name = "completion",
+                 .help = "Write a shell's completion of trsctl",
+                 .example = "completion bash >~/.trsctl && . ~/.trsctl",
+                 .options = {{.name = "SHELL",
+                              .target = shell.get(),
+                              .help = "For which shell",
+                              .choices = {"bash", "zsh", "fish"},
+                              .isRequired = true}}},
+                [&program, shell](Program::Options const&) { return writeScript(*shell, program.table()); });
 
     auto const words = std::make_shared<std::vector<std::string>>();
-    CLI::App& complete = program.add("complete", "Write what goes on with the last word", "complete -- get Ip",
-                                     [&program, words](Program::Options const&) {
-                                         for (std::string const& each : completions(program, *words)) {
-                                             tools::say(each);
-                                         }
-                                         return ExitCode::good;
-                                     });
-    complete.group(""); // for the scripts
-    complete.add_option("WORD", *words, "The words that are typed");
+    program.add({.name = "complete", // for the scripts
+                 .help = "Write what goes on with the last word",
+                 .example = "complete -- get Ip",
+                 .options = {{.name = "WORD", .target = words.get(), .help = "The words that are typed"}},
+                 .isHidden = true},
+                [&program, words](Program::Options const&) {
+                    for (std::string const& each : completions(program, *words)) {
+                        tools::say(each);
+                    }
+                    return ExitCode::good;
+                });
 }

@@ -20,7 +20,6 @@
 
 namespace {
 
-using catalogue::Operation;
 using catalogue::Outcome;
 using catalogue::Value;
 using Clock = std::chrono::steady_clock;
@@ -28,7 +27,7 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds pollInterval{100};
 constexpr std::size_t mostWaiting = 10'000; // notifications that nobody has read yet
 
-struct Words {
+struct NotificationWords {
     std::string object;
     std::vector<std::string> operations;
     std::string where;
@@ -79,7 +78,7 @@ private:
 // Tells a feed of the executions of one operation.
 class Listener final : public TreflectObserver {
 public:
-    Listener(Unit::Target const& target, Operation const& operation, Feed& feed)
+    Listener(Unit::Target const& target, catalogue::Operation const& operation, Feed& feed)
         : TreflectObserver(target.object.getOID(), nullptr, "trsctl"), name_(target.name.text()), operation_(operation),
           feed_(feed)
     {
@@ -120,7 +119,7 @@ private:
     }
 
     std::string const name_;
-    Operation const& operation_;
+    catalogue::Operation const& operation_;
     Feed& feed_;
 };
 
@@ -152,7 +151,7 @@ std::optional<Clock::time_point> endOf(double seconds)
 // Why an object cannot be observed: what a call of it comes to.
 Outcome whyUnreachable(Unit::Target const& target)
 {
-    for (Operation const* const operation : target.type->operations()) {
+    for (catalogue::Operation const* const operation : target.type->operations()) {
         Outcome outcome = operation->isReading() ? catalogue::call(target.object, *operation, {}) : Outcome();
         if (outcome.kind == Outcome::Kind::failed) {
             return outcome;
@@ -166,11 +165,11 @@ Outcome whyUnreachable(Unit::Target const& target)
 }
 
 // Has the feed told of the operations. What is wrong is said.
-ExitCode listen(Unit const& unit, Unit::Target const& target, std::vector<Operation const*> const& operations,
-                Feed& feed, std::list<Listener>& listeners)
+ExitCode listen(Unit const& unit, Unit::Target const& target,
+                std::vector<catalogue::Operation const*> const& operations, Feed& feed, std::list<Listener>& listeners)
 {
     TreflectHandlerState const running;
-    for (Operation const* const operation : operations) {
+    for (catalogue::Operation const* const operation : operations) {
         Listener& listener = listeners.emplace_back(target, *operation, feed);
         if (!host::observe(target.object, operation->classId, operation->index, listener)) {
             return unit.complain(target, *operation, whyUnreachable(target));
@@ -180,8 +179,8 @@ ExitCode listen(Unit const& unit, Unit::Target const& target, std::vector<Operat
     return ExitCode::good;
 }
 
-ExitCode readWords(Unit const& unit, Words const& words, Unit::Target& target,
-                   std::vector<Operation const*>& operations, Predicate& predicate)
+ExitCode readWords(Unit const& unit, NotificationWords const& words, Unit::Target& target,
+                   std::vector<catalogue::Operation const*>& operations, Predicate& predicate)
 {
     if (std::string const wrong = words.where.empty() ? "" : Predicate::parse(words.where, predicate); !wrong.empty()) {
         std::fprintf(stderr, "--where: %s\n", wrong.c_str());
@@ -198,14 +197,15 @@ ExitCode readWords(Unit const& unit, Words const& words, Unit::Target& target,
     }
     if (operations.empty()) {
         operations = target.type->operations();
-        std::erase_if(operations, [](Operation const* each) { return each->isReading(); });
+        std::erase_if(operations, [](catalogue::Operation const* each) { return each->isReading(); });
     }
     return ExitCode::good;
 }
 
 // Shows `words.count` notifications that satisfy the predicate; 0: until the time is over.
-ExitCode follow(Unit const& unit, Unit::Target const& target, std::vector<Operation const*> const& operations,
-                Predicate const& predicate, Words const& words)
+ExitCode follow(Unit const& unit, Unit::Target const& target,
+                std::vector<catalogue::Operation const*> const& operations, Predicate const& predicate,
+                NotificationWords const& words)
 {
     Feed feed;
     std::list<Listener> listeners;
@@ -230,18 +230,18 @@ ExitCode follow(Unit const& unit, Unit::Target const& target, std::vector<Operat
     return words.count == 0 || shown == words.count ? ExitCode::good : ExitCode::deadline;
 }
 
-ExitCode watch(Unit const& unit, Words const& words)
+ExitCode watch(Unit const& unit, NotificationWords const& words)
 {
     Unit::Target target;
-    std::vector<Operation const*> operations;
+    std::vector<catalogue::Operation const*> operations;
     Predicate predicate;
     ExitCode const code = readWords(unit, words, target, operations, predicate);
     return code == ExitCode::good ? follow(unit, target, operations, predicate, words) : code;
 }
 
 // Reads until what is read satisfies the predicate.
-ExitCode poll(Unit const& unit, Unit::Target const& target, Operation const& operation, Predicate const& predicate,
-              double seconds)
+ExitCode poll(Unit const& unit, Unit::Target const& target, catalogue::Operation const& operation,
+              Predicate const& predicate, double seconds)
 {
     std::optional<Clock::time_point> const end = endOf(seconds);
     for (;;) {
@@ -269,10 +269,10 @@ ExitCode poll(Unit const& unit, Unit::Target const& target, Operation const& ope
     }
 }
 
-ExitCode wait(Unit const& unit, Words const& words)
+ExitCode wait(Unit const& unit, NotificationWords const& words)
 {
     Unit::Target target;
-    std::vector<Operation const*> operations;
+    std::vector<catalogue::Operation const*> operations;
     Predicate predicate;
     if (ExitCode const code = readWords(unit, words, target, operations, predicate); code != ExitCode::good) {
         return code;
@@ -287,40 +287,60 @@ ExitCode wait(Unit const& unit, Words const& words)
     return code;
 }
 
-void addCommon(CLI::App& app, Words& words)
+tools::Option whereOption(NotificationWords& words)
 {
-    app.add_option("--where", words.where,
-                   "Only where this holds: PATH=VALUE [and ...], also != < <= > >= ~ (contains)")
-        ->type_name("EXPRESSION");
-    app.add_option("--for", words.seconds, "How long, in seconds; without end unless said")
-        ->type_name("S")
-        ->check(CLI::Range(0.0, 1e6).description(""));
+    return {.name = "--where",
+            .target = &words.where,
+            .help = "Only where this holds: PATH=VALUE [and ...], also != < <= > >= ~ (contains)",
+            .type = "EXPRESSION"};
+}
+
+tools::Option timeOption(NotificationWords& words)
+{
+    return {.name = "--for",
+            .target = &words.seconds,
+            .help = "How long, in seconds; without end unless said",
+            .type = "S",
+            .range = {{0, 1e6}}};
 }
 
 } // namespace
 
 void addNotificationVerbs(Program& program)
 {
-    auto const watched = std::make_shared<Words>();
-    CLI::App& watching =
-        program.add("watch", "Show what happens to an object", "watch NmiRmiAdapterServer notifyPublicIpAddrChangeRmi",
-                    [watched](Program::Options const& options) { return watch(options.unitOf(), *watched); });
-    Program::addObject(watching, watched->object)->required();
-    watching.add_option("OPERATION", watched->operations,
-                        "Operations of which executions are shown; all that do not read");
-    watching.add_option("--count", watched->count, "End after so many")->type_name("N");
-    addCommon(watching, *watched);
+    auto const watched = std::make_shared<NotificationWords>();
+    program.add({.name = "watch",
+                 .help = "Show what happens to an object",
+                 .example = "watch NmiRmiAdapterServer notifyPublicIpAddrChangeRmi",
+                 .options =
+                     {
+                         Program::objectArgument(watched->object),
+                         {.name = "OPERATION",
+                          .target = &watched->operations,
+                          .help = "Operations of which executions are shown; all that do not read"},
+                         {.name = "--count", .target = &watched->count, .help = "End after so many", .type = "N"},
+                         whereOption(*watched),
+                         timeOption(*watched),
+                     }},
+                [watched](Program::Options const& options) { return watch(options.unitOf(), *watched); });
 
-    auto const awaited = std::make_shared<Words>();
+    auto const awaited = std::make_shared<NotificationWords>();
     awaited->count = 1;
-    CLI::App& waiting = program.add(
-        "wait", "Wait until something happens, or something read is so", "wait IpNode mtu --where 'mtu<1500' --for 10",
+    program.add(
+        {.name = "wait",
+         .help = "Wait until something happens, or something read is so",
+         .example = "wait IpNode mtu --where 'mtu<1500' --for 10",
+         .options =
+             {
+                 Program::objectArgument(awaited->object),
+                 {.name = "OPERATION",
+                  .target = &awaited->operations,
+                  .help = "One that reads is called until what it tells is so; of another the next execution is "
+                          "awaited",
+                  .isRequired = true,
+                  .count = 1},
+                 whereOption(*awaited),
+                 timeOption(*awaited),
+             }},
         [awaited](Program::Options const& options) { return wait(options.unitOf(), *awaited); });
-    Program::addObject(waiting, awaited->object)->required();
-    waiting
-        .add_option("OPERATION", awaited->operations,
-                    "One that reads is called until what it tells is so; of another the next execution is awaited")
-        ->required()
-        ->expected(1);
-    addCommon(waiting, *awaited);
 }

@@ -15,7 +15,6 @@
 namespace {
 
 using catalogue::Class;
-using catalogue::Operation;
 using catalogue::Type;
 using catalogue::Value;
 
@@ -63,7 +62,7 @@ Value partsOf(Type const& type)
     return parts;
 }
 
-Value described(Operation const& operation)
+Value described(catalogue::Operation const& operation)
 {
     std::vector<Type const*> types;
     for (catalogue::Parameter const& parameter : operation.parameters) {
@@ -103,7 +102,7 @@ ExitCode list(std::string const& className, Format format)
     if (found == nullptr) {
         return ExitCode::usage;
     }
-    for (Operation const* const operation : found->operations()) {
+    for (catalogue::Operation const* const operation : found->operations()) {
         rows.push_back({std::string(operation->className), std::to_string(operation->index), operation->signature()});
     }
     writeRows({"class", "index", "signature"}, rows, format);
@@ -111,7 +110,7 @@ ExitCode list(std::string const& className, Format format)
 }
 
 // A value of a parameter to begin with: 0, false and empty in all its parts.
-ExitCode writeTemplate(Operation const& operation, std::string const& parameter)
+ExitCode writeTemplate(catalogue::Operation const& operation, std::string const& parameter)
 {
     std::vector<std::string_view> const names = operation.parameterNames();
     auto const found = std::ranges::find(names, parameter);
@@ -138,7 +137,7 @@ ExitCode describe(std::string const& name, std::string const& parameter, Format 
     }
     if (dot == std::string::npos) {
         Value operations = Value::array();
-        for (Operation const& operation : found->own) {
+        for (catalogue::Operation const& operation : found->own) {
             operations.push_back(std::to_string(operation.index) + ' ' + operation.signature());
         }
         Value value{{"class", found->name},
@@ -152,7 +151,7 @@ ExitCode describe(std::string const& name, std::string const& parameter, Format 
         writeResults(value, format);
         return ExitCode::good;
     }
-    Operation const* const operation = found->find(name.substr(dot + 1));
+    catalogue::Operation const* const operation = found->find(name.substr(dot + 1));
     if (operation == nullptr) {
         std::fprintf(stderr, "'%s' is no operation of %s; `trsctl list %s` tells them\n",
                      host::printable(name.substr(dot + 1)).c_str(), std::string(found->name).c_str(),
@@ -171,15 +170,27 @@ ExitCode describe(std::string const& name, std::string const& parameter, Format 
 void addOfflineVerbs(Program& program)
 {
     auto const name = std::make_shared<std::string>();
-    program
-        .add("list", "List the classes, or the operations of one", "list EthIfNet",
-             [name](Program::Options const& options) { return list(*name, options.format); })
-        .add_option("CLASS", *name, "With or without Client");
+    program.add({.name = "list",
+                 .help = "List the classes, or the operations of one",
+                 .example = "list EthIfNet",
+                 .options = {{.name = "CLASS", .target = name.get(), .help = "With or without Client"}}},
+                [name](Program::Options const& options) { return list(*name, options.format); });
+
     auto const parameter = std::make_shared<std::string>();
-    CLI::App& app = program.add(
-        "describe", "Describe a class or an operation", "describe IfNet.getMtu",
+    program.add(
+        {.name = "describe",
+         .help = "Describe a class or an operation",
+         .example = "describe IfNet.getMtu",
+         .options =
+             {
+                 {.name = "CLASS[.OPERATION]",
+                  .target = name.get(),
+                  .help = "The class by name or identifier, 0xb86aeff7",
+                  .isRequired = true},
+                 {.name = "--template",
+                  .target = parameter.get(),
+                  .help = "Write a value of this parameter to fill in, as JSON",
+                  .type = "PARAMETER"},
+             }},
         [name, parameter](Program::Options const& options) { return describe(*name, *parameter, options.format); });
-    app.add_option("CLASS[.OPERATION]", *name, "The class by name or identifier, 0xb86aeff7")->required();
-    app.add_option("--template", *parameter, "Write a value of this parameter to fill in, as JSON")
-        ->type_name("PARAMETER");
 }

@@ -2,7 +2,7 @@
 
 #include "tools/trsctl/Verbs.h"
 
-#include <map>
+#include <utility>
 
 namespace {
 
@@ -11,44 +11,34 @@ constexpr char const* description =
     "An OBJECT is Class:identifier, or a well-known identifier alone: IpNode, NmiRmiAdapterServer.";
 
 constexpr char const* exitCodes =
-    "Exit codes: 0 done, 1 a difference was found, 2 wrong usage, 3 no such object, 4 refused by the unit, 5 no reply "
-    "in time,\n6 unit not reached or lost, 7 malformed reply, 8 no such operation there.";
+    "0 done, 1 a difference was found, 2 wrong usage, 3 no such object, 4 refused by the unit, 5 no reply in time,\n"
+    "6 unit not reached or lost, 7 malformed reply, 8 no such operation there.";
 
-constexpr int longestTimeout = 600000;
+constexpr std::pair<char const*, Format> formats[] = {
+    {"text", Format::text}, {"json", Format::json}, {"table", Format::table}};
 
-void addOptions(CLI::App& app, Program::Options& options)
+void addOptions(tools::CommandLine& line, Program::Options& options)
 {
-    static std::map<std::string, Format> const formats{
-        {"text", Format::text}, {"json", Format::json}, {"table", Format::table}};
-    app.add_option("--unit", options.unit,
-                   "Where the unit serves (default: " + std::string(tools::CommandLine::defaultEndpointText) + ")")
-        ->envname("TRS_UNIT")
-        ->type_name("ENDPOINT")
-        ->check(CLI::Validator(tools::CommandLine::checkEndpoint, ""));
-    app.add_option("--timeout", options.timeout, "How long a call may take, in milliseconds")
-        ->type_name("MS")
-        ->capture_default_str()
-        ->check(CLI::Range(1, longestTimeout).description(""));
-    app.add_option("--wait", options.wait, "How long to wait for the object to be there, in seconds")
-        ->type_name("S")
-        ->check(CLI::Range(0.0, 3600.0).description(""));
-    app.add_option("--format", options.format, "How results are written")
-        ->type_name("text|json|table")
-        ->transform(CLI::CheckedTransformer(formats).description(""));
-    app.footer(exitCodes);
-    app.require_subcommand(1);
-}
-
-// CLI11 takes a word in brackets for a list of its own, whose brackets it drops. A JSON array stays a word with a blank
-// behind it, which is taken away again.
-void guard(std::string& word) { word += word.starts_with('[') ? " " : ""; }
-
-std::string unguard(std::string& word)
-{
-    if (word.starts_with('[')) {
-        word.pop_back();
+    line.add(tools::CommandLine::unitOption(options.unit));
+    line.add(tools::CommandLine::timeoutOption(options.timeout));
+    line.add({.name = "--wait",
+              .target = &options.wait,
+              .help = "How long to wait for the object to be there, in seconds",
+              .type = "S",
+              .range = {{0, 3600}}});
+    tools::Option format{.name = "--format", .help = "How results are written"};
+    for (auto const& [name, value] : formats) {
+        format.choices.emplace_back(name);
     }
-    return {};
+    format.target = [&options](std::string const& chosen) {
+        for (auto const& [name, value] : formats) {
+            options.format = chosen == name ? value : options.format;
+        }
+        return std::string();
+    };
+    line.add(std::move(format));
+    line.table().exitCodes = exitCodes;
+    line.table().needsVerb = true;
 }
 
 } // namespace
@@ -61,7 +51,7 @@ Unit Program::Options::unitOf() const
 
 Program::Program(Options defaults) : options_(std::move(defaults)), line_("trsctl", description, 0)
 {
-    addOptions(line_.options(), options_);
+    addOptions(line_, options_);
     addOfflineVerbs(*this);
     addCallVerbs(*this);
     addTreeVerb(*this);
@@ -73,37 +63,31 @@ Program::Program(Options defaults) : options_(std::move(defaults)), line_("trsct
     line_.addCommonOptions();
 }
 
-CLI::App& Program::add(std::string const& name, std::string const& help, std::string const& example, Verb verb)
+void Program::add(tools::Verb verb, Action action)
 {
-    CLI::App& added = *line_.options().add_subcommand(name, help);
-    added.footer("Example: trsctl " + example);
-    added.fallthrough(); // the program's own options may also follow
-    added.final_callback([this, verb = std::move(verb)] { verb_ = verb; });
-    return added;
+    verb.chosen = [this, action = std::move(action)] { action_ = action; };
+    line_.table().verbs.push_back(std::move(verb));
 }
 
-CLI::Option* Program::addObject(CLI::App& verb, std::string& object)
+tools::Option Program::objectArgument(std::string& object, bool isRequired)
 {
-    return verb.add_option("OBJECT", object, "Class:identifier, or a well-known identifier");
+    return {.name = "OBJECT",
+            .target = &object,
+            .help = "Class:identifier, or a well-known identifier",
+            .isRequired = isRequired};
 }
 
-CLI::Option* Program::addValues(CLI::App& verb, std::vector<std::string>& values)
+tools::Option Program::valuesArgument(std::vector<std::string>& values)
 {
-    return verb
-        .add_option("VALUE", values, "NAME=VALUE, or VALUE in the order of the signature; JSON or @FILE for records")
-        ->transform(CLI::Validator(unguard, ""));
+    return {.name = "VALUE",
+            .target = &values,
+            .help = "NAME=VALUE, or VALUE in the order of the signature; JSON or @FILE for records"};
 }
 
 int Program::run(std::vector<std::string> words)
 {
-    std::vector<char const*> pointers{"trsctl"};
-    pointers.reserve(words.size() + 1);
-    for (std::string& word : words) {
-        guard(word);
-        pointers.push_back(word.c_str());
-    }
-    if (std::optional<int> const code = line_.parse(static_cast<int>(pointers.size()), pointers.data())) {
+    if (std::optional<int> const code = line_.parse(std::move(words))) {
         return *code;
     }
-    return static_cast<int>(verb_(options_));
+    return static_cast<int>(action_(options_));
 }

@@ -22,28 +22,28 @@ public:
         // The unit that the options name.
         Unit unitOf() const;
     };
-    using Verb = std::function<ExitCode(Options const&)>;
+    using Action = std::function<ExitCode(Options const&)>;
 
     // With all verbs. The options are as given until the command line says otherwise.
     explicit Program(Options defaults);
     Program(Program const&) = delete;
     Program& operator=(Program const&) = delete;
 
-    // Adds a verb; what it takes is added to the result. `example`: a command line without the program's name.
-    CLI::App& add(std::string const& name, std::string const& help, std::string const& example, Verb verb);
-    CLI::App const& options() { return line_.options(); }
+    // Adds a verb, and what to do when it is chosen.
+    void add(tools::Verb verb, Action action);
+    tools::OptionTable const& table() { return line_.table(); }
     Options const& shared() const { return options_; }
 
     // Runs the verb that the words, without the program's name, ask for. Its exit code.
     int run(std::vector<std::string> words);
 
     // An object as a verb takes it.
-    static CLI::Option* addObject(CLI::App& verb, std::string& object);
+    static tools::Option objectArgument(std::string& object, bool isRequired = true);
     // Any number of values as they are, also JSON arrays.
-    static CLI::Option* addValues(CLI::App& verb, std::vector<std::string>& values);
+    static tools::Option valuesArgument(std::vector<std::string>& values);
 
 private:
     Options options_;
-    Verb verb_;
+    Action action_;
     tools::CommandLine line_;
 };

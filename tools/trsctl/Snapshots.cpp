@@ -22,7 +22,6 @@
 namespace {
 
 using catalogue::ObjectName;
-using catalogue::Operation;
 using catalogue::Outcome;
 using catalogue::Value;
 
@@ -81,7 +80,7 @@ private:
     ExitCode read(Unit::Target const& target, Value& told)
     {
         told = Value::object();
-        for (Operation const* const operation : target.type->operations()) {
+        for (catalogue::Operation const* const operation : target.type->operations()) {
             if (!operation->isReading()) {
                 continue;
             }
@@ -271,28 +270,42 @@ void addSnapshotVerbs(Program& program)
         std::string file;
     };
     auto const taken = std::make_shared<Taken>();
-    CLI::App& taking = program.add(
-        "snapshot", "Write all that a unit's objects tell", "snapshot -o before.json",
+    tools::Option object = Program::objectArgument(taken->object, false);
+    object.help = "Where to begin: Class:identifier, or a well-known identifier; else all well-known ones";
+    program.add(
+        {.name = "snapshot",
+         .help = "Write all that a unit's objects tell",
+         .example = "snapshot -o before.json",
+         .options =
+             {
+                 std::move(object),
+                 {.name = "-o,--output",
+                  .target = &taken->file,
+                  .help = "Where to write, as a whole or not at all; else standard output",
+                  .type = "FILE"},
+             }},
         [taken](Program::Options const& options) { return snapshot(options.unitOf(), taken->object, taken->file); });
-    Program::addObject(taking, taken->object)
-        ->description("Where to begin: Class:identifier, or a well-known identifier; else all well-known ones");
-    taking.add_option("-o,--output", taken->file, "Where to write, as a whole or not at all; else standard output")
-        ->type_name("FILE");
 
     struct Compared {
         std::vector<std::string> sides;
         std::vector<std::string> ignored;
     };
     auto const compared = std::make_shared<Compared>();
-    CLI::App& comparing = program.add(
-        "diff", "Show what two units or snapshots tell differently", "diff before.json unix:/tmp/trssim.sock",
+    program.add(
+        {.name = "diff",
+         .help = "Show what two units or snapshots tell differently",
+         .example = "diff before.json unix:/tmp/trssim.sock",
+         .options =
+             {
+                 {.name = "SIDE",
+                  .target = &compared->sides,
+                  .help = "A snapshot's file, an endpoint, or - for standard input",
+                  .isRequired = true,
+                  .count = 2},
+                 {.name = "--ignore",
+                  .target = &compared->ignored,
+                  .help = "Places to leave out, as the output has them, with * and ?; may be given several times",
+                  .type = "PATTERN"},
+             }},
         [compared](Program::Options const& options) { return diff(options, compared->sides, compared->ignored); });
-    comparing.add_option("SIDE", compared->sides, "A snapshot's file, an endpoint, or - for standard input")
-        ->required()
-        ->expected(2);
-    comparing
-        .add_option("--ignore", compared->ignored,
-                    "Places to leave out, as the output has them, with * and ?; may be given several times")
-        ->type_name("PATTERN")
-        ->allow_extra_args(false);
 }

@@ -14,7 +14,7 @@ namespace {
 using catalogue::Outcome;
 using catalogue::Value;
 
-constexpr std::size_t mostObjects = 10'000; // a unit that makes up objects without end comes to one
+constexpr std::size_t mostTreeObjects = 10'000; // a unit that makes up objects without end comes to one
 
 // An object, and how its parent leads to it.
 struct Node {
@@ -33,7 +33,7 @@ public:
         catalogue::ObjectName name;
         catalogue::ObjectName::parse(object, name);
         Node node{object, operation, !seen_.insert(name.id).second, {}};
-        if (node.isSeen || level == depth_ || seen_.size() > mostObjects) {
+        if (node.isSeen || level == depth_ || seen_.size() > mostTreeObjects) {
             return node;
         }
         catalogue::Class const* const type = catalogue::findClass(name.className);
@@ -128,14 +128,21 @@ void addTreeVerb(Program& program)
         bool isDot = false;
     };
     auto const words = std::make_shared<Words>();
-    CLI::App& app =
-        program.add("tree", "Show what objects lead to", "tree --depth 2", [words](Program::Options const& options) {
-            return options.unitOf().tree(words->object, words->depth, words->isDot);
-        });
-    Program::addObject(app, words->object);
-    app.add_option("--depth", words->depth, "How many steps to go")
-        ->type_name("N")
-        ->capture_default_str()
-        ->check(CLI::Range(0, 100).description(""));
-    app.add_flag("--dot", words->isDot, "As a graph for Graphviz");
+    program.add({.name = "tree",
+                 .help = "Show what objects lead to",
+                 .example = "tree --depth 2",
+                 .options =
+                     {
+                         Program::objectArgument(words->object, false),
+                         {.name = "--depth",
+                          .target = &words->depth,
+                          .help = "How many steps to go",
+                          .type = "N",
+                          .range = {{0, 100}},
+                          .showsDefault = true},
+                         {.name = "--dot", .target = &words->isDot, .help = "As a graph for Graphviz"},
+                     }},
+                [words](Program::Options const& options) {
+                    return options.unitOf().tree(words->object, words->depth, words->isDot);
+                });
 }

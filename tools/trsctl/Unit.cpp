@@ -12,7 +12,6 @@
 namespace {
 
 using catalogue::Class;
-using catalogue::Operation;
 using catalogue::Outcome;
 using catalogue::Type;
 using catalogue::Value;
@@ -24,14 +23,14 @@ bool isSameName(std::string_view a, std::string_view b)
 }
 
 // The operation of that name, or of one of the prefixes and that name, which may then begin with a small letter.
-Operation const* find(Class const& type, std::string const& name, std::vector<std::string> const& prefixes)
+catalogue::Operation const* find(Class const& type, std::string const& name, std::vector<std::string> const& prefixes)
 {
-    if (Operation const* const exact = type.find(name)) {
+    if (catalogue::Operation const* const exact = type.find(name)) {
         return exact;
     }
-    std::vector<Operation const*> const all = type.operations();
+    std::vector<catalogue::Operation const*> const all = type.operations();
     for (std::string const& prefix : prefixes) {
-        auto const found = std::find_if(all.rbegin(), all.rend(), [&](Operation const* candidate) {
+        auto const found = std::find_if(all.rbegin(), all.rend(), [&](catalogue::Operation const* candidate) {
             return isSameName(candidate->name, prefix + name);
         });
         if (found != all.rend()) {
@@ -42,8 +41,8 @@ Operation const* find(Class const& type, std::string const& name, std::vector<st
 }
 
 // The values of the in-parameters from "NAME=VALUE" and plain "VALUE" arguments. Empty, or what is wrong.
-std::string parseArguments(Class const& type, Operation const& operation, std::vector<std::string> const& arguments,
-                           std::vector<Value>& values)
+std::string parseArguments(Class const& type, catalogue::Operation const& operation,
+                           std::vector<std::string> const& arguments, std::vector<Value>& values)
 {
     std::vector<std::string_view> const names = operation.parameterNames();
     std::vector<std::string> texts(operation.parameters.size());
@@ -87,15 +86,16 @@ std::string parseArguments(Class const& type, Operation const& operation, std::v
     return {};
 }
 
-ExitCode complainOfArguments(Operation const& operation, std::string const& wrong)
+ExitCode complainOfArguments(catalogue::Operation const& operation, std::string const& wrong)
 {
     std::fprintf(stderr, "%s\n%s\n", wrong.c_str(), operation.signature().c_str());
     return ExitCode::usage;
 }
 
-Operation const* findOrComplain(Class const& type, std::string const& name, std::vector<std::string> const& prefixes)
+catalogue::Operation const* findOrComplain(Class const& type, std::string const& name,
+                                           std::vector<std::string> const& prefixes)
 {
-    Operation const* const operation = find(type, name, prefixes);
+    catalogue::Operation const* const operation = find(type, name, prefixes);
     if (operation == nullptr) {
         std::fprintf(stderr, "'%s' is no operation of %s; `trsctl list %s` tells them\n", host::printable(name).c_str(),
                      std::string(type.name).c_str(), std::string(type.name).c_str());
@@ -138,7 +138,7 @@ ExitCode Unit::connect(std::string const& text, Target& target) const
     return ExitCode::good;
 }
 
-std::string Unit::describe(Operation const& operation, Outcome const& outcome)
+std::string Unit::describe(catalogue::Operation const& operation, Outcome const& outcome)
 {
     if (outcome.kind == Outcome::Kind::refused) {
         std::string text = "refused";
@@ -156,7 +156,7 @@ std::string Unit::describe(Operation const& operation, Outcome const& outcome)
 }
 
 // Says why a call has no results.
-ExitCode Unit::complain(Target const& target, Operation const& operation, Outcome const& outcome) const
+ExitCode Unit::complain(Target const& target, catalogue::Operation const& operation, Outcome const& outcome) const
 {
     if (outcome.kind == Outcome::Kind::wrong) {
         return complainOfArguments(operation, outcome.wrong);
@@ -166,14 +166,15 @@ ExitCode Unit::complain(Target const& target, Operation const& operation, Outcom
     return outcome.kind == Outcome::Kind::refused ? ExitCode::refused : exitCodeOf(outcome.failure);
 }
 
-ExitCode Unit::readArguments(Target const& target, Operation const& operation, std::vector<std::string> const& words,
-                             std::vector<Value>& values)
+ExitCode Unit::readArguments(Target const& target, catalogue::Operation const& operation,
+                             std::vector<std::string> const& words, std::vector<Value>& values)
 {
     std::string const wrong = parseArguments(*target.type, operation, words, values);
     return wrong.empty() ? ExitCode::good : complainOfArguments(operation, wrong);
 }
 
-ExitCode Unit::carryOut(Target const& target, Operation const& operation, std::vector<std::string> const& arguments)
+ExitCode Unit::carryOut(Target const& target, catalogue::Operation const& operation,
+                        std::vector<std::string> const& arguments)
 {
     std::vector<Value> values;
     if (ExitCode const code = readArguments(target, operation, arguments, values); code != ExitCode::good) {
@@ -189,7 +190,7 @@ ExitCode Unit::carryOut(Target const& target, Operation const& operation, std::v
     return ExitCode::good;
 }
 
-Operation const* Unit::findOperation(Target const& target, std::string const& name)
+catalogue::Operation const* Unit::findOperation(Target const& target, std::string const& name)
 {
     return findOrComplain(*target.type, name, readingPrefixes);
 }
@@ -201,7 +202,7 @@ ExitCode Unit::callByName(std::string const& object, std::string const& name, st
     if (ExitCode const code = connect(object, target); code != ExitCode::good) {
         return code;
     }
-    Operation const* const operation = findOrComplain(*target.type, name, prefixes);
+    catalogue::Operation const* const operation = findOrComplain(*target.type, name, prefixes);
     return operation != nullptr ? carryOut(target, *operation, arguments) : ExitCode::usage;
 }
 
@@ -228,7 +229,7 @@ ExitCode Unit::walk(std::string const& object)
     }
     TreflectHandlerState const running;
     Value results = Value::object();
-    for (Operation const* const operation : target.type->operations()) {
+    for (catalogue::Operation const* const operation : target.type->operations()) {
         if (!operation->isReading()) {
             continue;
         }

@@ -6,13 +6,11 @@ namespace sim {
 
 namespace {
 
-using Client = IpRoutingTableClient;
-
 constexpr unsigned long mostRoutes = 4096;
 
-auto sameAs(Client::IpRouteEntryCfg const& route)
+auto sameAs(IpRoutingTableClient::IpRouteEntryCfg const& route)
 {
-    return [&route](Client::IpRouteEntryCfg const& other) {
+    return [&route](IpRoutingTableClient::IpRouteEntryCfg const& other) {
         return other.destination == route.destination && other.netmask == route.netmask &&
                other.gateway == route.gateway;
     };
@@ -28,41 +26,42 @@ RoutingTable::RoutingTable(Inventory& inventory, std::string const& id)
     insert({makeAddress(192, 168, 255, 0), makeAddress(255, 255, 255, 0), makeAddress(192, 168, 255, 1)});
     serveConfiguration();
     servant_
-        .on<&Client::getIpRouteSequence>([this](TipprmiSequence<Client::IpRoute>& routes) {
+        .on<&IpRoutingTableClient::getIpRouteSequence>([this](TipprmiSequence<IpRoutingTableClient::IpRoute>& routes) {
             routes = inEffect();
             return GetClient::OK;
         })
-        .on<&Client::getIpForwardingSequence>([this](TipprmiSequence<Client::IpRoute>& routes) {
-            routes = inEffect();
-            return GetClient::OK;
-        })
-        .on<&Client::createIpRoute>(
+        .on<&IpRoutingTableClient::getIpForwardingSequence>(
+            [this](TipprmiSequence<IpRoutingTableClient::IpRoute>& routes) {
+                routes = inEffect();
+                return GetClient::OK;
+            })
+        .on<&IpRoutingTableClient::createIpRoute>(
             [this](Route const& route) { return insert(route) ? RunClient::OK : RunClient::FAILED; })
-        .on<&Client::deleteIpRoute>(
+        .on<&IpRoutingTableClient::deleteIpRoute>(
             [this](Route const& route) { return remove(route) ? RunClient::OK : RunClient::FAILED; });
 }
 
 void RoutingTable::serveConfiguration()
 {
     servant_
-        .on<&Client::getIpRouteEntriesCfg>([this](Routes& routes) {
+        .on<&IpRoutingTableClient::getIpRouteEntriesCfg>([this](Routes& routes) {
             routes = routes_;
             return GetClient::OK;
         })
-        .on<&Client::applyIpRouteEntriesCfg>([this](Routes const& routes) {
+        .on<&IpRoutingTableClient::applyIpRouteEntriesCfg>([this](Routes const& routes) {
             if (routes.getLength() > mostRoutes) {
                 return SetClient::FAILED;
             }
             routes_ = routes;
             return SetClient::OK;
         })
-        .on<&Client::mergeIpRouteEntriesCfg>([this](Routes const& routes) {
+        .on<&IpRoutingTableClient::mergeIpRouteEntriesCfg>([this](Routes const& routes) {
             return std::count_if(routes.begin(), routes.end(), [this](Route const& route) { return insert(route); }) !=
                            0
                        ? SetClient::OK
                        : SetClient::FAILED;
         })
-        .on<&Client::destroyIpRouteEntriesCfg>([this](Routes const& routes) {
+        .on<&IpRoutingTableClient::destroyIpRouteEntriesCfg>([this](Routes const& routes) {
             return std::count_if(routes.begin(), routes.end(), [this](Route const& route) { return remove(route); }) !=
                            0
                        ? SetClient::OK
@@ -89,13 +88,14 @@ bool RoutingTable::remove(Route const& route)
 
 TipprmiSequence<IpRoutingTableClient::IpRoute> RoutingTable::inEffect() const
 {
-    TipprmiSequence<Client::IpRoute> routes;
+    TipprmiSequence<IpRoutingTableClient::IpRoute> routes;
     for (Route const& configured : routes_) {
-        Client::IpRoute route{};
+        IpRoutingTableClient::IpRoute route{};
         route.destination = configured.destination;
         route.netmask = configured.netmask;
         route.address3 = configured.gateway;
-        route.flags = Client::RTF__UP | Client::RTF__GATEWAY | Client::RTF__STATIC;
+        route.flags =
+            IpRoutingTableClient::RTF__UP | IpRoutingTableClient::RTF__GATEWAY | IpRoutingTableClient::RTF__STATIC;
         routes.push_back(route);
     }
     return routes;

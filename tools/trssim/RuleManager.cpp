@@ -6,8 +6,6 @@ namespace sim {
 
 namespace {
 
-using Client = RmAccessClient;
-
 constexpr std::size_t mostRulesets = 64;
 constexpr unsigned long mostExceptions = 256; // of a rule set
 
@@ -16,7 +14,7 @@ SetClient::State stateOf(bool isDone) { return isDone ? SetClient::OK : SetClien
 } // namespace
 
 RuleManager::RuleManager(Inventory& inventory, std::string const& id)
-    : servant_(TipprmiOID(id)), managed_(inventory, servant_, reflect::className<Client>)
+    : servant_(TipprmiOID(id)), managed_(inventory, servant_, reflect::className<RmAccessClient>)
 {
     for (char const* const name : {"input", "output"}) {
         rulesets_[name].name = name;
@@ -29,7 +27,7 @@ RuleManager::RuleManager(Inventory& inventory, std::string const& id)
 void RuleManager::serveRulesets()
 {
     servant_
-        .on<&Client::setRuleset>([this](Ruleset const& ruleset) {
+        .on<&RmAccessClient::setRuleset>([this](Ruleset const& ruleset) {
             bool const isTaken = !ruleset.name.empty() && ruleset.exceptions.getLength() <= mostExceptions &&
                                  (rulesets_.size() < mostRulesets || rulesets_.contains(ruleset.name));
             if (isTaken) {
@@ -37,7 +35,7 @@ void RuleManager::serveRulesets()
             }
             return stateOf(isTaken);
         })
-        .on<&Client::getRuleset>([this](std::string const& name, Ruleset& ruleset) {
+        .on<&RmAccessClient::getRuleset>([this](std::string const& name, Ruleset& ruleset) {
             Ruleset const* const found = find(name);
             if (found == nullptr) {
                 return GetClient::FAILED;
@@ -45,15 +43,16 @@ void RuleManager::serveRulesets()
             ruleset = *found;
             return GetClient::OK;
         })
-        .on<&Client::deleteRuleset>([this](std::string const& name) { return stateOf(rulesets_.erase(name) != 0); })
-        .on<&Client::clearRuleset>([this](std::string const& name) {
+        .on<&RmAccessClient::deleteRuleset>(
+            [this](std::string const& name) { return stateOf(rulesets_.erase(name) != 0); })
+        .on<&RmAccessClient::clearRuleset>([this](std::string const& name) {
             Ruleset* const found = find(name);
             if (found != nullptr) {
                 found->exceptions.setLength(0);
             }
             return stateOf(found != nullptr);
         })
-        .on<&Client::switchRuleset>([this](std::string const& name, Client::RulesetState const& state) {
+        .on<&RmAccessClient::switchRuleset>([this](std::string const& name, RmAccessClient::RulesetState const& state) {
             Ruleset* const found = find(name);
             if (found != nullptr) {
                 found->state = state;
@@ -65,7 +64,7 @@ void RuleManager::serveRulesets()
 void RuleManager::serveExceptions()
 {
     servant_
-        .on<&Client::createException>([this](std::string const& ruleset, Exception const& exception) {
+        .on<&RmAccessClient::createException>([this](std::string const& ruleset, Exception const& exception) {
             Ruleset* const owner = find(ruleset);
             bool const isTaken = owner != nullptr && find(ruleset, exception.name) == nullptr &&
                                  owner->exceptions.getLength() < mostExceptions;
@@ -74,7 +73,7 @@ void RuleManager::serveExceptions()
             }
             return stateOf(isTaken);
         })
-        .on<&Client::deleteException>([this](std::string const& ruleset, std::string const& name) {
+        .on<&RmAccessClient::deleteException>([this](std::string const& ruleset, std::string const& name) {
             Exception* const doomed = find(ruleset, name);
             if (doomed != nullptr) {
                 TipprmiSequence<Exception>& all = find(ruleset)->exceptions;
@@ -85,19 +84,19 @@ void RuleManager::serveExceptions()
             }
             return stateOf(doomed != nullptr);
         })
-        .on<&Client::switchException>(
-            [this](std::string const& ruleset, std::string const& name, Client::ExceptionState const& state) {
+        .on<&RmAccessClient::switchException>(
+            [this](std::string const& ruleset, std::string const& name, RmAccessClient::ExceptionState const& state) {
                 Exception* const found = find(ruleset, name);
                 if (found != nullptr) {
                     found->state = state;
                 }
                 return stateOf(found != nullptr);
             })
-        .on<&Client::getApplicableExceptions>([this](TipprmiSequence<Exception>& all) {
+        .on<&RmAccessClient::getApplicableExceptions>([this](TipprmiSequence<Exception>& all) {
             all = exceptions();
             return GetClient::OK;
         })
-        .on<&Client::getSource>([this](std::string const& text, Client::Source& source) {
+        .on<&RmAccessClient::getSource>([this](std::string const& text, RmAccessClient::Source& source) {
             for (Exception const& exception : exceptions()) {
                 for (unsigned long i = 0; i < 2; ++i) {
                     if (exception.endpoints[i].text == text) {

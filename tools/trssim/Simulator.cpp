@@ -8,8 +8,6 @@ namespace sim {
 
 namespace {
 
-using Client = SimulatorClient;
-
 constexpr unsigned long longestAdvance = 100UL * 24 * 60 * 60; // seconds: what the work takes grows with it
 
 RunClient::State stateOf(bool isDone) { return isDone ? RunClient::OK : RunClient::FAILED; }
@@ -25,31 +23,31 @@ Simulator::Simulator(Unit& unit) : unit_(unit)
 void Simulator::serveTimeAndState()
 {
     servant_
-        .on<&Client::getTime>([this](unsigned long& seconds) {
+        .on<&SimulatorClient::getTime>([this](unsigned long& seconds) {
             seconds = unit_.inventory().clock().now();
             return GetClient::OK;
         })
-        .on<&Client::advance>([this](unsigned long const& seconds) {
+        .on<&SimulatorClient::advance>([this](unsigned long const& seconds) {
             if (seconds > longestAdvance) {
                 return RunClient::FAILED;
             }
             unit_.inventory().clock().advance(seconds);
             return RunClient::OK;
         })
-        .on<&Client::execute>([this](std::string const& command, std::string& wrong) {
+        .on<&SimulatorClient::execute>([this](std::string const& command, std::string& wrong) {
             wrong = executor_ ? executor_(command) : "there are no commands";
             return stateOf(wrong.empty());
         })
-        .on<&Client::getScenario>([this](std::string& scenario) {
+        .on<&SimulatorClient::getScenario>([this](std::string& scenario) {
             scenario = catalogue::toJson(scenario::save(unit_), -1);
             return GetClient::OK;
         })
-        .on<&Client::applyScenario>([this](std::string const& scenario, std::string& wrong) {
+        .on<&SimulatorClient::applyScenario>([this](std::string const& scenario, std::string& wrong) {
             catalogue::Value const document = catalogue::Value::parse(scenario, nullptr, false);
             wrong = document.is_discarded() ? "the scenario is no JSON" : scenario::apply(unit_, document);
             return stateOf(wrong.empty());
         })
-        .on<&Client::getCallCount>([this](unsigned long& count) {
+        .on<&SimulatorClient::getCallCount>([this](unsigned long& count) {
             count = unit_.callCount();
             return GetClient::OK;
         });
@@ -58,12 +56,14 @@ void Simulator::serveTimeAndState()
 void Simulator::serveFaults()
 {
     servant_
-        .on<&Client::inject>([this](Client::Fault const& fault, unsigned long& number, std::string& wrong) {
-            wrong = unit_.faults().inject(fault, number);
-            return stateOf(wrong.empty());
-        })
-        .on<&Client::withdraw>([this](unsigned long const& number) { return stateOf(unit_.faults().withdraw(number)); })
-        .on<&Client::getFaults>([this](TipprmiSequence<Client::NumberedFault>& faults) {
+        .on<&SimulatorClient::inject>(
+            [this](SimulatorClient::Fault const& fault, unsigned long& number, std::string& wrong) {
+                wrong = unit_.faults().inject(fault, number);
+                return stateOf(wrong.empty());
+            })
+        .on<&SimulatorClient::withdraw>(
+            [this](unsigned long const& number) { return stateOf(unit_.faults().withdraw(number)); })
+        .on<&SimulatorClient::getFaults>([this](TipprmiSequence<SimulatorClient::NumberedFault>& faults) {
             faults = unit_.faults().all();
             return GetClient::OK;
         });

@@ -7,7 +7,6 @@
 
 #include <chrono>
 #include <cstdio>
-#include <map>
 
 namespace {
 
@@ -35,33 +34,52 @@ struct Options {
     unsigned units = 0; // 0: one, in this process
 };
 
-void addOptions(CLI::App& app, Options& options)
+void addOptions(tools::CommandLine& line, Options& options)
 {
-    static std::map<std::string, TimeSource> const timeSources{{"real", TimeSource::real},
-                                                               {"stepped", TimeSource::stepped}};
-    app.add_option("--listen", options.endpoints,
-                   "Where to serve: unix:PATH, tcp:HOST:PORT or tcp:PORT; may be given several times (default: " +
-                       std::string(tools::CommandLine::defaultEndpointText) + ")")
-        ->type_name("ENDPOINT")
-        ->allow_extra_args(false)
-        ->check(CLI::Validator(tools::CommandLine::checkEndpoint, ""));
-    app.add_option("--address", options.address, "The public address at the start")->type_name("ADDRESS");
-    app.add_option("--scenario", options.scenario, "What the unit holds at the start, as --save writes it")
-        ->type_name("FILE");
-    app.add_option("--save", options.save, "Where to write what the unit holds at the end")->type_name("FILE");
-    app.add_option("--log-calls", options.callLog, "Where to log the calls, a JSON object a line")->type_name("FILE");
-    app.add_option("--seed", options.seed, "What decides numbers that are left to chance")->type_name("N");
-    app.add_option("--clock", options.timeSource, "real, or stepped: time passes only by the command tick")
-        ->type_name("CLOCK")
-        ->transform(CLI::CheckedTransformer(timeSources).description(""));
-    app.add_option("--units", options.units,
-                   "How many units to run, each in a process of its own: endpoints and files get -1, -2, ... appended, "
-                   "ports and seeds count up")
-        ->type_name("N")
-        ->check(CLI::Range(1U, mostUnits).description(""));
-    app.add_option("--do", options.commands, "A command to execute at the start; may be given several times")
-        ->type_name("COMMAND")
-        ->allow_extra_args(false);
+    line.add({.name = "--listen",
+              .target = &options.endpoints,
+              .help = "Where to serve: unix:PATH, tcp:HOST:PORT or tcp:PORT; may be given several times (default: " +
+                      std::string(tools::CommandLine::defaultEndpointText) + ")",
+              .type = "ENDPOINT",
+              .check = tools::CommandLine::checkEndpoint});
+    line.add({.name = "--address",
+              .target = &options.address,
+              .help = "The public address at the start",
+              .type = "ADDRESS"});
+    line.add({.name = "--scenario",
+              .target = &options.scenario,
+              .help = "What the unit holds at the start, as --save writes it",
+              .type = "FILE"});
+    line.add({.name = "--save",
+              .target = &options.save,
+              .help = "Where to write what the unit holds at the end",
+              .type = "FILE"});
+    line.add({.name = "--log-calls",
+              .target = &options.callLog,
+              .help = "Where to log the calls, a JSON object a line",
+              .type = "FILE"});
+    line.add({.name = "--seed",
+              .target = &options.seed,
+              .help = "What decides numbers that are left to chance",
+              .type = "N"});
+    line.add({.name = "--clock",
+              .target =
+                  [&options](std::string const& name) {
+                      options.timeSource = name == "stepped" ? TimeSource::stepped : TimeSource::real;
+                      return std::string();
+                  },
+              .help = "real, or stepped: time passes only by the command tick",
+              .choices = {"real", "stepped"}});
+    line.add({.name = "--units",
+              .target = &options.units,
+              .help = "How many units to run, each in a process of its own: endpoints and files get -1, -2, ... "
+                      "appended, ports and seeds count up",
+              .type = "N",
+              .range = {{1, mostUnits}}});
+    line.add({.name = "--do",
+              .target = &options.commands,
+              .help = "A command to execute at the start; may be given several times",
+              .type = "COMMAND"});
 }
 
 // Has the unit's time pass as the real one does, in whole seconds.
@@ -157,12 +175,11 @@ Options optionsOf(sim::UnitNumber unit, Options options)
 
 } // namespace
 
-// CLI11 throws when the options of a program contradict each other, which would be a fault of this file.
-int main(int argc, char** argv) // NOLINT(bugprone-exception-escape)
+int main(int argc, char** argv)
 {
     Options options;
     tools::CommandLine line("trssim", description, 4);
-    addOptions(line.options(), options);
+    addOptions(line, options);
     line.takeCommands();
     if (std::optional<int> const code = line.parse(argc, argv)) {
         return *code;

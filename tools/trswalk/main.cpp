@@ -14,7 +14,6 @@ constexpr char const* description = "Walks the objects of a unit from the IP nod
                                     "class, its identifier and some of its values.";
 
 constexpr int notReached = 1;
-constexpr int longestTimeout = 600000;
 
 } // namespace
 
@@ -23,16 +22,8 @@ int main(int argc, char** argv)
     std::string unit = tools::CommandLine::defaultEndpoint();
     int timeout = 5000;
     tools::CommandLine line("trswalk", description, 3);
-    line.options()
-        .add_option("--unit", unit, "Where the unit serves (default: " + unit + ")")
-        ->envname("TRS_UNIT")
-        ->type_name("ENDPOINT")
-        ->check(CLI::Validator(tools::CommandLine::checkEndpoint, ""));
-    line.options()
-        .add_option("--timeout", timeout, "How long a call may take, in milliseconds")
-        ->type_name("MS")
-        ->capture_default_str()
-        ->check(CLI::Range(1, longestTimeout).description(""));
+    line.add(tools::CommandLine::unitOption(unit));
+    line.add(tools::CommandLine::timeoutOption(timeout));
     if (std::optional<int> const code = line.parse(argc, argv)) {
         return *code;
     }
