@@ -188,7 +188,10 @@ TEST(Constants, StandForTheirNumbers)
         {"IpNode", "setTransportMode", "TRANSPORT_MODE", {}},
         {"IpNode", "setTransportMode", "BTS_ID", {}}, // a text
         {"IpNode", "setTransportMode", "IFF__UP", {}},
-        {"IpNode", "setTransportMode", "|", "|"}, // no name, and no number either, which writing it tells
+        {"VlanIfNet", "setFlags", "IFF__UP|0x8000|4", 0x8005},
+        {"VlanIfNet", "setFlags", "IFF__UP|IFF__NOPE", {}},
+        {"VlanIfNet", "setFlags", "7x", "7x"}, // which writing it tells
+        {"IpNode", "setTransportMode", "|", {}},
         {"IpRoutingTable", "storeIpForwardingSequence", {{{"flags", "RTF__UP|RTF__HOST"}}}, {{{"flags", 5}}}},
         {"IpNode", "createAtmIfNet", {{"ifNetParams", {{"flags", "IFF__UP"}}}}, {{"ifNetParams", {{"flags", 1}}}}},
     };

@@ -188,6 +188,7 @@ TEST(CommandLines, AreSplitAsAShellDoes)
         {"get IpNode  mtu # more", {"get", "IpNode", "mtu"}},
         {"a#b '#' \"x y\"z", {"a#b", "#", "x yz"}},
         {R"(a\ b '\n' "\"\\n" '')", {"a b", R"(\n)", R"("\n)", ""}},
+        {R"("\$x \`y \z")", {R"($x `y \z)"}},
         {R"([1,2] '{"a": "b"}')", {"[1,2]", R"({"a": "b"})"}},
         {"'open", {}, false},
         {"end\\", {}, false},
@@ -219,6 +220,8 @@ TEST_F(TrsctlLive, RunsManyLines)
     EXPECT_EQ(piped.waitForExit(), 6) << "a line may ask another unit";
     EXPECT_THAT(joined(piped.readRest()), HasSubstr("1200"));
     EXPECT_EQ(run({"batch", "/nowhere"}).code, 2);
+    std::ofstream(path + ".a") << "batch " << path << ".a\n";
+    EXPECT_THAT(run({"batch", path + ".a"}).error, HasSubstr("nested"));
 }
 
 TEST_F(TrsctlLive, MeasuresCalls)

@@ -90,6 +90,8 @@ TEST_F(TrsctlTable, CompletesWhatIsTyped)
     Unit sim = unit();
     EXPECT_THAT(complete({"get", "EthIfNet:"}), IsSupersetOf({"EthIfNet:IfNet/Transport", "EthIfNet:IfNet/Lmp"}));
     EXPECT_THAT(complete({"get", "EthIfNet:IfNet/Transport", "getVlanI"}), Contains("getVlanId"));
+    EXPECT_THAT(complete({"--unit=unix:/nowhere", "get", "EthIfNet:"}), testing::IsEmpty());
+    EXPECT_THAT(complete({"--format=json", "get", "EthIfNet:IfNet/L"}), ElementsAre("EthIfNet:IfNet/Lmp"));
 }
 
 TEST_F(TrsctlTable, ShellsComplete)

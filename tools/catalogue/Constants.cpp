@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <concepts>
 #include <functional>
 #include <map>
@@ -15,6 +16,8 @@
 namespace catalogue {
 
 namespace {
+
+constexpr std::size_t mostNamed = 12; // constants in a message
 
 Value valueOf(bool value) { return value; }
 Value valueOf(std::integral auto value) { return std::int64_t{value}; }
@@ -105,21 +108,28 @@ bool isName(std::string_view word)
            std::ranges::all_of(word, [](unsigned char each) { return std::isalnum(each) != 0 || each == '_'; });
 }
 
-// The words of "NAME|NAME"; none when the text is something else.
-std::vector<std::string_view> namesIn(std::string_view text)
+// The parts of "A|B".
+std::vector<std::string_view> partsOf(std::string_view text)
 {
-    std::vector<std::string_view> names;
+    std::vector<std::string_view> parts;
     for (;;) {
         std::size_t const length = std::min(text.find('|'), text.size());
-        if (!isName(text.substr(0, length))) {
-            return {};
-        }
-        names.push_back(text.substr(0, length));
+        parts.push_back(text.substr(0, length));
         if (length == text.size()) {
-            return names;
+            return parts;
         }
         text.remove_prefix(length + 1);
     }
+}
+
+std::optional<std::int64_t> numberOf(std::string_view text)
+{
+    int const base = text.starts_with("0x") ? 16 : 10;
+    text.remove_prefix(base == 16 ? 2 : 0);
+    std::int64_t number = 0;
+    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
+    return error == std::errc() && end == text.data() + text.size() && !text.empty() ? std::optional(number)
+                                                                                     : std::nullopt;
 }
 
 // Constants that a comment says a number to be one of, or to be made of.
@@ -182,7 +192,7 @@ std::string_view commentOf(Place const& place)
 }
 
 // The constant of that name which a number at that place may be; null when there is none.
-Constant const* find(Place const& place, std::string_view name)
+Constant const* find(Place const& place, Family const& family, std::string_view name)
 {
     for (std::string_view const className : place.classes) {
         Constant const* const found = find(className, name);
@@ -190,27 +200,42 @@ Constant const* find(Place const& place, std::string_view name)
             return found;
         }
     }
-    Family const family = familyIn(commentOf(place), place.classes);
     auto const found = std::ranges::find(family.constants, name, &Constant::name);
     return found != family.constants.end() ? *found : nullptr;
 }
 
-// Replaces the value by the number that the names in the text stand for, if they are names. Empty, or what is wrong.
+// Why a word stands for no number at that place.
+std::string unknown(std::string_view word, Place const& place, Family const& family)
+{
+    std::string text = '\'' + host::printable(word) + "' is neither a number nor ";
+    if (family.constants.empty() || family.constants.size() > mostNamed) {
+        return text + "a constant of " + std::string(place.classes[0]);
+    }
+    text += "one of ";
+    for (Constant const* const each : family.constants) {
+        text += (each == family.constants.front() ? "" : ", ") + std::string(each->name);
+    }
+    return text;
+}
+
+// Replaces a name, or names and numbers joined by |, by the number that they stand for. Empty, or what is wrong.
 std::string resolve(std::string const& text, Place const& place, Value& value)
 {
-    std::vector<std::string_view> const names = namesIn(text);
+    std::vector<std::string_view> const parts = partsOf(text);
+    if (parts.size() == 1 && !isName(text)) {
+        return {}; // a number, or what is told to be none
+    }
+    Family const family = familyIn(commentOf(place), place.classes);
     std::int64_t bits = 0;
-    for (std::string_view const name : names) {
-        Constant const* const found = find(place, name);
-        if (found == nullptr) {
-            return '\'' + host::printable(name) + "' is neither a number nor a constant of " +
-                   std::string(place.classes[0]);
+    for (std::string_view const part : parts) {
+        Constant const* const found = find(place, family, part);
+        std::optional<std::int64_t> const number = found != nullptr ? found->value.get<std::int64_t>() : numberOf(part);
+        if (!number) {
+            return unknown(part, place, family);
         }
-        bits |= found->value.get<std::int64_t>();
+        bits |= *number;
     }
-    if (!names.empty()) {
-        value = bits;
-    }
+    value = bits;
     return {};
 }
 
