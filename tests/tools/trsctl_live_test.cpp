@@ -240,6 +240,46 @@ TEST_F(TrsctlLive, MeasuresCalls)
     EXPECT_THAT(faulty.output, HasSubstr("failed 2\n"));
 }
 
+// Somebody at a terminal.
+TEST_F(TrsctlLive, ShellTakesCommandLines)
+{
+    std::string const home = path + ".home";
+    ChildProcess shell("/usr/bin/script", {"-qec",
+                                           "env XDG_STATE_HOME=" + home + " TERM=xterm " + program("trsctl") +
+                                               " --unit " + endpoint + " shell --print-command",
+                                           "/dev/null"});
+    auto const shows = [&shell](std::string const& text) {
+        for (std::optional<std::string> line = shell.readLine(); line; line = shell.readLine()) {
+            if (line->find(text) != std::string::npos) {
+                return true;
+            }
+        }
+        return false;
+    };
+    EXPECT_TRUE(shows("Tab completes"));
+    shell.write("set IpN\tmtu '1400'\n");
+    EXPECT_TRUE(shows("trsctl --unit " + endpoint + " set IpNode mtu 1400"));
+    shell.write("get IpNode mt\t\n");
+    EXPECT_TRUE(shows("\033[36mmtu\033[0m 1400")) << "in colour";
+    shell.write("sing\n");
+    EXPECT_TRUE(shows("'sing' is no verb"));
+    shell.write("watch IpNode\n");
+    EXPECT_TRUE(shows("watching IpNode"));
+    shell.write("\003");
+    shell.write("'open\n");
+    EXPECT_TRUE(shows("the quote ' is not closed")) << "an interrupt ends the verb, not the shell";
+    shell.write("exit\n");
+    EXPECT_EQ(shell.waitForExit(), 2) << "the last line's";
+    std::ifstream history(home + "/trsctl/history");
+    EXPECT_THAT(std::string(std::istreambuf_iterator<char>(history), {}), HasSubstr("sing\n"));
+    std::filesystem::remove_all(home);
+    EXPECT_EQ(output({"--color", "always", "get", "IpNode", "mtu"}), "\033[36mmtu\033[0m 1400\n");
+    Running piped(endpoint, {"shell"});
+    piped.write("get IpNode mtu\nquit\nget IpNode mtu\n");
+    EXPECT_EQ(piped.waitForExit(), 0);
+    EXPECT_THAT(piped.readRest(), testing::ElementsAre("mtu 1400"));
+}
+
 TEST_F(TrsctlLive, ShowsProgressOnATerminalOnly)
 {
     std::string const bench =

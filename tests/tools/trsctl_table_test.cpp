@@ -83,6 +83,9 @@ TEST_F(TrsctlTable, CompletesWhatIsTyped)
     EXPECT_THAT(complete({"describe", "EthIfN"}), ElementsAre("EthIfNet"));
     EXPECT_THAT(complete({"describe", "IfNet.getM"}), ElementsAre("IfNet.getMtu"));
     EXPECT_THAT(complete({"get", "IpNode", "getMt"}), ElementsAre("getMtu"));
+    EXPECT_THAT(complete({"get", "IpNode", "mt"}), ElementsAre("mtu"));
+    EXPECT_THAT(complete({"set", "IpNode", "publicIp"}), testing::IsEmpty()) << "it is only read";
+    EXPECT_THAT(complete({"call", "IpNode", "mt"}), testing::IsEmpty()) << "call takes an operation's own name";
     EXPECT_THAT(complete({"get", "Nothing:x", ""}), testing::IsEmpty());
     EXPECT_THAT(complete({"completion", ""}), ElementsAre("bash", "zsh", "fish"));
     EXPECT_THAT(complete({"get", "EthIfNet:"}), testing::IsEmpty()) << "there is no unit";
@@ -94,7 +97,7 @@ TEST_F(TrsctlTable, CompletesWhatIsTyped)
     EXPECT_THAT(complete({"--format=json", "get", "EthIfNet:IfNet/L"}), ElementsAre("EthIfNet:IfNet/Lmp"));
 }
 
-TEST_F(TrsctlTable, ShellsComplete)
+TEST_F(TrsctlTable, BashCompletes)
 {
     Unit sim = unit();
     std::string const programs = program("");
@@ -113,10 +116,36 @@ TEST_F(TrsctlTable, ShellsComplete)
     EXPECT_THAT(completed("trsctl get EthIfNet:IfNet/L"), ElementsAre("IfNet/Lmp"))
         << "bash has the part before the colon";
     EXPECT_THAT(completed("trsctl get EthIfNet:IfNet/Lmp getVlanI"), Contains("getVlanId"));
-    for (auto const& [shell, check] : {std::pair{"zsh", "-n"}, std::pair{"fish", "--no-execute"}}) {
-        ChildProcess parsed = withFile(shell, {check}, output({"completion", shell}));
-        EXPECT_EQ(parsed.waitForExit(), 0) << shell << joined(parsed.readRest(ChildProcess::Stream::error));
-    }
+}
+
+TEST_F(TrsctlTable, FishCompletes)
+{
+    ChildProcess fish("/usr/bin/env",
+                      {"HOME=" + path + ".home", "PATH=" + program("") + ":/usr/bin:/bin", "fish", "--no-config", "-c",
+                       "trsctl completion fish | source; cd /\n"
+                       "for line in 'trsctl sna' 'trsctl --format ' 'trsctl get et' 'trsctl batch et'\n"
+                       "complete -C $line\nend"});
+    EXPECT_EQ(fish.waitForExit(), 0) << joined(fish.readRest(ChildProcess::Stream::error));
+    EXPECT_THAT(fish.readRest(), ElementsAre("snapshot", "json", "table", "text", "etc/"))
+        << "files only where a verb takes some";
+    std::filesystem::remove_all(path + ".home");
+}
+
+TEST_F(TrsctlTable, ZshCompletes)
+{
+    ChildProcess zsh("/usr/bin/env",
+                     {"PATH=" + program("") + ":/usr/bin:/bin", "zsh", "-f", "-c", R"zsh(zmodload zsh/zpty
+zpty terminal zsh -f -i
+until_shown() { zpty -r terminal shown "*$1*" && print -r -- "$1" }
+zpty -w terminal 'autoload -U compinit; compinit -u -D; eval "$(trsctl completion zsh)"; print READ''Y'
+until_shown READY
+zpty -w -n terminal $'trsctl completion fi\t'
+until_shown 'completion fish'
+zpty -w -n terminal $'\C-utrsctl --format js\t list\t'
+until_shown '--format json'
+zpty -d terminal)zsh"});
+    EXPECT_EQ(zsh.waitForExit(), 0) << joined(zsh.readRest(ChildProcess::Stream::error));
+    EXPECT_THAT(zsh.readRest(), ElementsAre("READY", "completion fish", "--format json"));
 }
 
 } // namespace

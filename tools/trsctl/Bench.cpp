@@ -1,6 +1,7 @@
 // trsctl bench: how fast a unit answers.
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Progress.h"
+#include "tools/trsctl/Interrupt.h"
 #include "tools/trsctl/Program.h"
 #include "tools/trsctl/Verbs.h"
 
@@ -101,7 +102,8 @@ public:
 private:
     bool isOver() const
     {
-        return words_.seconds > 0 && Clock::now() - begin_ > std::chrono::duration<double>(words_.seconds);
+        return Interrupt::came() ||
+               (words_.seconds > 0 && Clock::now() - begin_ > std::chrono::duration<double>(words_.seconds));
     }
 
     BenchWords const& words_;

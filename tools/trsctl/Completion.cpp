@@ -8,6 +8,7 @@
 #include "tools/trsctl/Verbs.h"
 
 #include <algorithm>
+#include <cctype>
 #include <deque>
 #include <memory>
 #include <set>
@@ -143,6 +144,25 @@ std::vector<std::string> operationsOf(std::string const& object)
     return names;
 }
 
+// Besides the operations what get and set call them by: mtu.
+std::vector<std::string> namesOf(std::string const& object, tools::Verb const& verb)
+{
+    std::vector<std::string> names = operationsOf(object);
+    for (std::size_t i = names.size(); i-- > 0;) {
+        for (std::string_view const prefix : {"get", "is", "has", "set"}) {
+            std::string const& name = names[i];
+            if ((prefix == "set") == (verb.name == "set") && name.size() > prefix.size() && name.starts_with(prefix) &&
+                std::isupper(static_cast<unsigned char>(name[prefix.size()])) != 0) {
+                std::string brief = name.substr(prefix.size());
+                brief.front() = static_cast<char>(std::tolower(static_cast<unsigned char>(brief.front())));
+                names.push_back(std::move(brief));
+                break;
+            }
+        }
+    }
+    return names;
+}
+
 // "CLASS", and behind a dot its operations.
 std::vector<std::string> classesOrOperations(std::string const& typed)
 {
@@ -245,8 +265,12 @@ std::vector<std::string> candidates(Typed const& typed, std::string const& word,
     if (place.name == "OBJECT") {
         return objectsOf(options);
     }
-    if (place.name == "OPERATION" || place.name == "NAME") {
-        return operationsOf(typed.arguments.empty() ? "" : typed.arguments.front());
+    std::string const object = typed.arguments.empty() ? "" : typed.arguments.front();
+    if (place.name == "OPERATION") {
+        return operationsOf(object);
+    }
+    if (place.name == "NAME") {
+        return namesOf(object, *typed.verb);
     }
     return place.name == "CLASS"               ? classes()
            : place.name == "CLASS[.OPERATION]" ? classesOrOperations(word)

@@ -6,6 +6,7 @@
 #include "tools/catalogue/Constants.h"
 #include "tools/support/Console.h"
 #include "tools/support/Timestamp.h"
+#include "tools/trsctl/Interrupt.h"
 #include "tools/trsctl/Predicate.h"
 #include "tools/trsctl/Program.h"
 #include "tools/trsctl/Verbs.h"
@@ -25,7 +26,8 @@ using catalogue::Value;
 using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds pollInterval{100};
-constexpr std::size_t mostWaiting = 10'000; // notifications that nobody has read yet
+constexpr std::chrono::milliseconds lookInterval{100}; // for an interrupt
+constexpr std::size_t mostWaiting = 10'000;            // notifications that nobody has read yet
 
 struct NotificationWords {
     std::string object;
@@ -53,10 +55,12 @@ public:
     {
         std::unique_lock lock(mutex_);
         auto const isThere = [this] { return !events_.empty(); };
-        if (!end) {
-            changed_.wait(lock, isThere);
-        } else if (!changed_.wait_until(lock, *end, isThere)) {
-            return std::nullopt;
+        for (auto next = Clock::now(); !isThere();) {
+            if (Interrupt::came() || (end && next >= *end)) {
+                return std::nullopt;
+            }
+            next = end ? std::min(next + lookInterval, *end) : next + lookInterval;
+            changed_.wait_until(lock, next, isThere);
         }
         Value event = std::move(events_.front());
         events_.pop_front();
@@ -227,7 +231,7 @@ ExitCode follow(Unit const& unit, Unit::Target const& target,
     if (feed.lost() != 0) {
         std::fprintf(stderr, "%zu notifications came faster than they could be shown\n", feed.lost());
     }
-    return words.count == 0 || shown == words.count ? ExitCode::good : ExitCode::deadline;
+    return words.count == 0 || shown == words.count || Interrupt::came() ? ExitCode::good : ExitCode::deadline;
 }
 
 ExitCode watch(Unit const& unit, NotificationWords const& words)
@@ -256,6 +260,9 @@ ExitCode poll(Unit const& unit, Unit::Target const& target, catalogue::Operation
                 writeResults(outcome.results, unit.options().format);
                 return ExitCode::good;
             }
+        }
+        if (Interrupt::came()) {
+            return ExitCode::deadline;
         }
         if (end && Clock::now() >= *end) {
             if (outcome.kind != Outcome::Kind::done) {

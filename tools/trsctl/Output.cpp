@@ -1,5 +1,6 @@
 #include "tools/trsctl/Output.h"
 
+#include "tools/support/Colour.h"
 #include "tools/support/Console.h"
 
 #include <algorithm>
@@ -14,7 +15,8 @@ std::string upper(std::string text)
     return text;
 }
 
-void writeAligned(std::vector<std::vector<std::string>> const& rows)
+// The first row is a head, or none.
+void writeAligned(std::vector<std::vector<std::string>> const& rows, bool hasHead)
 {
     std::vector<std::size_t> widths;
     for (auto const& row : rows) {
@@ -24,10 +26,14 @@ void writeAligned(std::vector<std::vector<std::string>> const& rows)
         }
     }
     for (auto const& row : rows) {
+        bool const isHead = hasHead && &row == &rows.front();
         std::string line;
         for (std::size_t i = 0; i < row.size(); ++i) {
             std::size_t const padding = i + 1 < row.size() ? widths[i] - row[i].size() + 2 : 0;
-            line += row[i] + std::string(padding, ' ');
+            line += (isHead   ? tools::coloured(row[i], tools::Colour::head)
+                     : i == 0 ? tools::coloured(row[i], tools::Colour::name)
+                              : row[i]) +
+                    std::string(padding, ' ');
         }
         tools::say(line);
     }
@@ -56,7 +62,7 @@ void writeRows(std::vector<std::string> const& head, std::vector<std::vector<std
         lines.push_back(std::move(captions));
     }
     lines.insert(lines.end(), rows.begin(), rows.end());
-    writeAligned(lines);
+    writeAligned(lines, format == Format::table);
 }
 
 void writeResults(catalogue::Value const& results, Format format)
@@ -76,6 +82,6 @@ void writeResults(catalogue::Value const& results, Format format)
         return;
     }
     for (auto const& row : rows) {
-        tools::say(row[0] + ' ' + row[1]);
+        tools::say(tools::coloured(row[0], tools::Colour::name) + ' ' + row[1]);
     }
 }

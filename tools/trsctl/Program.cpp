@@ -1,5 +1,6 @@
 #include "tools/trsctl/Program.h"
 
+#include "tools/support/Colour.h"
 #include "tools/trsctl/Verbs.h"
 
 #include <utility>
@@ -37,6 +38,16 @@ void addOptions(tools::CommandLine& line, Program::Options& options)
         return std::string();
     };
     line.add(std::move(format));
+    line.add({.name = "--color",
+              .target =
+                  [](std::string const& when) {
+                      tools::setUseOfColour(when == "always"  ? tools::UseOfColour::always
+                                            : when == "never" ? tools::UseOfColour::never
+                                                              : tools::UseOfColour::whereItIsSeen);
+                      return std::string();
+                  },
+              .help = "Whether results are coloured; auto: on a terminal, unless NO_COLOR is set",
+              .choices = {"auto", "always", "never"}});
     line.table().exitCodes = exitCodes;
     line.table().needsVerb = true;
 }
@@ -56,9 +67,11 @@ Program::Program(Options defaults) : options_(std::move(defaults)), line_("trsct
     addCallVerbs(*this);
     addTreeVerb(*this);
     addNotificationVerbs(*this);
+    addTrafficVerbs(*this);
     addSnapshotVerbs(*this);
     addBenchVerb(*this);
     addBatchVerb(*this);
+    addShellVerb(*this);
     addCompletionVerbs(*this);
     line_.addCommonOptions();
 }

@@ -2,6 +2,7 @@
 #include "platform/host/Broker.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/catalogue/Constants.h"
+#include "tools/support/Colour.h"
 #include "tools/support/Console.h"
 #include "tools/support/Progress.h"
 #include "tools/trsctl/Program.h"
@@ -226,8 +227,9 @@ struct Differences {
             return;
         }
         std::string const values = sign == '~' ? before + " -> " + after : sign == '+' ? after : before;
-        tools::say(std::string(1, sign) + ' ' + host::printable(place) +
-                   (values.empty() ? "" : ' ' + host::printable(values)));
+        std::string const line =
+            std::string(1, sign) + ' ' + host::printable(place) + (values.empty() ? "" : ' ' + host::printable(values));
+        tools::say(sign == '~' ? line : tools::coloured(line, sign == '+' ? tools::Colour::good : tools::Colour::bad));
     }
 };
 

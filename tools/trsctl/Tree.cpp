@@ -1,5 +1,6 @@
 // trsctl tree: the graph of a unit's objects.
 #include "rmi/TreflectHandlerState.h"
+#include "tools/support/Colour.h"
 #include "tools/support/Console.h"
 #include "tools/trsctl/Program.h"
 #include "tools/trsctl/References.h"
@@ -61,7 +62,8 @@ private:
 void sayText(Node const& node, std::size_t level)
 {
     std::string const via = node.operation.empty() ? "" : "  (" + node.operation + (node.isSeen ? ", above)" : ")");
-    tools::say(std::string(2 * level, ' ') + host::printable(node.object) + via);
+    tools::say(std::string(2 * level, ' ') + tools::coloured(host::printable(node.object), tools::Colour::name) +
+               tools::coloured(via, tools::Colour::aside));
     for (Node const& child : node.children) {
         sayText(child, level + 1);
     }

@@ -1,5 +1,7 @@
 #include "tools/trssim/CallGate.h"
 
+#include "tools/catalogue/MessageText.h"
+
 #include "platform/TipprmiStream.h"
 
 #include <algorithm>
@@ -141,7 +143,8 @@ public:
         if (!strike_ || strike_->kind != FaultKind::refuse) {
             return true;
         }
-        status = refuse(reply, operationOf(address_)) ? host::ReplyStatus::done : host::ReplyStatus::unreadableRequest;
+        status = refuse(reply, catalogue::operationOf(address_)) ? host::ReplyStatus::done
+                                                                 : host::ReplyStatus::unreadableRequest;
         return false;
     }
 
@@ -178,7 +181,7 @@ public:
             flip(bytes, strike_->chance);
             return sendAll();
         case FaultKind::lie:
-            lie(bytes, strike_->chance, operationOf(address_));
+            lie(bytes, strike_->chance, catalogue::operationOf(address_));
             return sendAll();
         case FaultKind::close:
             sendSome(0, bytes.size() / 2);

@@ -1,11 +1,10 @@
 #include "tools/trssim/CallLog.h"
 
-#include "platform/NmaLogHelper.h"
 #include "platform/TipprmiStream.h"
 #include "platform/host/CallFailure.h"
+#include "tools/catalogue/MessageText.h"
 #include "tools/support/Timestamp.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -13,26 +12,7 @@ namespace sim {
 
 namespace {
 
-using catalogue::Operation;
-using catalogue::Type;
 using catalogue::Value;
-
-char const* nameOf(host::ReplyStatus status)
-{
-    switch (status) {
-    case host::ReplyStatus::done:
-        return "done";
-    case host::ReplyStatus::noSuchObject:
-        return "no such object";
-    case host::ReplyStatus::noSuchOperation:
-        return "no such operation";
-    case host::ReplyStatus::unreadableRequest:
-        return "unreadable request";
-    case host::ReplyStatus::replyTooLong:
-        return "reply too long";
-    }
-    return "unknown";
-}
 
 TipprmiStream streamOf(std::string_view bytes)
 {
@@ -41,55 +21,7 @@ TipprmiStream streamOf(std::string_view bytes)
     return stream;
 }
 
-// The in-arguments, or the out-arguments, by name.
-Value argumentsOf(Operation const& operation, bool isIn, TipprmiStream& stream)
-{
-    Value arguments = Value::object();
-    std::vector<std::string_view> const names = operation.parameterNames();
-    for (std::size_t i = 0; i < operation.parameters.size(); ++i) {
-        if (operation.parameters[i].isIn == isIn) {
-            arguments[std::string(names[i])] = catalogue::readValue(stream, *operation.parameters[i].type);
-        }
-    }
-    return arguments;
-}
-
-// What a reply says: its status, and the results of a call that was done.
-void addReply(Value& line, Operation const* operation, std::string_view bytes)
-{
-    TipprmiStream reply = streamOf(bytes);
-    host::MessageHeader header{};
-    if (!host::readHeader(reply, header)) {
-        return;
-    }
-    line["status"] = nameOf(header.status());
-    if (header.status() != host::ReplyStatus::done || operation == nullptr) {
-        return;
-    }
-    Value results = Value::object();
-    if (operation->result != nullptr) {
-        Value result = catalogue::readValue(reply, *operation->result);
-        if (operation->result->kind != Type::Kind::status) {
-            results["result"] = std::move(result);
-        } else if (result["failed"] != 0) {
-            line["status"] = "refused";
-        }
-    }
-    results.update(argumentsOf(*operation, false, reply));
-    line["results"] = std::move(results);
-}
-
 } // namespace
-
-Operation const* operationOf(host::ObjectAddress const& address)
-{
-    catalogue::Class const* const type = catalogue::findClass(address.classId);
-    if (type == nullptr) {
-        return nullptr;
-    }
-    auto const found = std::ranges::find(type->own, address.opIndex, &Operation::index);
-    return found != type->own.end() ? &*found : nullptr;
-}
 
 CallLog::~CallLog()
 {
@@ -106,7 +38,7 @@ std::string CallLog::open(std::string const& file)
 
 void CallLog::write(Entry const& entry)
 {
-    Operation const* const operation = operationOf(entry.address);
+    catalogue::Operation const* const operation = catalogue::operationOf(entry.address);
     Value line = Value::object();
     line["number"] = 0; // in its place, to be replaced under the lock
     if (isTimed_) {
@@ -116,15 +48,15 @@ void CallLog::write(Entry const& entry)
     }
     line["unitTime"] = entry.unitTime;
     line["object"] = entry.address.id;
+    line["operation"] = catalogue::operationNameOf(entry.address);
     if (operation != nullptr) {
-        line["operation"] = std::string(operation->className) + '.' + std::string(operation->name);
         TipprmiStream arguments = streamOf(entry.arguments);
-        line["arguments"] = argumentsOf(*operation, true, arguments);
-    } else {
-        line["operation"] = LogMakeString("0x%08x.%u", static_cast<unsigned>(entry.address.classId),
-                                          static_cast<unsigned>(entry.address.opIndex));
+        line["arguments"] = catalogue::argumentsOf(*operation, true, arguments);
     }
-    addReply(line, operation, entry.reply);
+    TipprmiStream reply = streamOf(entry.reply);
+    if (host::MessageHeader header{}; host::readHeader(reply, header)) {
+        catalogue::addReply(line, header, operation, reply);
+    }
     if (!entry.fault.empty()) {
         line["fault"] = entry.fault;
     }

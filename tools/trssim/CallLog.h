@@ -2,7 +2,6 @@
 #pragma once
 
 #include "platform/host/Message.h"
-#include "tools/catalogue/Value.h"
 
 #include <chrono>
 #include <cstdio>
@@ -42,8 +41,5 @@ private:
     std::FILE* file_ = nullptr;
     unsigned long count_ = 0;
 };
-
-// The operation of that class and index; null when the catalogue has none.
-catalogue::Operation const* operationOf(host::ObjectAddress const& address);
 
 } // namespace sim

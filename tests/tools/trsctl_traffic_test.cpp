@@ -1,0 +1,200 @@
+// trsctl trace, capture, decode and stats: what passes between a management process and a unit.
+#include "tests/tools/Trsctl.h"
+#include "tools/catalogue/Value.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+namespace {
+
+using catalogue::Value;
+using testing::AllOf;
+using testing::Contains;
+using testing::HasSubstr;
+
+class TrsctlTraffic : public TrsctlTest {
+protected:
+    ~TrsctlTraffic() override { std::filesystem::remove(file); }
+
+    // A trsctl between the test's unit and those who connect to `relayed`.
+    struct Between : ChildProcess {
+        explicit Between(Arguments const& arguments) : ChildProcess(program("trsctl"), arguments)
+        {
+            EXPECT_THAT(readLine(Stream::error).value_or(""), testing::StartsWith("relaying "));
+        }
+    };
+    Between between(Arguments arguments)
+    {
+        arguments.insert(arguments.begin(), {"--unit", endpoint});
+        arguments.insert(arguments.end(), {"--listen", relayed});
+        return Between(arguments);
+    }
+    // A call that takes the way through it.
+    static int call(std::string const& through, Arguments arguments)
+    {
+        arguments.insert(arguments.begin(), {"--unit", through});
+        ChildProcess child(program("trsctl"), arguments);
+        return child.waitForExit();
+    }
+    void callAll() const
+    {
+        EXPECT_EQ(call(relayed, {"set", "IpNode", "mtu", "1400"}), 0);
+        EXPECT_EQ(call(relayed, {"get", "IpNode", "mtu"}), 0);
+        EXPECT_EQ(call(relayed, {"get", "IpNode", "ipConfig", "nothing"}), 4);
+        EXPECT_EQ(call(relayed, {"get", "IfNet:Nobody", "mtu"}), 3);
+    }
+    static std::vector<Value> parsed(std::vector<std::string> const& lines)
+    {
+        std::vector<Value> values;
+        values.reserve(lines.size());
+        for (std::string const& line : lines) {
+            values.push_back(Value::parse(line, nullptr, false));
+        }
+        return values;
+    }
+    static std::vector<Value> ofKind(std::vector<Value> const& messages, char const* kind)
+    {
+        std::vector<Value> found;
+        std::copy_if(messages.begin(), messages.end(), std::back_inserter(found),
+                     [kind](Value const& each) { return each["kind"] == kind; });
+        return found;
+    }
+
+    // What tshark shows of each packet: the fields, separated by |.
+    std::vector<std::string> dissect(std::string const& capture, std::vector<std::string> const& fields)
+    {
+        std::ofstream(file + ".lua") << output({"dissector"});
+        Arguments arguments{"-X", "lua_script:" + file + ".lua", "-r", capture, "-T", "fields", "-E", "separator=|"};
+        for (std::string const& field : fields) {
+            arguments.insert(arguments.end(), {"-e", "trsman." + field});
+        }
+        ChildProcess tshark("/usr/bin/tshark", arguments);
+        EXPECT_EQ(tshark.waitForExit(), 0);
+        std::filesystem::remove(file + ".lua");
+        return tshark.readRest();
+    }
+
+    std::string const relayed = "unix:" + path + ".relay";
+    std::string const file = path + ".pcapng";
+    Unit sim = unit({"--clock", "stepped"});
+};
+
+TEST_F(TrsctlTraffic, TracesWhatPasses)
+{
+    Between trace = between({"trace", "--format", "json"});
+    callAll();
+    trace.signal(SIGTERM);
+    EXPECT_EQ(trace.waitForExit(), 0);
+    std::vector<Value> const messages = parsed(trace.readRest());
+    EXPECT_EQ(ofKind(messages, "greeting").size(), 8U) << "two for each connection";
+    std::vector<Value> const requests = ofKind(messages, "request");
+    ASSERT_EQ(requests.size(), 4U);
+    EXPECT_EQ(requests[0]["object"], "IpNode");
+    EXPECT_EQ(requests[0]["operation"], "IpNodeClient.setMtu");
+    EXPECT_EQ(requests[0]["arguments"], Value({{"mtu", 1400}}));
+    EXPECT_EQ(requests[0]["direction"], "to unit");
+    EXPECT_NE(requests[0]["connection"], requests[1]["connection"]);
+    std::vector<Value> const replies = ofKind(messages, "reply");
+    ASSERT_EQ(replies.size(), 4U);
+    EXPECT_EQ(replies[1]["results"], Value({{"mtu", 1400}}));
+    EXPECT_EQ(replies[1]["operation"], "IpNodeClient.getMtu");
+    EXPECT_TRUE(replies[1]["microseconds"].is_number());
+    EXPECT_EQ(replies[2]["status"], "refused");
+    EXPECT_EQ(replies[3]["status"], "no such object");
+}
+
+// What is damaged is passed on, and shown as it is.
+TEST_F(TrsctlTraffic, ShowsDamageAndPassesItOn)
+{
+    Between trace = between({"trace", "--format", "json"});
+    sim.does("fault cut operation=IpNode.getMtu count=1");
+    EXPECT_EQ(call(relayed, {"get", "IpNode", "mtu"}), 7);
+    support::Descriptor const stranger = support::connectTo(path + ".relay");
+    stranger.write({'n', 'o', 'n', 's', 'e', 'n', 's', 'e', 0xff, 0xff, 0xff, 0xff});
+    EXPECT_TRUE(stranger.read(100).empty()) << "the unit hangs up on a stranger, and so does who stands between";
+    trace.signal(SIGTERM);
+    EXPECT_EQ(trace.waitForExit(), 0);
+    std::vector<Value> const messages = parsed(trace.readRest());
+    EXPECT_EQ(ofKind(messages, "reply").at(0)["wrong"], "it ends too early");
+    EXPECT_THAT(ofKind(messages, "malformed").at(0)["bytes"].get<std::string>(), testing::StartsWith("6e6f6e73"));
+}
+
+TEST_F(TrsctlTraffic, CapturesForLater)
+{
+    Between capture = between({"capture", "-w", file});
+    callAll();
+    capture.signal(SIGTERM);
+    EXPECT_EQ(capture.waitForExit(), 0);
+
+    std::vector<Value> const messages = parsed({[&] {
+        std::vector<std::string> lines;
+        std::istringstream text(output({"decode", file, "--format", "json"}));
+        for (std::string line; std::getline(text, line);) {
+            lines.push_back(line);
+        }
+        return lines;
+    }()});
+    EXPECT_EQ(messages.size(), 16U);
+    EXPECT_EQ(ofKind(messages, "reply").at(1)["results"], Value({{"mtu", 1400}}));
+    EXPECT_THAT(output({"decode", file}),
+                HasSubstr("request number=1 IpNode IpNodeClient.setMtu arguments.mtu=1400\n"));
+    Value const counted = Value::parse(output({"stats", file, "--format", "json"}), nullptr, false);
+    ASSERT_EQ(counted.size(), 4U);
+    EXPECT_EQ(counted[0]["operation"], "IfNetClient.getMtu");
+    EXPECT_EQ(counted[0]["errors"], "1");
+    EXPECT_EQ(counted[3]["operation"], "IpNodeClient.setMtu");
+    EXPECT_EQ(counted[3]["calls"], "1");
+    EXPECT_EQ(counted[3]["bytesFromUnit"], "20");
+
+    // A capture that is cut shows what is whole, and says so.
+    std::filesystem::resize_file(file, std::filesystem::file_size(file) - 3);
+    Result const cut = run({"decode", file, "--format", "json"});
+    EXPECT_EQ(cut.code, 2);
+    EXPECT_EQ(std::count(cut.output.begin(), cut.output.end(), '\n'), 15);
+    EXPECT_THAT(cut.error, HasSubstr("ends in the middle of a block"));
+    std::ofstream(file) << "no capture at all";
+    EXPECT_THAT(run({"decode", file}).error, HasSubstr("this is no capture file"));
+    std::ofstream(file, std::ios::trunc);
+    EXPECT_THAT(run({"stats", file}).error, HasSubstr("this is no capture file"));
+    EXPECT_EQ(run({"decode", "/nowhere"}).code, 2);
+    EXPECT_EQ(run({"stats"}).code, 2);
+}
+
+// The dissector has packet analysers show what trsctl shows.
+TEST_F(TrsctlTraffic, IsDissected)
+{
+    Between capture = between({"capture", "-w", file});
+    callAll();
+    sim.does("fault cut operation=IpNode.getMtu count=1");
+    EXPECT_EQ(call(relayed, {"get", "IpNode", "mtu"}), 7);
+    EXPECT_EQ(call(relayed, {"set", "IpNode", "ipForwardingSequence", "[]"}), 2);
+    EXPECT_EQ(call(relayed, {"get", "EthIfNet:IfNet/Transport", "ipAddrSequence"}), 0);
+    capture.signal(SIGTERM);
+    EXPECT_EQ(capture.waitForExit(), 0);
+    std::vector<std::string> const shown = dissect(file, {"kind", "object", "operation", "status", "value", "wrong"});
+    EXPECT_THAT(shown, Contains("request|IpNode|IpNodeClient.setMtu||arguments.mtu=1400|"));
+    EXPECT_THAT(shown, Contains("reply|IpNode|IpNodeClient.getMtu|done|result=done,results.mtu=1400|"));
+    EXPECT_THAT(shown, Contains(testing::StartsWith("reply|IpNode|IpNodeClient.getIpConfig|refused|result=refused,")));
+    EXPECT_THAT(shown, Contains("reply|Nobody|IfNetClient.getMtu|no such object||"));
+    EXPECT_THAT(shown, Contains(AllOf(HasSubstr("getIpAddrSequence|done"),
+                                      HasSubstr("results.addresses[0].ipAddress=10.1.0.7,"))));
+    EXPECT_EQ(std::count_if(shown.begin(), shown.end(), [](auto const& each) { return !each.ends_with('|'); }), 1);
+    EXPECT_THAT(shown, Contains(AllOf(HasSubstr("getMtu|done"), HasSubstr("|it ends too early"))));
+}
+
+TEST_F(TrsctlTraffic, IsDissectedInSegments)
+{
+    std::ofstream(file + ".text") << "O\n0000 54 4f 49 50 00 01 00 00\n"
+                                     "I\n0000 54 4f 49 50 00 01 00 00\n"
+                                     "O\n0000 00 00 00 1e 01 00\n" // in the middle of a request
+                                     "O\n0000 00 00 00 00 00 07 a1 b2 c3 d4 00 00 00 05 00 00 00 01 00 00 00 06 49 70\n"
+                                     "0018 4e 6f 64 65 00 00 00 08 03 00 00 00 00 00 00 08\n"; // and another message
+    ChildProcess made("/usr/bin/text2pcap", {"-q", "-D", "-T", "50000,4000", file + ".text", file});
+    EXPECT_EQ(made.waitForExit(), 0) << joined(made.readRest(ChildProcess::Stream::error));
+    std::filesystem::remove(file + ".text");
+    EXPECT_THAT(dissect(file, {"kind", "object", "operation", "number"}),
+                testing::ElementsAre("greeting|||", "greeting|||", "|||", "request,locate|IpNode|0xa1b2c3d4.5|7,8"));
+}
+
+} // namespace

@@ -1,0 +1,99 @@
+#include "tools/catalogue/MessageText.h"
+
+#include "platform/NmaLogHelper.h"
+#include "platform/TipprmiStream.h"
+
+#include <algorithm>
+
+namespace catalogue {
+
+char const* nameOf(host::MessageKind kind)
+{
+    switch (kind) {
+    case host::MessageKind::request:
+        return "request";
+    case host::MessageKind::reply:
+        return "reply";
+    case host::MessageKind::locate:
+        return "locate";
+    case host::MessageKind::locateReply:
+        return "locate reply";
+    case host::MessageKind::subscribe:
+        return "subscribe";
+    case host::MessageKind::unsubscribe:
+        return "unsubscribe";
+    case host::MessageKind::subscriptionReply:
+        return "subscription reply";
+    case host::MessageKind::notification:
+        return "notification";
+    }
+    return "malformed";
+}
+
+char const* nameOf(host::ReplyStatus status)
+{
+    switch (status) {
+    case host::ReplyStatus::done:
+        return "done";
+    case host::ReplyStatus::noSuchObject:
+        return "no such object";
+    case host::ReplyStatus::noSuchOperation:
+        return "no such operation";
+    case host::ReplyStatus::unreadableRequest:
+        return "unreadable request";
+    case host::ReplyStatus::replyTooLong:
+        return "reply too long";
+    }
+    return "unknown";
+}
+
+Operation const* operationOf(host::ObjectAddress const& address)
+{
+    Class const* const type = findClass(address.classId);
+    if (type == nullptr) {
+        return nullptr;
+    }
+    auto const found = std::ranges::find(type->own, address.opIndex, &Operation::index);
+    return found != type->own.end() ? &*found : nullptr;
+}
+
+std::string operationNameOf(host::ObjectAddress const& address)
+{
+    Operation const* const operation = operationOf(address);
+    return operation != nullptr ? std::string(operation->className) + '.' + std::string(operation->name)
+                                : LogMakeString("0x%08x.%u", static_cast<unsigned>(address.classId),
+                                                static_cast<unsigned>(address.opIndex));
+}
+
+Value argumentsOf(Operation const& operation, bool areIn, TipprmiStream& stream)
+{
+    Value arguments = Value::object();
+    std::vector<std::string_view> const names = operation.parameterNames();
+    for (std::size_t i = 0; i < operation.parameters.size(); ++i) {
+        if (operation.parameters[i].isIn == areIn) {
+            arguments[std::string(names[i])] = readValue(stream, *operation.parameters[i].type);
+        }
+    }
+    return arguments;
+}
+
+void addReply(Value& told, host::MessageHeader const& header, Operation const* operation, TipprmiStream& stream)
+{
+    told["status"] = nameOf(header.status());
+    if (header.status() != host::ReplyStatus::done || operation == nullptr) {
+        return;
+    }
+    Value results = Value::object();
+    if (operation->result != nullptr) {
+        Value result = readValue(stream, *operation->result);
+        if (operation->result->kind != Type::Kind::status) {
+            results["result"] = std::move(result);
+        } else if (result.is_object() && result["failed"] != 0) {
+            told["status"] = "refused";
+        }
+    }
+    results.update(argumentsOf(*operation, false, stream));
+    told["results"] = std::move(results);
+}
+
+} // namespace catalogue

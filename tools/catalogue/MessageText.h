@@ -1,0 +1,27 @@
+// What the messages between brokers say, in the words of the catalogue.
+#pragma once
+
+#include "platform/host/Message.h"
+#include "tools/catalogue/Class.h"
+#include "tools/catalogue/Value.h"
+
+#include <string>
+
+namespace catalogue {
+
+char const* nameOf(host::MessageKind kind);
+char const* nameOf(host::ReplyStatus status);
+
+// The operation of that class and index; null when the catalogue has none.
+Operation const* operationOf(host::ObjectAddress const& address);
+// "IfNetClient.getMtu", or "0xb86aeff7.12" of an operation that the catalogue has not.
+std::string operationNameOf(host::ObjectAddress const& address);
+
+// The in-arguments, or the out-arguments, by name. The stream is at the first of them.
+Value argumentsOf(Operation const& operation, bool areIn, TipprmiStream& stream);
+
+// Adds what a reply says: "status", and "results" of a call that was done. The stream is behind the header; the
+// operation is null when it is not known.
+void addReply(Value& told, host::MessageHeader const& header, Operation const* operation, TipprmiStream& stream);
+
+} // namespace catalogue

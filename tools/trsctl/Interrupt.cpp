@@ -1,0 +1,24 @@
+#include "tools/trsctl/Interrupt.h"
+
+#include <atomic>
+#include <csignal>
+
+namespace {
+
+std::atomic<bool> hasCome = false;
+
+} // namespace
+
+Interrupt::Interrupt()
+{
+    hasCome = false;
+    static_cast<void>(std::signal(SIGINT, [](int) { hasCome = true; }));
+}
+
+Interrupt::~Interrupt()
+{
+    hasCome = false;
+    static_cast<void>(std::signal(SIGINT, SIG_DFL));
+}
+
+bool Interrupt::came() { return hasCome; }

@@ -1,0 +1,14 @@
+// Ends a verb and not the program, when somebody at the terminal presses the key for it.
+#pragma once
+
+// Until it is destroyed, SIGINT has came() tell so instead of ending the program. There is one at a time.
+class Interrupt {
+public:
+    Interrupt();
+    Interrupt(Interrupt const&) = delete;
+    Interrupt& operator=(Interrupt const&) = delete;
+    ~Interrupt();
+
+    // Since there is one.
+    static bool came();
+};

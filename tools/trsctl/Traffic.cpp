@@ -1,0 +1,284 @@
+// trsctl trace, capture, decode and stats: what passes between management processes and a unit.
+#include "platform/host/CallFailure.h"
+#include "tools/support/Colour.h"
+#include "tools/support/Console.h"
+#include "tools/support/Timestamp.h"
+#include "tools/trsctl/Capture.h"
+#include "tools/trsctl/Dissector.h"
+#include "tools/trsctl/Program.h"
+#include "tools/trsctl/Verbs.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+#include <fstream>
+#include <iostream>
+#include <map>
+#include <memory>
+
+namespace {
+
+// Has something done with every message of some connections.
+class Traffic {
+public:
+    using Act = std::function<bool(Packet const& packet, Conversation::Told const& told)>;
+
+    explicit Traffic(Act act) : act_(std::move(act)) {}
+
+    // Bytes of a live connection. False when enough was seen.
+    bool pass(std::uint32_t connection, host::Direction direction, std::string_view bytes)
+    {
+        Cutter& cutter = cutters_[{connection, direction}];
+        cutter.add(bytes);
+        while (std::optional<std::string> message = cutter.next()) {
+            if (!take({std::chrono::system_clock::now(), connection, direction, std::move(*message)})) {
+                return false;
+            }
+        }
+        return true;
+    }
+    bool take(Packet const& packet)
+    {
+        return act_(packet, conversations_[packet.connection].tell(packet.message, packet.time));
+    }
+
+private:
+    Act const act_;
+    std::map<std::pair<std::uint32_t, host::Direction>, Cutter> cutters_;
+    std::map<std::uint32_t, Conversation> conversations_;
+};
+
+struct TrafficWords {
+    std::string listen;
+    std::string file;
+    unsigned long count = 0; // 0: without end
+    double seconds = 0;      // 0: without end
+};
+
+void show(Packet const& packet, Conversation::Told const& told, Format format)
+{
+    catalogue::Value line{{"time", tools::timestamp(packet.time)},
+                          {"connection", packet.connection},
+                          {"direction", packet.direction == host::Direction::toServer ? "to unit" : "from unit"}};
+    line.update(told.value);
+    if (told.duration) {
+        line["microseconds"] = std::chrono::duration_cast<std::chrono::microseconds>(*told.duration).count();
+    }
+    if (format == Format::json) {
+        tools::say(catalogue::toJson(line, -1));
+        return;
+    }
+    std::string text;
+    catalogue::forEachLeaf(line, [&text](std::string const& path, std::string const& leaf) {
+        constexpr std::string_view plain[] = {"time", "direction", "kind", "object", "operation", "status"};
+        bool const isPlain = std::ranges::find(plain, path) != std::end(plain);
+        std::string word = host::printable(isPlain ? leaf : path + '=' + leaf);
+        if (path == "status" || path == "wrong") {
+            word = tools::coloured(word, leaf == "done" ? tools::Colour::good : tools::Colour::bad);
+        } else if (path == "object" || path == "operation") {
+            word = tools::coloured(word, tools::Colour::name);
+        } else if (path == "time" || path == "connection" || path == "microseconds") {
+            word = tools::coloured(word, tools::Colour::aside);
+        }
+        text += (text.empty() ? "" : " ") + word;
+    });
+    tools::say(text);
+}
+
+ExitCode complain(std::string const& what)
+{
+    std::fprintf(stderr, "%s\n", what.c_str());
+    return ExitCode::usage;
+}
+
+// Relays until the words say that it is enough.
+ExitCode relay(Program::Options const& options, TrafficWords const& words, Traffic::Act const& act)
+{
+    host::Endpoint listen;
+    host::Endpoint unit;
+    std::string wrong = host::Endpoint::parse(words.listen, listen);
+    wrong = wrong.empty() ? host::Endpoint::parse(options.unit, unit) : wrong;
+    if (!wrong.empty()) {
+        return complain(wrong);
+    }
+    unsigned long seen = 0;
+    bool isGood = true;
+    Traffic traffic([&](Packet const& packet, Conversation::Told const& told) {
+        isGood = act(packet, told);
+        return isGood && ++seen != words.count;
+    });
+    host::Relay relay(listen, unit,
+                      [&traffic](std::uint32_t connection, host::Direction direction, std::string_view bytes) {
+                          return traffic.pass(connection, direction, bytes);
+                      });
+    if (std::string const why = relay.open(); !why.empty()) {
+        return complain(why);
+    }
+    std::fprintf(stderr, "relaying %s to %s\n", relay.endpoint().c_str(), options.unit.c_str());
+    relay.run(words.seconds == 0 ? std::nullopt
+                                 : std::optional(std::chrono::milliseconds(static_cast<long>(words.seconds * 1000))));
+    return isGood ? ExitCode::good : complain("the capture cannot be written");
+}
+
+ExitCode readCapture(std::string const& file, Traffic::Act const& act)
+{
+    std::ifstream opened;
+    if (file != "-") {
+        opened.open(file, std::ios::binary);
+        if (!opened) {
+            return complain('\'' + host::printable(file) + "' cannot be read");
+        }
+    }
+    CaptureReader reader(file == "-" ? std::cin : opened);
+    Traffic traffic(act);
+    for (Packet packet; reader.read(packet);) {
+        traffic.take(packet);
+    }
+    return reader.wrong().empty() ? ExitCode::good : complain('\'' + host::printable(file) + "': " + reader.wrong());
+}
+
+ExitCode capture(Program::Options const& options, TrafficWords const& words)
+{
+    CaptureWriter writer;
+    if (std::string const why = writer.open(words.file); !why.empty()) {
+        return complain(why);
+    }
+    return relay(options, words,
+                 [&writer](Packet const& packet, Conversation::Told const&) { return writer.write(packet); });
+}
+
+// What is counted of each operation.
+class Statistics {
+public:
+    bool add(Packet const& packet, Conversation::Told const& told)
+    {
+        if (told.value["kind"] != "reply" || !told.value.contains("operation")) {
+            return true;
+        }
+        Entry& entry = entries_[told.value["operation"].get<std::string>()];
+        entry.errors += told.value["status"] != "done" || told.value.contains("wrong") ? 1U : 0U;
+        entry.bytesToUnit += told.requestSize;
+        entry.bytesFromUnit += packet.message.size();
+        entry.durations.push_back(told.duration->count());
+        return true;
+    }
+    void write(Format format)
+    {
+        std::vector<std::vector<std::string>> rows;
+        for (auto& [operation, entry] : entries_) {
+            std::ranges::sort(entry.durations);
+            auto const quantile = [&durations = entry.durations](double share) {
+                auto const place = static_cast<std::size_t>(share * static_cast<double>(durations.size() - 1));
+                return fmt::format("{:.1f}", static_cast<double>(durations[place]) / 1000);
+            };
+            rows.push_back({operation, std::to_string(entry.durations.size()), std::to_string(entry.errors),
+                            quantile(0.5), quantile(0.99), std::to_string(entry.bytesToUnit),
+                            std::to_string(entry.bytesFromUnit)});
+        }
+        writeRows({"operation", "calls", "errors", "p50us", "p99us", "bytesToUnit", "bytesFromUnit"}, rows, format);
+    }
+
+private:
+    struct Entry {
+        unsigned long errors = 0;
+        std::size_t bytesToUnit = 0;
+        std::size_t bytesFromUnit = 0;
+        std::vector<std::int64_t> durations; // nanoseconds
+    };
+    std::map<std::string, Entry> entries_;
+};
+
+ExitCode stats(Program::Options const& options, TrafficWords const& words)
+{
+    if (words.file.empty() == words.listen.empty()) {
+        return complain("either FILE or --listen is needed");
+    }
+    Statistics statistics;
+    auto const add = [&statistics](Packet const& packet, Conversation::Told const& told) {
+        return statistics.add(packet, told);
+    };
+    ExitCode const code = words.file.empty() ? relay(options, words, add) : readCapture(words.file, add);
+    statistics.write(options.format);
+    return code;
+}
+
+Traffic::Act shower(Format format)
+{
+    return [format](Packet const& packet, Conversation::Told const& told) {
+        show(packet, told, format);
+        return true;
+    };
+}
+
+// The options of a verb that relays, and more.
+std::vector<tools::Option> relayOptions(TrafficWords& words, bool isRequired, std::vector<tools::Option> more = {})
+{
+    std::vector<tools::Option> options{
+        {.name = "--listen",
+         .target = &words.listen,
+         .help = "Where management processes connect instead of to the unit",
+         .type = "ENDPOINT",
+         .check = tools::CommandLine::checkEndpoint,
+         .isRequired = isRequired},
+        {.name = "--count", .target = &words.count, .help = "End after so many messages", .type = "N"},
+        {.name = "--for",
+         .target = &words.seconds,
+         .help = "How long, in seconds; until it is interrupted unless said",
+         .type = "S",
+         .range = {{0, 1e6}}},
+    };
+    options.insert(options.begin(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
+    return options;
+}
+
+tools::Option fileArgument(TrafficWords& words, bool isRequired)
+{
+    return {
+        .name = "FILE", .target = &words.file, .help = "A capture, or - for standard input", .isRequired = isRequired};
+}
+
+} // namespace
+
+void addTrafficVerbs(Program& program)
+{
+    auto const traced = std::make_shared<TrafficWords>();
+    program.add({.name = "trace",
+                 .help = "Show what passes, message by message",
+                 .example = "trace --listen unix:/tmp/traced.sock",
+                 .options = relayOptions(*traced, true)},
+                [traced](Program::Options const& options) { return relay(options, *traced, shower(options.format)); });
+
+    auto const captured = std::make_shared<TrafficWords>();
+    program.add({.name = "capture",
+                 .help = "Write what passes to a file for packet analysers",
+                 .example = "capture --listen unix:/tmp/traced.sock -w unit.pcapng",
+                 .options = relayOptions(*captured, true,
+                                         {{.name = "-w,--write",
+                                           .target = &captured->file,
+                                           .help = "The file, in pcapng format",
+                                           .type = "FILE",
+                                           .isRequired = true}})},
+                [captured](Program::Options const& options) { return capture(options, *captured); });
+
+    auto const decoded = std::make_shared<TrafficWords>();
+    program.add(
+        {.name = "decode",
+         .help = "Show a capture as trace does",
+         .example = "decode unit.pcapng",
+         .options = {fileArgument(*decoded, true)}},
+        [decoded](Program::Options const& options) { return readCapture(decoded->file, shower(options.format)); });
+
+    auto const counted = std::make_shared<TrafficWords>();
+    program.add({.name = "stats",
+                 .help = "Count calls by operation: errors, times, bytes",
+                 .example = "stats unit.pcapng",
+                 .options = relayOptions(*counted, false, {fileArgument(*counted, false)})},
+                [counted](Program::Options const& options) { return stats(options, *counted); });
+
+    program.add({.name = "dissector",
+                 .help = "Write what has packet analysers show captures in the catalogue's words, in Lua",
+                 .example = "dissector >trsman.lua && tshark -X lua_script:trsman.lua -r unit.pcapng"},
+                [](Program::Options const&) {
+                    writeDissector();
+                    return ExitCode::good;
+                });
+}
