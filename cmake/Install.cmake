@@ -19,6 +19,8 @@ install(FILES ${public_host_headers} DESTINATION ${include_directory}/platform/h
 configure_package_config_file(cmake/trsman-config.cmake.in ${CMAKE_BINARY_DIR}/cmake/trsman-config.cmake
     INSTALL_DESTINATION ${package_directory})
 write_basic_package_version_file(${CMAKE_BINARY_DIR}/cmake/trsman-config-version.cmake COMPATIBILITY SameMinorVersion)
+# Relative, as packages are installed elsewhere than the build says.
+file(RELATIVE_PATH from_pkgconfig_to_prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 configure_file(cmake/trsman.pc.in ${CMAKE_BINARY_DIR}/cmake/trsman.pc @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/cmake/trsman-config.cmake ${CMAKE_BINARY_DIR}/cmake/trsman-config-version.cmake
     DESTINATION ${package_directory} COMPONENT development)
