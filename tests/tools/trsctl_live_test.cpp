@@ -240,12 +240,12 @@ TEST_F(TrsctlLive, MeasuresCalls)
     EXPECT_THAT(faulty.output, HasSubstr("failed 2\n"));
 }
 
-// Somebody at a terminal.
+// Somebody at a terminal. Without `exec`, a shell may stay in between and end by the interrupt that the verb takes.
 TEST_F(TrsctlLive, ShellTakesCommandLines)
 {
     std::string const home = path + ".home";
     ChildProcess shell("/usr/bin/script", {"-qec",
-                                           "env XDG_STATE_HOME=" + home + " TERM=xterm " + program("trsctl") +
+                                           "exec env XDG_STATE_HOME=" + home + " TERM=xterm " + program("trsctl") +
                                                " --unit " + endpoint + " shell --print-command",
                                            "/dev/null"});
     auto const shows = [&shell](std::string const& text) {

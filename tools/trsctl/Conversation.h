@@ -29,7 +29,7 @@ class Conversation {
 public:
     using Time = std::chrono::system_clock::time_point;
 
-    struct Told {
+    struct Told { // NOLINT(bugprone-exception-escape): in moving the JSON library's values, which cannot throw
         // {"kind": "request", "number", "object", "operation", "arguments"}, {"kind": "reply", ..., "status",
         // "results"} and the like, as docs/traffic.md has it.
         catalogue::Value value;

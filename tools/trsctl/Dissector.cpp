@@ -330,7 +330,7 @@ private:
             enumerators += fmt::format("[{}] = \"{}\", ", each.value, each.name);
         }
         std::size_t const element = type.element != nullptr ? numberOf(*type.element) : 0;
-        return fmt::format("{{\"{}\", \"{}\", {}, {}, {{{}}}, {{{}}}}}", kindOf(type.kind), type.name, element,
+        return fmt::format(R"({{"{}", "{}", {}, {}, {{{}}}, {{{}}}}})", kindOf(type.kind), type.name, element,
                            type.count, fields, enumerators);
     }
 

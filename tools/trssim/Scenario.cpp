@@ -408,21 +408,21 @@ std::string apply(Unit& unit, Value const& document)
     return wrong.empty() ? applyFaults(unit, document) : wrong;
 }
 
-std::string read(std::string const& file, Value& document)
+std::string load(Unit& unit, std::string const& file)
 {
     std::ifstream stream(file, std::ios::binary);
     if (!stream) {
         return inQuotes(file) + " cannot be read: " + std::strerror(errno); // NOLINT(concurrency-mt-unsafe)
     }
-    document = Value::parse(stream, nullptr, false);
-    return document.is_discarded() ? inQuotes(file) + " is no JSON" : "";
+    Value const document = Value::parse(stream, nullptr, false);
+    return document.is_discarded() ? inQuotes(file) + " is no JSON" : apply(unit, document);
 }
 
-std::string write(std::string const& file, Value const& document)
+std::string store(Unit& unit, std::string const& file)
 {
     std::string const made = file + ".new";
     std::ofstream stream(made, std::ios::binary | std::ios::trunc);
-    stream << catalogue::toJson(document) << '\n';
+    stream << catalogue::toJson(save(unit)) << '\n';
     stream.close();
     if (!stream || std::rename(made.c_str(), file.c_str()) != 0) {
         std::string const why = std::strerror(errno); // NOLINT(concurrency-mt-unsafe)

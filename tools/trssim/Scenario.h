@@ -27,10 +27,10 @@ catalogue::Value save(Unit& unit);
 // wrong: the result names it; empty when there is none.
 std::string apply(Unit& unit, catalogue::Value const& document);
 
-// Empty, or why the file is none.
-std::string read(std::string const& file, catalogue::Value& document);
-// Replaces the file's content as a whole or not at all. Empty, or why it cannot.
-std::string write(std::string const& file, catalogue::Value const& document);
+// apply() of what a file says. Empty, or what is wrong with the file.
+std::string load(Unit& unit, std::string const& file);
+// save() to a file, whose content is replaced as a whole or not at all. Empty, or why it cannot.
+std::string store(Unit& unit, std::string const& file);
 
 } // namespace scenario
 

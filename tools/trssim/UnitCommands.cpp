@@ -191,12 +191,9 @@ void addStateCommands(Adder& adder, Unit& unit)
                  return std::string();
              })
         .add("save", "FILE", "writes what the unit holds as a scenario",
-             [&unit](Words const& words) { return scenario::write(words.front(), scenario::save(unit)); })
-        .add("load", "FILE", "makes the unit hold what a scenario says", [&unit](Words const& words) {
-            catalogue::Value document;
-            std::string const wrong = scenario::read(words.front(), document);
-            return wrong.empty() ? scenario::apply(unit, document) : wrong;
-        });
+             [&unit](Words const& words) { return scenario::store(unit, words.front()); })
+        .add("load", "FILE", "makes the unit hold what a scenario says",
+             [&unit](Words const& words) { return scenario::load(unit, words.front()); });
 }
 
 } // namespace

@@ -99,11 +99,8 @@ void follow(tools::Console& console, sim::Unit& unit)
 std::string prepare(sim::Unit& unit, tools::Console& console, Options const& options)
 {
     if (!options.scenario.empty()) {
-        catalogue::Value document;
-        std::string wrong = sim::scenario::read(options.scenario, document);
         TreflectHandlerState const running;
-        wrong = wrong.empty() ? sim::scenario::apply(unit, document) : wrong;
-        if (!wrong.empty()) {
+        if (std::string const wrong = sim::scenario::load(unit, options.scenario); !wrong.empty()) {
             return "--scenario: " + wrong;
         }
     }
@@ -153,7 +150,7 @@ int run(Options const& options, bool endsWithInput)
     console.run(endsWithInput);
     if (!options.save.empty()) {
         TreflectHandlerState const running;
-        if (std::string const why = sim::scenario::write(options.save, sim::scenario::save(unit)); !why.empty()) {
+        if (std::string const why = sim::scenario::store(unit, options.save); !why.empty()) {
             std::fprintf(stderr, "--save: %s\n", why.c_str());
             return cannotServe;
         }
