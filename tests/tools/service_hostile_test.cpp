@@ -89,7 +89,9 @@ TEST_F(ServingBadly, ServesOthersWhileConnectionsIdle)
     EXPECT_EQ(post(login("anna", "secret")).status, 200);
 
     support::Descriptor const begun = connect(); // and ends when it is told to
-    send(begun, "POST / HTTP/1.1\r\nContent-Length: 10\r\n\r\n");
+    send(begun, "POST / HTTP/1.1\r\nContent-Length: 10\r\nExpect: 100-continue\r\n\r\n");
+    std::string const goOn = "HTTP/1.1 100 Continue\r\n\r\n";
+    EXPECT_EQ(begun.read(goOn.size()), support::Octets(goOn.begin(), goOn.end()));
     child.signal(SIGTERM);
     EXPECT_EQ(child.waitForExit(), 0);
     EXPECT_EQ(receive(begun).status, 408);
