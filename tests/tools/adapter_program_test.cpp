@@ -67,6 +67,9 @@ TEST_F(AdapterProgram, FollowsTheAddressAndIgnoresAnEmptyOne)
     sim.readUntil("address 10.0.0.51 announced");
     child.readUntil("applied 10.0.0.51");
 
+    EXPECT_TRUE(child.writeLine("site"));
+    child.readUntil("site element WBTS, identifier 4711");
+    child.readUntil("site addresses: public 10.0.0.51, transport 10.1.0.7, local management unknown");
     EXPECT_TRUE(sim.writeLine("announce \"\x1b[2J; rm\"")); // it goes through as it is and is shown harmless
     child.readUntil("applied \\x1b[2J; rm");
 }

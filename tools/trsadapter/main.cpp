@@ -120,6 +120,29 @@ void addOptions(tools::CommandLine& line, Options& options)
     line.table().verbs.push_back(serveVerb(options));
 }
 
+// Asks the unit, which takes up to some calls' time.
+void saySiteConfiguration()
+{
+    auto const text = [](bool isKnown, std::string const& value) {
+        return isKnown && !value.empty() ? host::printable(value) : "unknown";
+    };
+    auto const asked = [&text](bool (*ask)(std::string&)) {
+        std::string value;
+        bool const isKnown = ask(value);
+        return text(isKnown, value);
+    };
+    long const btsId = ZYN_OSServices::getBsId();
+    tools::say("site element " + text(true, ZYN_OSServices::getNEName()) + ", identifier " +
+               (btsId >= 0 ? std::to_string(btsId) : "unknown"));
+    tools::say("site O&M peer " + asked(ZYN_OSServices::getBTSOMIpAddress) + ", port " +
+               std::to_string(ZYN_OSServices::getBTSOMPort()));
+    tools::say("site addresses: public " + asked(ZYN_OSServices::getPublicIp) + ", transport " +
+               asked(ZYN_OSServices::getTransportEthIp) + ", local management " +
+               asked(ZYN_OSServices::getLmpIpAddress));
+    tools::say("site certificates " + text(true, ZYN_OSServices::getApplnCertificateDataStore()) + ", log " +
+               text(true, ZYN_OSServices::getRuemLogfilePath() + '/' + ZYN_OSServices::getRuemLogfileName()));
+}
+
 void addCommands(tools::Console& console, Adapter& adapter)
 {
     using tools::Words;
@@ -136,6 +159,10 @@ void addCommands(tools::Console& console, Adapter& adapter)
     console.add({"address", "", "says the address that was applied last", [](Words const&) {
                      std::string const address = host::UnitValues::instance().publicAddress();
                      tools::say(address.empty() ? "no address" : "address " + host::printable(address));
+                     return std::string();
+                 }});
+    console.add({"site", "", "says what the site configuration has, some of it asked of the unit", [](Words const&) {
+                     saySiteConfiguration();
                      return std::string();
                  }});
     console.add({"reconnect", "", "begins anew, as a unit that was away requires", [&adapter](Words const&) {
