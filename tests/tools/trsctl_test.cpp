@@ -55,7 +55,7 @@ TEST_F(Trsctl, TellsByItsExitCodeWhatCanBeDone)
         int code;
         std::string error;
     } const cases[] = {
-        {{}, 2, "subcommand"},
+        {{}, 2, "a verb is required; trsctl --help"},
         {{"sing"}, 2, "sing"},
         {{"get", "IpNode"}, 2, "NAME is required"},
         {{"get", "IpNode", "mtu", "--format", "xml"}, 2, "xml"},

@@ -225,13 +225,14 @@ std::optional<int> CommandLine::parse(std::vector<std::string> words)
         addTo(app, table_);
         app.parse(std::move(words));
     } catch (CLI::RequiredError const& end) {
-        std::vector<std::string> const unknown =
-            app.get_subcommands().empty() ? app.remaining() : std::vector<std::string>();
-        if (unknown.empty()) {
+        if (!table_.needsVerb || !app.get_subcommands().empty()) {
             return app.exit(end), wrongUsage;
         }
-        std::fprintf(stderr, "'%s' is no verb of %s; --help lists them\n", host::printable(unknown.front()).c_str(),
-                     table_.program.c_str());
+        std::vector<std::string> const unknown = app.remaining();
+        std::string const wrong = unknown.empty()
+                                      ? "a verb is required"
+                                      : '\'' + host::printable(unknown.front()) + "' is no verb of " + table_.program;
+        std::fprintf(stderr, "%s; %s --help lists them\n", wrong.c_str(), table_.program.c_str());
         return wrongUsage;
     } catch (CLI::ParseError const& end) {
         return app.exit(end) == 0 ? 0 : wrongUsage;
