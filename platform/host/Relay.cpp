@@ -98,7 +98,7 @@ private:
         from.async_read_some(asio::buffer(room), [self = shared_from_this(), direction, &to,
                                                   &room](asio::error_code const& error, std::size_t count) {
             if (error) {
-                self->end();
+                self->endDirection(direction, error);
                 return;
             }
             bool const goesOn = self->parts_.tap(self->number_, direction, {room.data(), count});
@@ -107,15 +107,23 @@ private:
                                   if (!goesOn) {
                                       self->parts_.context.stop();
                                   }
-                                  failure ? self->end() : self->carry(direction);
+                                  failure ? self->endDirection(direction, failure) : self->carry(direction);
                               });
         });
     }
-    void end()
+    // Passes the end of one direction on; the other may still have something to carry.
+    void endDirection(Direction direction, asio::error_code const& why)
     {
         asio::error_code ignored;
-        client_.close(ignored);
-        server_.close(ignored);
+        if (why == asio::error::eof) {
+            (direction == Direction::toServer ? server_ : client_).shutdown(Socket::shutdown_send, ignored);
+        } else {
+            client_.close(ignored);
+            server_.close(ignored);
+        }
+        if (!parts_.tap(number_, direction, {})) {
+            parts_.context.stop();
+        }
     }
 
     Parts& parts_;

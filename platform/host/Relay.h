@@ -18,8 +18,8 @@ enum class Direction { toServer, fromServer };
 // Carries the bytes of each connection to the server and back, unchanged and at once.
 class Relay {
 public:
-    // Is told of bytes that pass, before they are passed on; connections are numbered from 1 on. False ends the relay,
-    // once these bytes are passed on.
+    // Is told of bytes that pass, before they are passed on; connections are numbered from 1 on. In the end it is told
+    // of none, once for each direction. False ends the relay, once these bytes are passed on.
     using Tap = std::function<bool(std::uint32_t connection, Direction direction, std::string_view bytes)>;
 
     Relay(Endpoint listen, Endpoint server, Tap tap);

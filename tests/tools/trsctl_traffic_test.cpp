@@ -110,6 +110,8 @@ TEST_F(TrsctlTraffic, ShowsDamageAndPassesItOn)
     Between trace = between({"trace", "--format", "json"});
     sim.does("fault cut operation=IpNode.getMtu count=1");
     EXPECT_EQ(call(relayed, {"get", "IpNode", "mtu"}), 7);
+    sim.does("fault close operation=IpNode.getMtu count=1");
+    EXPECT_EQ(call(relayed, {"get", "IpNode", "mtu"}), 6);
     support::Descriptor const stranger = support::connectTo(path + ".relay");
     stranger.write({'n', 'o', 'n', 's', 'e', 'n', 's', 'e', 0xff, 0xff, 0xff, 0xff});
     EXPECT_TRUE(stranger.read(100).empty()) << "the unit hangs up on a stranger, and so does who stands between";
@@ -117,7 +119,11 @@ TEST_F(TrsctlTraffic, ShowsDamageAndPassesItOn)
     EXPECT_EQ(trace.waitForExit(), 0);
     std::vector<Value> const messages = parsed(trace.readRest());
     EXPECT_EQ(ofKind(messages, "reply").at(0)["wrong"], "it ends too early");
-    EXPECT_THAT(ofKind(messages, "malformed").at(0)["bytes"].get<std::string>(), testing::StartsWith("6e6f6e73"));
+    std::vector<Value> const malformed = ofKind(messages, "malformed");
+    ASSERT_EQ(malformed.size(), 2U) << "an answer that ends with its connection; what the stranger says";
+    EXPECT_EQ(malformed[0]["direction"], "from unit");
+    EXPECT_EQ(malformed[0]["connection"], 2);
+    EXPECT_THAT(malformed[1]["bytes"].get<std::string>(), testing::StartsWith("6e6f6e73"));
 }
 
 TEST_F(TrsctlTraffic, CapturesForLater)

@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 // Cuts the bytes of one direction of a connection into greeting and messages.
 class Cutter {
@@ -17,6 +18,8 @@ public:
     void add(std::string_view bytes) { bytes_ += bytes; }
     // The next part as a whole; none until more has come. What is no message comes as it is, whatever its length.
     std::optional<std::string> next();
+    // What is left when no more comes.
+    std::string rest() { return std::exchange(bytes_, {}); }
 
 private:
     std::string bytes_;

@@ -24,27 +24,46 @@ public:
 
     explicit Traffic(Act act) : act_(std::move(act)) {}
 
-    // Bytes of a live connection. False when enough was seen.
-    bool pass(std::uint32_t connection, host::Direction direction, std::string_view bytes)
+    // Bytes of a live connection; none at the end of this direction. False when enough was seen.
+    bool pass(std::uint32_t number, host::Direction direction, std::string_view bytes)
     {
-        Cutter& cutter = cutters_[{connection, direction}];
+        Connection& connection = connections_[number];
+        Cutter& cutter = direction == host::Direction::toServer ? connection.toUnit : connection.fromUnit;
         cutter.add(bytes);
-        while (std::optional<std::string> message = cutter.next()) {
-            if (!take({std::chrono::system_clock::now(), connection, direction, std::move(*message)})) {
+        std::optional<std::string> message = cutter.next();
+        for (; message; message = cutter.next()) {
+            if (!take({std::chrono::system_clock::now(), number, direction, std::move(*message)})) {
                 return false;
             }
         }
-        return true;
+        return !bytes.empty() || end(number, direction, cutter.rest());
     }
     bool take(Packet const& packet)
     {
-        return act_(packet, conversations_[packet.connection].tell(packet.message, packet.time));
+        return act_(packet, connections_[packet.connection].conversation.tell(packet.message, packet.time));
     }
 
 private:
+    struct Connection {
+        Cutter toUnit;
+        Cutter fromUnit;
+        Conversation conversation;
+        int openDirections = 2;
+    };
+
+    // The rest is of a message that never came to its end.
+    bool end(std::uint32_t number, host::Direction direction, std::string rest)
+    {
+        bool const goesOn =
+            rest.empty() || take({std::chrono::system_clock::now(), number, direction, std::move(rest)});
+        if (--connections_[number].openDirections == 0) {
+            connections_.erase(number);
+        }
+        return goesOn;
+    }
+
     Act const act_;
-    std::map<std::pair<std::uint32_t, host::Direction>, Cutter> cutters_;
-    std::map<std::uint32_t, Conversation> conversations_;
+    std::map<std::uint32_t, Connection> connections_;
 };
 
 struct TrafficWords {
