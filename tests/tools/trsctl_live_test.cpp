@@ -282,13 +282,20 @@ TEST_F(TrsctlLive, ShellTakesCommandLines)
 
 TEST_F(TrsctlLive, ShowsProgressOnATerminalOnly)
 {
-    std::string const bench =
-        program("trsctl") + " --unit " + endpoint + " bench IpNode mtu --count 10000000 --for 0.8";
-    ChildProcess terminal("/usr/bin/script", {"-qec", bench, "/dev/null"});
-    EXPECT_EQ(terminal.waitForExit(), 0);
-    EXPECT_THAT(joined(terminal.readRest()), HasSubstr("calls ["));
+    auto const atTerminal = [this](std::string const& words) {
+        ChildProcess terminal("/usr/bin/script",
+                              {"-qec", program("trsctl") + " --unit " + endpoint + " " + words, "/dev/null"});
+        terminal.waitForExit();
+        return joined(terminal.readRest());
+    };
+    EXPECT_THAT(atTerminal("bench IpNode mtu --count 10000000 --for 0.8"), HasSubstr("calls ["));
     Result const none = run({"bench", "IpNode", "mtu", "--count", "10000000", "--for", "0.8"});
     EXPECT_EQ(none.error, "");
+    sim.does("fault drop operation=IpNode.getMtu");
+    sim.does("fault delay object=IpNode delay=60");
+    EXPECT_THAT(atTerminal("--timeout 400 walk IpNode"),
+                testing::ContainsRegex("operations \\[#+\\.+\\] [0-9]+ of 31\r\033\\[KIpNode:IpNode getMtu"))
+        << "a complaint has a line of its own";
 }
 
 } // namespace

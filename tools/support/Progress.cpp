@@ -21,13 +21,6 @@ Progress::Progress(std::string what)
 {
 }
 
-Progress::~Progress()
-{
-    if (isDrawn_) {
-        static_cast<void>(std::fputs(clearLine, stderr));
-    }
-}
-
 void Progress::show(std::size_t done, std::size_t total)
 {
     if (!isTerminal_ || Clock::now() < next_) {
@@ -39,6 +32,13 @@ void Progress::show(std::size_t done, std::size_t total)
     static_cast<void>(std::fprintf(stderr, "%s%s [%s%s] %zu of %zu", clearLine, what_.c_str(),
                                    std::string(filled, '#').c_str(), std::string(width - filled, '.').c_str(), done,
                                    total));
+}
+
+void Progress::clear()
+{
+    if (std::exchange(isDrawn_, false)) {
+        static_cast<void>(std::fputs(clearLine, stderr));
+    }
 }
 
 } // namespace tools

@@ -14,10 +14,12 @@ public:
     explicit Progress(std::string what);
     Progress(Progress const&) = delete;
     Progress& operator=(Progress const&) = delete;
-    ~Progress();
+    ~Progress() { clear(); }
 
     // `total` may grow as the work is known better.
     void show(std::size_t done, std::size_t total);
+    // Before something else is written.
+    void clear();
 
 private:
     using Clock = std::chrono::steady_clock;

@@ -50,7 +50,7 @@ public:
             ObjectName::parse(next, name);
             target = {name, catalogue::findClass(name.className), TipprmiObjectClient(TipprmiOID(name.id))};
             if (target.type != nullptr) {
-                if (ExitCode const code = read(target, objects_[next]); code != ExitCode::good) {
+                if (ExitCode const code = read(target, objects_[next], progress); code != ExitCode::good) {
                     return code;
                 }
             }
@@ -78,7 +78,7 @@ private:
         }
     }
 
-    ExitCode read(Unit::Target const& target, Value& told)
+    ExitCode read(Unit::Target const& target, Value& told, tools::Progress& progress)
     {
         told = Value::object();
         for (catalogue::Operation const* const operation : target.type->operations()) {
@@ -98,6 +98,7 @@ private:
             ExitCode const code = exitCodeOf(outcome.failure);
             if (outcome.kind == Outcome::Kind::failed &&
                 (code == ExitCode::unreachable || code == ExitCode::deadline)) {
+                progress.clear();
                 return unit_.complain(target, *operation, outcome);
             }
             told[name] = {{"error", Unit::describe(*operation, outcome)}};

@@ -3,6 +3,7 @@
 #include "platform/host/Broker.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/catalogue/Constants.h"
+#include "tools/support/Progress.h"
 
 #include <algorithm>
 #include <cctype>
@@ -229,21 +230,24 @@ ExitCode Unit::walk(std::string const& object)
     }
     TreflectHandlerState const running;
     Value results = Value::object();
-    for (catalogue::Operation const* const operation : target.type->operations()) {
-        if (!operation->isReading()) {
-            continue;
-        }
+    std::vector<catalogue::Operation const*> operations = target.type->operations();
+    std::erase_if(operations, [](catalogue::Operation const* each) { return !each->isReading(); });
+    tools::Progress progress("operations");
+    for (catalogue::Operation const* const operation : operations) {
+        progress.show(results.size(), operations.size());
         Outcome outcome = catalogue::call(target.object, *operation, {});
         bool const isEnd = outcome.kind == Outcome::Kind::failed &&
                            outcome.failure.kind != host::CallFailure::Kind::noSuchOperation &&
                            outcome.failure.kind != host::CallFailure::Kind::refused;
         if (isEnd) {
+            progress.clear();
             return complain(target, *operation, outcome);
         }
         catalogue::nameConstants(*operation, outcome.results);
         results[std::string(operation->name)] =
             outcome.kind == Outcome::Kind::done ? outcome.results : Value{{"error", describe(*operation, outcome)}};
     }
+    progress.clear();
     writeResults(results, options_.format);
     return ExitCode::good;
 }
