@@ -12,22 +12,12 @@
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
-#include <map>
 
 namespace tools {
 
 namespace {
 
 constexpr int longestTimeout = 600000;
-
-// Takes the name of a level as the least important severity that it includes.
-std::string takeLevel(std::string const& level, int& severity)
-{
-    static std::map<std::string_view, int> const severities{
-        {"none", 0}, {"error", 3}, {"warning", 4}, {"info", 6}, {"debug", 7}};
-    severity = severities.at(level);
-    return {};
-}
 
 // CLI11 takes a word in brackets for a list of its own, whose brackets it drops. A JSON array stays a word with a blank
 // behind it, which is taken away again.
@@ -66,16 +56,10 @@ struct Adder {
                    : app.set_version_flag(option.name, app.get_name() + " " TRSMAN_VERSION, option.help);
     }
     CLI::Option* operator()(bool* target) const { return app.add_flag(option.name, *target, option.help); }
-    CLI::Option* operator()(Option::Take const& take) const
+    CLI::Option* operator()(Option::Take const& /*unused*/) const // addTo() adds it behind the checks
     {
         return app.add_option_function<std::string>(
-            option.name,
-            [name = option.name, take](std::string const& value) {
-                if (std::string const wrong = take(value); !wrong.empty()) {
-                    throw CLI::ValidationError(name, wrong);
-                }
-            },
-            option.help);
+            option.name, [](std::string const&) {}, option.help);
     }
     CLI::Option* operator()(std::vector<std::string>* target) const
     {
@@ -113,6 +97,9 @@ void addTo(CLI::App& app, Option const& option)
     }
     if (option.check) {
         added->check(CLI::Validator([check = option.check](std::string const& text) { return check(text); }, ""));
+    }
+    if (auto const* const take = std::get_if<Option::Take>(&option.target)) {
+        added->check(CLI::Validator([take = *take](std::string const& text) { return take(text); }, ""));
     }
     if (!option.environment.empty()) {
         added->envname(option.environment);
@@ -201,10 +188,9 @@ void CommandLine::addCommonOptions()
         return;
     }
     hasCommonOptions_ = true;
-    add({.name = "--log-level",
-         .target = [this](std::string const& level) { return takeLevel(level, logLevel_); },
-         .help = "The least important log lines on standard error",
-         .choices = {"none", "error", "warning", "info", "debug"}});
+    add(choice<int>("--log-level", "The least important log lines on standard error",
+                    {{"none", 0}, {"error", 3}, {"warning", 4}, {"info", 6}, {"debug", 7}},
+                    [this](int severity) { logLevel_ = severity; }));
     add({.name = "--version", .help = "Print the version and end"});
     add({.name = "--help", .help = "Print this help and end"});
 }

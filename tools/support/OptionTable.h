@@ -46,6 +46,26 @@ struct Option {
     std::string shownDefault() const;
 };
 
+// An option whose value is one of some names, each of which stands for something that `take` is given.
+template <class Meaning, class TakeMeaning>
+Option choice(std::string name, std::string help, std::vector<std::pair<std::string, Meaning>> meanings,
+              TakeMeaning take)
+{
+    Option option{.name = std::move(name), .help = std::move(help)};
+    for (auto const& [word, meaning] : meanings) {
+        option.choices.push_back(word);
+    }
+    option.target = [meanings = std::move(meanings), take = std::move(take)](std::string const& chosen) {
+        for (auto const& [word, meaning] : meanings) {
+            if (word == chosen) {
+                take(meaning);
+            }
+        }
+        return std::string();
+    };
+    return option;
+}
+
 // One of the things that a program does, chosen by its name.
 struct Verb {
     std::string name;

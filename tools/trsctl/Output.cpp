@@ -41,6 +41,11 @@ void writeAligned(std::vector<std::vector<std::string>> const& rows, bool hasHea
 
 } // namespace
 
+std::vector<std::pair<std::string, Format>> formatNames()
+{
+    return {{"text", Format::text}, {"json", Format::json}, {"table", Format::table}};
+}
+
 void writeRows(std::vector<std::string> const& head, std::vector<std::vector<std::string>> const& rows, Format format)
 {
     if (format == Format::json) {

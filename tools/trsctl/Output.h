@@ -4,9 +4,13 @@
 #include "tools/catalogue/Value.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 enum class Format { text, json, table };
+
+// As --format takes them.
+std::vector<std::pair<std::string, Format>> formatNames();
 
 // Writes a value to standard output: as JSON, or its leaves, a line each with path and text, which the table aligns
 // under a head. All formats have the same leaves.

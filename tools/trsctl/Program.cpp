@@ -1,6 +1,5 @@
 #include "tools/trsctl/Program.h"
 
-#include "tools/support/Colour.h"
 #include "tools/trsctl/Verbs.h"
 
 #include <utility>
@@ -15,9 +14,6 @@ constexpr char const* exitCodes =
     "0 done, 1 a difference was found, 2 wrong usage, 3 no such object, 4 refused by the unit, 5 no reply in time,\n"
     "6 unit not reached or lost, 7 malformed reply, 8 no such operation there.";
 
-constexpr std::pair<char const*, Format> formats[] = {
-    {"text", Format::text}, {"json", Format::json}, {"table", Format::table}};
-
 void addOptions(tools::CommandLine& line, Program::Options& options)
 {
     line.add(tools::CommandLine::unitOption(options.unit));
@@ -27,27 +23,14 @@ void addOptions(tools::CommandLine& line, Program::Options& options)
               .help = "How long to wait for the object to be there, in seconds",
               .type = "S",
               .range = {{0, 3600}}});
-    tools::Option format{.name = "--format", .help = "How results are written"};
-    for (auto const& [name, value] : formats) {
-        format.choices.emplace_back(name);
-    }
-    format.target = [&options](std::string const& chosen) {
-        for (auto const& [name, value] : formats) {
-            options.format = chosen == name ? value : options.format;
-        }
-        return std::string();
-    };
-    line.add(std::move(format));
-    line.add({.name = "--color",
-              .target =
-                  [](std::string const& when) {
-                      tools::setUseOfColour(when == "always"  ? tools::UseOfColour::always
-                                            : when == "never" ? tools::UseOfColour::never
-                                                              : tools::UseOfColour::whereItIsSeen);
-                      return std::string();
-                  },
-              .help = "Whether results are coloured; auto: on a terminal, unless NO_COLOR is set",
-              .choices = {"auto", "always", "never"}});
+    line.add(tools::choice<Format>("--format", "How results are written", formatNames(),
+                                   [&options](Format chosen) { options.format = chosen; }));
+    line.add(tools::choice<tools::UseOfColour>(
+        "--color", "Whether results are coloured; auto: on a terminal, unless NO_COLOR is set",
+        {{"auto", tools::UseOfColour::whereItIsSeen},
+         {"always", tools::UseOfColour::always},
+         {"never", tools::UseOfColour::never}},
+        [&options](tools::UseOfColour chosen) { options.colour = chosen; }));
     line.table().exitCodes = exitCodes;
     line.table().needsVerb = true;
 }
@@ -102,5 +85,6 @@ int Program::run(std::vector<std::string> words)
     if (std::optional<int> const code = line_.parse(std::move(words))) {
         return *code;
     }
+    tools::setUseOfColour(options_.colour);
     return static_cast<int>(action_(options_));
 }

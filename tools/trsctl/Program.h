@@ -1,6 +1,7 @@
 // The verbs of trsctl and the options they share.
 #pragma once
 
+#include "tools/support/Colour.h"
 #include "tools/support/CommandLine.h"
 #include "tools/trsctl/ExitCode.h"
 #include "tools/trsctl/Unit.h"
@@ -18,6 +19,7 @@ public:
         int timeout = 5000; // of a call, in milliseconds
         double wait = 0;    // for the unit to be up, in seconds
         Format format = Format::text;
+        tools::UseOfColour colour = tools::UseOfColour::whereItIsSeen;
 
         // The unit that the options name.
         Unit unitOf() const;

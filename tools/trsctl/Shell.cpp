@@ -40,18 +40,15 @@ std::string quoted(std::string const& word)
     return text + '\'';
 }
 
-std::string formatName(Format format)
-{
-    return format == Format::json ? "json" : format == Format::table ? "table" : "text";
-}
-
 // What would do the same outside of the shell.
 std::string commandLine(Program::Options const& options, std::vector<std::string> const& words)
 {
     std::string text = "trsctl --unit " + quoted(options.unit);
     Program::Options const usual;
     text += options.timeout != usual.timeout ? " --timeout " + std::to_string(options.timeout) : "";
-    text += options.format != usual.format ? " --format " + formatName(options.format) : "";
+    for (auto const& [name, format] : formatNames()) {
+        text += format == options.format && format != usual.format ? " --format " + name : "";
+    }
     for (std::string const& word : words) {
         text += ' ' + quoted(word);
     }

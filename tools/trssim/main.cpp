@@ -62,14 +62,9 @@ void addOptions(tools::CommandLine& line, Options& options)
               .target = &options.seed,
               .help = "What decides numbers that are left to chance",
               .type = "N"});
-    line.add({.name = "--clock",
-              .target =
-                  [&options](std::string const& name) {
-                      options.timeSource = name == "stepped" ? TimeSource::stepped : TimeSource::real;
-                      return std::string();
-                  },
-              .help = "real, or stepped: time passes only by the command tick",
-              .choices = {"real", "stepped"}});
+    line.add(tools::choice<TimeSource>("--clock", "real, or stepped: time passes only by the command tick",
+                                       {{"real", TimeSource::real}, {"stepped", TimeSource::stepped}},
+                                       [&options](TimeSource chosen) { options.timeSource = chosen; }));
     line.add({.name = "--units",
               .target = &options.units,
               .help = "How many units to run, each in a process of its own: endpoints and files get -1, -2, ... "
