@@ -298,7 +298,7 @@ std::string resolveConstants(Class const& type, Operation const& operation, Type
     return wrong;
 }
 
-void nameConstants(Operation const& operation, Value& results)
+void nameConstants(Operation const& operation, Value& values)
 {
     std::vector<std::string_view> const classes = classesOf(nullptr, operation);
     Family const ofOperation = familyIn(operation.comment(), classes);
@@ -312,14 +312,14 @@ void nameConstants(Operation const& operation, Value& results)
             }
         });
     };
-    if (operation.result != nullptr && results.contains("result")) {
-        name(*operation.result, results["result"]);
+    if (operation.result != nullptr && values.contains("result")) {
+        name(*operation.result, values["result"]);
     }
     std::vector<std::string_view> const names = operation.parameterNames();
     for (std::size_t i = 0; i < operation.parameters.size(); ++i) {
         std::string const parameter(names[i]);
-        if (!operation.parameters[i].isIn && results.contains(parameter)) {
-            name(*operation.parameters[i].type, results[parameter]);
+        if (values.contains(parameter)) {
+            name(*operation.parameters[i].type, values[parameter]);
         }
     }
 }

@@ -25,8 +25,8 @@ std::vector<Constant const*> constantsOf(Class const& type);
 std::string resolveConstants(Class const& type, Operation const& operation, Type const& parameter, Value& value);
 
 // Replaces numbers by names where the headers say which constants a number is one of, and it is one: "a
-// TRANSPORT_MODE_ constant", "IFF__ bits".
-void nameConstants(Operation const& operation, Value& results);
+// TRANSPORT_MODE_ constant", "IFF__ bits". The values are "result" and parameters by name, as many as there are.
+void nameConstants(Operation const& operation, Value& values);
 
 // Where a value is outside the limits that the class publishes for it, X_MIN, X_MAX and X_STEP: a line for each.
 // `value` is that of an in-parameter, `name` the parameter's.

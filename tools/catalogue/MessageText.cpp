@@ -77,6 +77,26 @@ Value argumentsOf(Operation const& operation, bool areIn, TipprmiStream& stream)
     return arguments;
 }
 
+Value parametersOf(Operation const& operation, TipprmiSequence<TipprmiAny> const& told)
+{
+    Value values = Value::object();
+    unsigned long place = 0;
+    auto const add = [&](Type const& type, std::string const& name) {
+        if (place < told.getLength()) {
+            TipprmiStream stream(told[place++]);
+            values[name] = readValue(stream, type);
+        }
+    };
+    if (operation.result != nullptr) {
+        add(*operation.result, "result");
+    }
+    std::vector<std::string_view> const names = operation.parameterNames();
+    for (std::size_t i = 0; i < operation.parameters.size(); ++i) {
+        add(*operation.parameters[i].type, std::string(names[i]));
+    }
+    return values;
+}
+
 void addReply(Value& told, host::MessageHeader const& header, Operation const* operation, TipprmiStream& stream)
 {
     told["status"] = nameOf(header.status());

@@ -2,6 +2,8 @@
 #pragma once
 
 #include "platform/host/Message.h"
+#include "rmi/TipprmiAny.h"
+#include "rmi/TipprmiSequence.h"
 #include "tools/catalogue/Class.h"
 #include "tools/catalogue/Value.h"
 
@@ -19,6 +21,10 @@ std::string operationNameOf(host::ObjectAddress const& address);
 
 // The in-arguments, or the out-arguments, by name. The stream is at the first of them.
 Value argumentsOf(Operation const& operation, bool areIn, TipprmiStream& stream);
+
+// What observers of an execution are told, by name: "result" and all parameters. A list that is shorter than the
+// operation's has the first ones, or none: the object's code did not tell.
+Value parametersOf(Operation const& operation, TipprmiSequence<TipprmiAny> const& told);
 
 // Adds what a reply says: "status", and "results" of a call that was done. The stream is behind the header; the
 // operation is null when it is not known.

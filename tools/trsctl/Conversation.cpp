@@ -1,8 +1,6 @@
 #include "tools/trsctl/Conversation.h"
 
 #include "platform/NmaLogHelper.h"
-#include "rmi/TipprmiAny.h"
-#include "rmi/TipprmiSequence.h"
 #include "tools/catalogue/Constants.h"
 #include "tools/catalogue/MessageText.h"
 
@@ -10,7 +8,6 @@
 
 namespace {
 
-using catalogue::Type;
 using catalogue::Value;
 using host::MessageKind;
 
@@ -26,30 +23,6 @@ std::string hexadecimal(std::string_view bytes)
         text += LogMakeString("%02x", static_cast<unsigned>(static_cast<unsigned char>(each)));
     }
     return text + (bytes.size() > mostShown ? "..." : "");
-}
-
-Value readParameters(catalogue::Operation const& operation, TipprmiStream& stream)
-{
-    Value values = Value::object();
-    TipprmiSequence<TipprmiAny> parameters;
-    if (!host::readParameters(stream, parameters)) {
-        return values;
-    }
-    std::vector<std::string_view> const names = operation.parameterNames();
-    unsigned long place = 0;
-    auto const add = [&](Type const& type, std::string const& name) {
-        if (place < parameters.getLength()) {
-            TipprmiStream value(parameters[place++]);
-            values[name] = catalogue::readValue(value, type);
-        }
-    };
-    if (operation.result != nullptr) {
-        add(*operation.result, "result");
-    }
-    for (std::size_t i = 0; i < operation.parameters.size(); ++i) {
-        add(*operation.parameters[i].type, std::string(names[i]));
-    }
-    return values;
 }
 
 // A message whose content does not fit its operation is shown with what could be read.
@@ -98,10 +71,15 @@ void Conversation::tellAddressed(host::MessageHeader const& header, TipprmiStrea
     }
     if (header.kind == MessageKind::request && operation != nullptr) {
         told.value["arguments"] = catalogue::argumentsOf(*operation, true, stream);
+        catalogue::nameConstants(*operation, told.value["arguments"]);
         checkEnd(stream, told.value);
     }
     if (header.kind == MessageKind::notification && operation != nullptr) {
-        told.value["parameters"] = readParameters(*operation, stream);
+        TipprmiSequence<TipprmiAny> parameters;
+        bool const isRead = host::readParameters(stream, parameters);
+        told.value["parameters"] =
+            isRead ? catalogue::parametersOf(*operation, parameters) : catalogue::Value::object();
+        catalogue::nameConstants(*operation, told.value["parameters"]);
         checkEnd(stream, told.value);
     }
     if (header.number != 0 && open_.size() < mostOpen) {

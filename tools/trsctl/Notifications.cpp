@@ -4,6 +4,7 @@
 #include "rmi/TipprmiAny.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/catalogue/Constants.h"
+#include "tools/catalogue/MessageText.h"
 #include "tools/support/Console.h"
 #include "tools/support/Timestamp.h"
 #include "tools/trsctl/Interrupt.h"
@@ -92,36 +93,16 @@ public:
     bool detected() override { return true; }
     bool notify(TipprmiSequence<TipprmiAny> const& parameters) override
     {
+        Value values = catalogue::parametersOf(operation_, parameters);
+        catalogue::nameConstants(operation_, values);
         feed_.put({{"time", tools::timestamp(std::chrono::system_clock::now())},
                    {"object", name_},
                    {"operation", operation_.name},
-                   {"parameters", named(parameters)}});
+                   {"parameters", std::move(values)}});
         return true;
     }
 
 private:
-    // A list that is shorter than the operation's has the first ones, or none: the object's code did not tell.
-    Value named(TipprmiSequence<TipprmiAny> const& parameters) const
-    {
-        Value values = Value::object();
-        std::vector<std::string_view> const names = operation_.parameterNames();
-        unsigned long place = 0;
-        auto const add = [&](catalogue::Type const& type, std::string const& name) {
-            if (place < parameters.getLength()) {
-                TipprmiStream stream(parameters[place++]);
-                values[name] = catalogue::readValue(stream, type);
-            }
-        };
-        if (operation_.result != nullptr) {
-            add(*operation_.result, "result");
-        }
-        for (std::size_t i = 0; i < operation_.parameters.size(); ++i) {
-            add(*operation_.parameters[i].type, std::string(names[i]));
-        }
-        catalogue::nameConstants(operation_, values);
-        return values;
-    }
-
     std::string const name_;
     catalogue::Operation const& operation_;
     Feed& feed_;
