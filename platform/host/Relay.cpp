@@ -1,6 +1,5 @@
 #include "platform/host/Relay.h"
 
-#include "platform/NmaLogHelper.h"
 #include "platform/host/Address.h"
 #include "platform/host/Listener.h"
 
@@ -36,9 +35,9 @@ asio::generic::stream_protocol protocolOf(int descriptor)
 
 class Relay::Parts {
 public:
-    Parts(Endpoint listen, Endpoint itsServer, Tap itsTap)
-        : server(std::move(itsServer)), tap(std::move(itsTap)), listener(context, std::move(listen)), signals(context),
-          timer(context)
+    Parts(Endpoint listen, Endpoint itsServer, Tap itsTap, Complain itsComplain)
+        : server(std::move(itsServer)), tap(std::move(itsTap)), complain(std::move(itsComplain)),
+          listener(context, std::move(listen)), signals(context), timer(context)
     {
     }
 
@@ -46,6 +45,7 @@ public:
     Endpoint const server;
     std::vector<SocketAddress> addresses;
     Tap const tap;
+    Complain const complain;
     Listener listener;
     asio::signal_set signals;
     asio::steady_timer timer;
@@ -70,7 +70,8 @@ public:
         asio::async_connect(server_, parts_.addresses,
                             [self = shared_from_this()](asio::error_code const& error, SocketAddress const&) {
                                 if (error) {
-                                    LogDispatch(4, self->parts_.server.text() + " is not reached: " + error.message());
+                                    self->parts_.complain(self->parts_.server.text() +
+                                                          " is not reached: " + error.message());
                                     return;
                                 }
                                 self->carryAtOnce();
@@ -134,8 +135,8 @@ private:
     std::array<char, 65536> fromServer_;
 };
 
-Relay::Relay(Endpoint listen, Endpoint server, Tap tap)
-    : parts_(std::make_unique<Parts>(std::move(listen), std::move(server), std::move(tap)))
+Relay::Relay(Endpoint listen, Endpoint server, Tap tap, Complain complain)
+    : parts_(std::make_unique<Parts>(std::move(listen), std::move(server), std::move(tap), std::move(complain)))
 {
 }
 

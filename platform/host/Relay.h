@@ -22,7 +22,10 @@ public:
     // of none, once for each direction. False ends the relay, once these bytes are passed on.
     using Tap = std::function<bool(std::uint32_t connection, Direction direction, std::string_view bytes)>;
 
-    Relay(Endpoint listen, Endpoint server, Tap tap);
+    // Is told why a connection could not be carried on, as the server is not reached.
+    using Complain = std::function<void(std::string const& why)>;
+
+    Relay(Endpoint listen, Endpoint server, Tap tap, Complain complain);
     Relay(Relay const&) = delete;
     Relay& operator=(Relay const&) = delete;
     ~Relay();

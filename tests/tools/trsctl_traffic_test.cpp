@@ -84,19 +84,21 @@ TEST_F(TrsctlTraffic, TracesWhatPasses)
 {
     Between trace = between({"trace", "--format", "json"});
     callAll();
+    EXPECT_EQ(call(relayed, {"set", "IpNode", "transportMode", "TRANSPORT_MODE_DUALIUB"}), 0);
     trace.signal(SIGTERM);
     EXPECT_EQ(trace.waitForExit(), 0);
     std::vector<Value> const messages = parsed(trace.readRest());
-    EXPECT_EQ(ofKind(messages, "greeting").size(), 8U) << "two for each connection";
+    EXPECT_EQ(ofKind(messages, "greeting").size(), 10U) << "two for each connection";
     std::vector<Value> const requests = ofKind(messages, "request");
-    ASSERT_EQ(requests.size(), 4U);
+    ASSERT_EQ(requests.size(), 5U);
     EXPECT_EQ(requests[0]["object"], "IpNode");
     EXPECT_EQ(requests[0]["operation"], "IpNodeClient.setMtu");
     EXPECT_EQ(requests[0]["arguments"], Value({{"mtu", 1400}}));
     EXPECT_EQ(requests[0]["direction"], "to unit");
     EXPECT_NE(requests[0]["connection"], requests[1]["connection"]);
+    EXPECT_EQ(requests[4]["arguments"]["mode"], "TRANSPORT_MODE_DUALIUB");
     std::vector<Value> const replies = ofKind(messages, "reply");
-    ASSERT_EQ(replies.size(), 4U);
+    ASSERT_EQ(replies.size(), 5U);
     EXPECT_EQ(replies[1]["results"], Value({{"mtu", 1400}}));
     EXPECT_EQ(replies[1]["operation"], "IpNodeClient.getMtu");
     EXPECT_TRUE(replies[1]["microseconds"].is_number());
@@ -124,6 +126,16 @@ TEST_F(TrsctlTraffic, ShowsDamageAndPassesItOn)
     EXPECT_EQ(malformed[0]["direction"], "from unit");
     EXPECT_EQ(malformed[0]["connection"], 2);
     EXPECT_THAT(malformed[1]["bytes"].get<std::string>(), testing::StartsWith("6e6f6e73"));
+}
+
+TEST_F(TrsctlTraffic, TellsOfAUnitThatIsNotReached)
+{
+    Between trace({"--unit", "unix:" + path + ".nobody", "trace", "--listen", relayed});
+    EXPECT_EQ(call(relayed, {"get", "IpNode", "mtu"}), 6);
+    EXPECT_EQ(trace.readLine(ChildProcess::Stream::error),
+              "unix:" + path + ".nobody is not reached: No such file or directory");
+    trace.signal(SIGTERM);
+    EXPECT_EQ(trace.waitForExit(), 0);
 }
 
 TEST_F(TrsctlTraffic, CapturesForLater)

@@ -120,22 +120,22 @@ ExitCode relay(Program::Options const& options, TrafficWords const& words, Traff
         return complain(wrong);
     }
     unsigned long seen = 0;
-    bool isGood = true;
     Traffic traffic([&](Packet const& packet, Conversation::Told const& told) {
-        isGood = act(packet, told);
-        return isGood && ++seen != words.count;
+        return act(packet, told) && ++seen != words.count;
     });
-    host::Relay relay(listen, unit,
-                      [&traffic](std::uint32_t connection, host::Direction direction, std::string_view bytes) {
-                          return traffic.pass(connection, direction, bytes);
-                      });
+    host::Relay relay(
+        listen, unit,
+        [&traffic](std::uint32_t connection, host::Direction direction, std::string_view bytes) {
+            return traffic.pass(connection, direction, bytes);
+        },
+        [](std::string const& why) { complain(why); });
     if (std::string const why = relay.open(); !why.empty()) {
         return complain(why);
     }
     std::fprintf(stderr, "relaying %s to %s\n", relay.endpoint().c_str(), options.unit.c_str());
     relay.run(words.seconds == 0 ? std::nullopt
                                  : std::optional(std::chrono::milliseconds(static_cast<long>(words.seconds * 1000))));
-    return isGood ? ExitCode::good : complain("the capture cannot be written");
+    return ExitCode::good;
 }
 
 ExitCode readCapture(std::string const& file, Traffic::Act const& act)
@@ -161,8 +161,11 @@ ExitCode capture(Program::Options const& options, TrafficWords const& words)
     if (std::string const why = writer.open(words.file); !why.empty()) {
         return complain(why);
     }
-    return relay(options, words,
-                 [&writer](Packet const& packet, Conversation::Told const&) { return writer.write(packet); });
+    bool isWritten = true;
+    ExitCode const code = relay(options, words, [&](Packet const& packet, Conversation::Told const&) {
+        return isWritten = writer.write(packet);
+    });
+    return isWritten ? code : complain('\'' + host::printable(words.file) + "' takes no more");
 }
 
 // What is counted of each operation.
