@@ -22,7 +22,7 @@ TEST_F(Programs, RejectWrongUsageAndNameWhatIsWrong)
         {"trssim", {"--listen"}, "--listen"},
         {"trssim", {"--listen", "nowhere"}, "'nowhere'"},
         {"trssim", {"--listen", "tcp:70000"}, "70000"},
-        {"trssim", {"--log-level", "6"}, "6"},
+        {"trssim", {"--log-level", "6"}, "--log-level: 6 not in"},
         {"trssim", {"--listen", endpoint, "--do", "address 10.0.0.7", "--do", "sing loudly"}, "'sing'"},
         {"trsadapter", {"--unit", ""}, "--unit"},
         {"trsadapter", {"--timeout", "0"}, "--timeout"},
