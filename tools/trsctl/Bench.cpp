@@ -19,7 +19,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr unsigned long mostCalls = 10'000'000;
 constexpr unsigned mostThreads = 256;
-constexpr std::chrono::milliseconds lookInterval{50};
+constexpr std::chrono::milliseconds progressInterval{50};
 
 struct BenchWords {
     std::string object;
@@ -65,7 +65,7 @@ public:
     {
         tools::Progress progress("calls");
         while (ended_ < words_.threads) {
-            std::this_thread::sleep_for(lookInterval);
+            std::this_thread::sleep_for(progressInterval);
             if (words_.seconds > 0) {
                 auto const passed = std::chrono::duration<double>(Clock::now() - begin_).count();
                 progress.show(static_cast<std::size_t>(passed), static_cast<std::size_t>(words_.seconds));

@@ -27,8 +27,8 @@ using catalogue::Value;
 using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds pollInterval{100};
-constexpr std::chrono::milliseconds lookInterval{100}; // for an interrupt
-constexpr std::size_t mostWaiting = 10'000;            // notifications that nobody has read yet
+constexpr std::chrono::milliseconds interruptInterval{100}; // for an interrupt
+constexpr std::size_t mostWaiting = 10'000;                 // notifications that nobody has read yet
 
 struct NotificationWords {
     std::string object;
@@ -60,7 +60,7 @@ public:
             if (Interrupt::came() || (end && next >= *end)) {
                 return std::nullopt;
             }
-            next = end ? std::min(next + lookInterval, *end) : next + lookInterval;
+            next = end ? std::min(next + interruptInterval, *end) : next + interruptInterval;
             changed_.wait_until(lock, next, isThere);
         }
         Value event = std::move(events_.front());

@@ -24,7 +24,7 @@ constexpr int mostRemembered = 1000; // lines
 constexpr char const* prompt = "trsctl> ";
 
 // A word as a shell takes it for itself.
-std::string quoted(std::string const& word)
+std::string shellWord(std::string const& word)
 {
     constexpr std::string_view plain = "-_./:=@%+,";
     bool const isPlain = !word.empty() && std::all_of(word.begin(), word.end(), [&](unsigned char each) {
@@ -43,14 +43,14 @@ std::string quoted(std::string const& word)
 // What would do the same outside of the shell.
 std::string commandLine(Program::Options const& options, std::vector<std::string> const& words)
 {
-    std::string text = "trsctl --unit " + quoted(options.unit);
+    std::string text = "trsctl --unit " + shellWord(options.unit);
     Program::Options const usual;
     text += options.timeout != usual.timeout ? " --timeout " + std::to_string(options.timeout) : "";
     for (auto const& [name, format] : formatNames()) {
         text += format == options.format && format != usual.format ? " --format " + name : "";
     }
     for (std::string const& word : words) {
-        text += ' ' + quoted(word);
+        text += ' ' + shellWord(word);
     }
     return text;
 }

@@ -81,13 +81,13 @@ Value toValue(Node const& node)
     return value;
 }
 
-std::string quoted(std::string const& text) { return catalogue::toJson(Value(text), -1); }
+std::string jsonText(std::string const& text) { return catalogue::toJson(Value(text), -1); }
 
 void sayDot(Node const& node)
 {
     for (Node const& child : node.children) {
-        tools::say("  " + quoted(node.object) + " -> " + quoted(child.object) + " [label=" + quoted(child.operation) +
-                   "];");
+        tools::say("  " + jsonText(node.object) + " -> " + jsonText(child.object) +
+                   " [label=" + jsonText(child.operation) + "];");
         sayDot(child);
     }
 }

@@ -4,6 +4,7 @@
 #include "rmi/ApplicationObjectSenaPolicySkeleton.h"
 #include "rmi/ApplicationObjectSkeleton.h"
 #include "tools/support/Console.h"
+#include "tools/trssim/Status.h"
 
 namespace sim {
 
@@ -19,7 +20,7 @@ SetClient::State done(bool isDone, std::string const& what)
     if (isDone) {
         tools::say(what);
     }
-    return isDone ? SetClient::OK : SetClient::FAILED;
+    return statusOf<SetClient>(isDone);
 }
 
 std::string nameOf(TipprmiObjectClient const& object) { return host::printable(object.getOID().getIdString()); }

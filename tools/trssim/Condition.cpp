@@ -4,14 +4,9 @@
 #include "platform/NmaLogHelper.h"
 #include "tools/support/Console.h"
 #include "tools/trssim/FaultService.h"
+#include "tools/trssim/Status.h"
 
 namespace sim {
-
-namespace {
-
-RunClient::State stateOf(bool isDone) { return isDone ? RunClient::OK : RunClient::FAILED; }
-
-} // namespace
 
 Condition::Condition(Kind const& kind, std::string const& owner, FaultService& service)
     : kind_(kind), service_(service), servant_(TipprmiOID(owner + "/Condition/" + kind.name))
@@ -76,9 +71,10 @@ void Condition::serveState()
 void Condition::serveGroup()
 {
     servant_
-        .on<&ConditionClient::addToGroup>(
-            [this](FaultServiceClient const& group) { return stateOf(service_.proxy().isSameObject(group) && join()); })
-        .on<&ConditionClient::removeFromGroup>([this] { return stateOf(leave()); })
+        .on<&ConditionClient::addToGroup>([this](FaultServiceClient const& group) {
+            return statusOf<RunClient>(service_.proxy().isSameObject(group) && join());
+        })
+        .on<&ConditionClient::removeFromGroup>([this] { return statusOf<RunClient>(leave()); })
         .on<&ConditionClient::activateWithoutGroup>([this] {
             setActive(true);
             return RunClient::OK;

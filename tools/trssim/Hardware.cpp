@@ -1,6 +1,7 @@
 #include "tools/trssim/Hardware.h"
 
 #include "tools/trssim/Setting.h"
+#include "tools/trssim/Status.h"
 
 namespace sim {
 
@@ -95,10 +96,10 @@ void Hardware::serveModules()
             return GetClient::OK;
         })
         .on<&HwmUnitClient::createModule>([this](long const& number, std::string const& description) {
-            return addModule(number, description) ? SetClient::OK : SetClient::FAILED;
+            return statusOf<SetClient>(addModule(number, description));
         })
         .on<&HwmUnitClient::deleteModule>(
-            [this](long const& number) { return modules_.erase(number) != 0 ? SetClient::OK : SetClient::FAILED; });
+            [this](long const& number) { return statusOf<SetClient>(modules_.erase(number) != 0); });
 }
 
 void Hardware::serveLedAndSensor()

@@ -1,6 +1,7 @@
 #include "tools/trssim/IpNode.h"
 
 #include "tools/trssim/Setting.h"
+#include "tools/trssim/Status.h"
 
 #include <arpa/inet.h>
 #include <array>
@@ -55,7 +56,7 @@ void IpNode::serveInterfaces()
             ifNet = number == 1   ? IfNetClient(transport_.proxy())
                     : number == 2 ? IfNetClient(lmp_.proxy())
                                   : wideArea_.interface(number);
-            return ifNet.getOID().isNull() ? GetClient::FAILED : GetClient::OK;
+            return statusOf<GetClient>(!ifNet.getOID().isNull());
         })
         .on<&IpNodeClient::getDedicatedIpRoutingTable>([this](IpRoutingTableClient& table, long const& number) {
             if (number != 0) {

@@ -1,5 +1,7 @@
 #include "tools/trssim/RoutingTable.h"
 
+#include "tools/trssim/Status.h"
+
 #include <algorithm>
 
 namespace sim {
@@ -36,9 +38,9 @@ RoutingTable::RoutingTable(Inventory& inventory, std::string const& id)
                 return GetClient::OK;
             })
         .on<&IpRoutingTableClient::createIpRoute>(
-            [this](Route const& route) { return insert(route) ? RunClient::OK : RunClient::FAILED; })
+            [this](Route const& route) { return statusOf<RunClient>(insert(route)); })
         .on<&IpRoutingTableClient::deleteIpRoute>(
-            [this](Route const& route) { return remove(route) ? RunClient::OK : RunClient::FAILED; });
+            [this](Route const& route) { return statusOf<RunClient>(remove(route)); });
 }
 
 void RoutingTable::serveConfiguration()

@@ -1,5 +1,7 @@
 #include "tools/trssim/RuleManager.h"
 
+#include "tools/trssim/Status.h"
+
 #include <algorithm>
 
 namespace sim {
@@ -8,8 +10,6 @@ namespace {
 
 constexpr std::size_t mostRulesets = 64;
 constexpr unsigned long mostExceptions = 256; // of a rule set
-
-SetClient::State stateOf(bool isDone) { return isDone ? SetClient::OK : SetClient::FAILED; }
 
 } // namespace
 
@@ -33,7 +33,7 @@ void RuleManager::serveRulesets()
             if (isTaken) {
                 rulesets_[ruleset.name] = ruleset;
             }
-            return stateOf(isTaken);
+            return statusOf<SetClient>(isTaken);
         })
         .on<&RmAccessClient::getRuleset>([this](std::string const& name, Ruleset& ruleset) {
             Ruleset const* const found = find(name);
@@ -44,20 +44,20 @@ void RuleManager::serveRulesets()
             return GetClient::OK;
         })
         .on<&RmAccessClient::deleteRuleset>(
-            [this](std::string const& name) { return stateOf(rulesets_.erase(name) != 0); })
+            [this](std::string const& name) { return statusOf<SetClient>(rulesets_.erase(name) != 0); })
         .on<&RmAccessClient::clearRuleset>([this](std::string const& name) {
             Ruleset* const found = find(name);
             if (found != nullptr) {
                 found->exceptions.setLength(0);
             }
-            return stateOf(found != nullptr);
+            return statusOf<SetClient>(found != nullptr);
         })
         .on<&RmAccessClient::switchRuleset>([this](std::string const& name, RmAccessClient::RulesetState const& state) {
             Ruleset* const found = find(name);
             if (found != nullptr) {
                 found->state = state;
             }
-            return stateOf(found != nullptr);
+            return statusOf<SetClient>(found != nullptr);
         });
 }
 
@@ -71,7 +71,7 @@ void RuleManager::serveExceptions()
             if (isTaken) {
                 owner->exceptions.push_back(exception);
             }
-            return stateOf(isTaken);
+            return statusOf<SetClient>(isTaken);
         })
         .on<&RmAccessClient::deleteException>([this](std::string const& ruleset, std::string const& name) {
             Exception* const doomed = find(ruleset, name);
@@ -82,7 +82,7 @@ void RuleManager::serveExceptions()
                                    [&name](Exception const& each) { return each.name == name; }) -
                     all.begin()));
             }
-            return stateOf(doomed != nullptr);
+            return statusOf<SetClient>(doomed != nullptr);
         })
         .on<&RmAccessClient::switchException>(
             [this](std::string const& ruleset, std::string const& name, RmAccessClient::ExceptionState const& state) {
@@ -90,7 +90,7 @@ void RuleManager::serveExceptions()
                 if (found != nullptr) {
                     found->state = state;
                 }
-                return stateOf(found != nullptr);
+                return statusOf<SetClient>(found != nullptr);
             })
         .on<&RmAccessClient::getApplicableExceptions>([this](TipprmiSequence<Exception>& all) {
             all = exceptions();

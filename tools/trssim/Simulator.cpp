@@ -2,6 +2,7 @@
 
 #include "tools/support/Console.h"
 #include "tools/trssim/Scenario.h"
+#include "tools/trssim/Status.h"
 #include "tools/trssim/Unit.h"
 
 namespace sim {
@@ -9,8 +10,6 @@ namespace sim {
 namespace {
 
 constexpr unsigned long longestAdvance = 100UL * 24 * 60 * 60; // seconds: what the work takes grows with it
-
-RunClient::State stateOf(bool isDone) { return isDone ? RunClient::OK : RunClient::FAILED; }
 
 } // namespace
 
@@ -36,7 +35,7 @@ void Simulator::serveTimeAndState()
         })
         .on<&SimulatorClient::execute>([this](std::string const& command, std::string& wrong) {
             wrong = executor_ ? executor_(command) : "there are no commands";
-            return stateOf(wrong.empty());
+            return statusOf<RunClient>(wrong.empty());
         })
         .on<&SimulatorClient::getScenario>([this](std::string& scenario) {
             scenario = catalogue::toJson(scenario::save(unit_), -1);
@@ -45,7 +44,7 @@ void Simulator::serveTimeAndState()
         .on<&SimulatorClient::applyScenario>([this](std::string const& scenario, std::string& wrong) {
             catalogue::Value const document = catalogue::Value::parse(scenario, nullptr, false);
             wrong = document.is_discarded() ? "the scenario is no JSON" : scenario::apply(unit_, document);
-            return stateOf(wrong.empty());
+            return statusOf<RunClient>(wrong.empty());
         })
         .on<&SimulatorClient::getCallCount>([this](unsigned long& count) {
             count = unit_.callCount();
@@ -59,10 +58,10 @@ void Simulator::serveFaults()
         .on<&SimulatorClient::inject>(
             [this](SimulatorClient::Fault const& fault, unsigned long& number, std::string& wrong) {
                 wrong = unit_.faults().inject(fault, number);
-                return stateOf(wrong.empty());
+                return statusOf<RunClient>(wrong.empty());
             })
         .on<&SimulatorClient::withdraw>(
-            [this](unsigned long const& number) { return stateOf(unit_.faults().withdraw(number)); })
+            [this](unsigned long const& number) { return statusOf<RunClient>(unit_.faults().withdraw(number)); })
         .on<&SimulatorClient::getFaults>([this](TipprmiSequence<SimulatorClient::NumberedFault>& faults) {
             faults = unit_.faults().all();
             return GetClient::OK;

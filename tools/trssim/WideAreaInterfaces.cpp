@@ -2,6 +2,7 @@
 
 #include "tools/support/Console.h"
 #include "tools/trssim/Setting.h"
+#include "tools/trssim/Status.h"
 
 #include <algorithm>
 #include <type_traits>
@@ -135,7 +136,7 @@ void WideAreaInterfaces::serveAtm(Servant& ipNode)
             return RunClient::OK;
         })
         .on<&IpNodeClient::deleteAtmIfNet>(
-            [this](AtmIfNetClient const& doomed) { return erase(atm_, doomed) ? RunClient::OK : RunClient::FAILED; })
+            [this](AtmIfNetClient const& doomed) { return statusOf<RunClient>(erase(atm_, doomed)); })
         .on<&IpNodeClient::getAtmIfNet>([this](std::string const& name, AtmIfNetClient& found) {
             auto const at =
                 std::ranges::find_if(atm_, [&name](auto const& entry) { return entry.second->name() == name; });
@@ -159,9 +160,8 @@ void WideAreaInterfaces::serveMultilink(Servant& ipNode)
             tools::say("interface " + created.getOID().getIdString() + " created");
             return RunClient::OK;
         })
-        .on<&IpNodeClient::deleteIp3IfNet>([this](Ip3IfNetClient const& doomed) {
-            return erase(multilink_, doomed) ? RunClient::OK : RunClient::FAILED;
-        });
+        .on<&IpNodeClient::deleteIp3IfNet>(
+            [this](Ip3IfNetClient const& doomed) { return statusOf<RunClient>(erase(multilink_, doomed)); });
 }
 
 IfNetClient WideAreaInterfaces::interface(long number) const
