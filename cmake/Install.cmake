@@ -9,12 +9,14 @@ install(TARGETS trsman EXPORT trsman-targets
     INCLUDES DESTINATION ${include_directory})
 install(EXPORT trsman-targets NAMESPACE trsman:: DESTINATION ${package_directory} COMPONENT development)
 
-# The headers include each other by their paths in the tree, which they keep. Of the broker only what programs use is
-# public, and what those headers include.
+# The headers include each other by their paths in the tree, which they keep. Of the broker only its face is public, and
+# what that includes.
 install(DIRECTORY adapter clients platform rmi DESTINATION ${include_directory} COMPONENT development
-    FILES_MATCHING PATTERN "*.h" PATTERN "platform/host" EXCLUDE)
-list(TRANSFORM public_host_headers PREPEND platform/host/)
-install(FILES ${public_host_headers} DESTINATION ${include_directory}/platform/host COMPONENT development)
+    FILES_MATCHING PATTERN "*.h")
+file(GLOB broker_face RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS broker/*.h)
+install(FILES ${broker_face} DESTINATION ${include_directory}/broker COMPONENT development)
+install(FILES broker/framing/Message.h broker/framing/OperationKey.h DESTINATION ${include_directory}/broker/framing
+    COMPONENT development)
 
 configure_package_config_file(cmake/trsman-config.cmake.in ${CMAKE_BINARY_DIR}/cmake/trsman-config.cmake
     INSTALL_DESTINATION ${package_directory})
@@ -30,11 +32,11 @@ install(FILES README.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT de
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development FILES_MATCHING PATTERN "*.md")
 
 if(TRSMAN_BUILD_TOOLS)
-    # The simulated unit for tests: a static library, and those that it consists of.
-    install(TARGETS trssim_parts tools_catalogue tools_support EXPORT trsman-unit-targets
+    # The catalogue and the simulated unit: static libraries.
+    install(TARGETS trsman_catalogue trsman_unit EXPORT trsman-unit-targets
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development INCLUDES DESTINATION ${include_directory})
     install(EXPORT trsman-unit-targets NAMESPACE trsman:: DESTINATION ${package_directory} COMPONENT development)
-    install(DIRECTORY tools/trssim tools/catalogue tools/support DESTINATION ${include_directory}/tools
+    install(DIRECTORY catalogue unit DESTINATION ${include_directory}
         COMPONENT development FILES_MATCHING PATTERN "*.h" PATTERN "Describe.h" EXCLUDE)
 
     install(TARGETS ${tool_programs} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
@@ -70,12 +72,12 @@ set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "Management library of a base station's 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libtrsman-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${library_package} (= ${PROJECT_VERSION}), libexpat1-dev, zlib1g-dev")
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_RECOMMENDS "libcli11-dev, nlohmann-json3-dev, pkg-config")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_RECOMMENDS "nlohmann-json3-dev, pkg-config")
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "Development with the transport unit's management library\n\
  Headers, the simulated unit to embed in tests, examples and documents.")
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME trsman-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION net)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${library_package} (= ${PROJECT_VERSION})")
 set(CPACK_COMPONENT_TOOLS_DESCRIPTION "A simulated transport unit, and tools to look at and drive one\n\
- trssim, trsctl, trsadapter and trswalk.")
+ trssim, trsctl and trsadapter.")
 include(CPack)

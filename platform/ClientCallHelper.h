@@ -29,7 +29,7 @@ protected:
 
 // Performs a call. With `server`: runs hook.call() in this process. Without: carries the call to the object behind
 // `stub` (in this process through its dispatch(), else to its process), and lets the hook read the result and `out`
-// the out-arguments. When no reply can be had, nothing is evaluated; host/CallFailure.h tells why.
+// the out-arguments. When no reply can be had, nothing is evaluated; the framework records why.
 void ClientCallHelper(ClientCallHookBaseV const& hook, InParamHook const& in, OutParamHook const& out,
                       TreflectObjectStub& stub, TreflectServerObject* server, unsigned long classId,
                       unsigned long opIndex, bool flag);

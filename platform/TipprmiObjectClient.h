@@ -34,7 +34,7 @@ public:
     virtual ~TipprmiObjectClient();
 
     // Sends a prepared request to one broker and waits for its reply. False when no reply arrived, or one that
-    // says that the call was not carried out; host/CallFailure.h tells why.
+    // says that the call was not carried out; the framework records why.
     virtual bool forwardMsg(TreflectOrbId const& orb, bool flag, TipprmiStream& request, TipprmiStream& reply) const;
     // The same to the object's own broker, or to the object directly when it lives here.
     virtual bool dispatch(bool flag, unsigned long classId, unsigned long opIndex, TipprmiStream& request,

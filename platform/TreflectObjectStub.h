@@ -10,10 +10,6 @@
 class TreflectORB;
 class TreflectServerObject;
 
-namespace host {
-class StubTable;
-}
-
 // The meeting point of proxies of one object in this process, and of the object itself when it lives here: an object
 // has one stub for the proxies made from a pointer to it, and one, while it is active, for those made from its
 // identifier. Shared and counted; made and found by the broker. A stub outlives its object: proxies then fail their
@@ -41,9 +37,12 @@ public:
 protected:
     TreflectObjectStub(TipprmiOID oid, TreflectORB const* orb) : oid_(std::move(oid)), orb_(orb) {}
 
-private:
-    friend class host::StubTable;
+    // The object that calls reach; null: none.
+    void leadTo(TreflectServerObject* server) { server_.store(server, std::memory_order_release); }
+    // Gives a reference back, whichever it is. Whether it was the last one.
+    bool dropReference() { return references_.fetch_sub(1, std::memory_order_acq_rel) == 1; }
 
+private:
     std::atomic<TreflectServerObject*> server_ = nullptr;
     std::atomic<std::size_t> references_ = 0;
     TipprmiOID const oid_;

@@ -7,10 +7,6 @@
 #include <atomic>
 #include <cstdint>
 
-namespace host {
-class SubscriberTable;
-}
-
 // An object that lives in this process and answers calls. Only TipprmiObjectSkeleton derives from it.
 //
 // Its code runs under the broker's run permission, on whichever thread brought the call, so it needs no lock of
@@ -51,6 +47,8 @@ public:
 
     // Whether any operation of this object has an observer; cheap, for the call road.
     bool isObserved() const { return observed_.load(std::memory_order_relaxed); }
+    // For the broker, which knows.
+    void setObserved(bool isObserved) { observed_.store(isObserved, std::memory_order_relaxed); }
     // Whether this operation has an observer, so that its parameter list is worth building.
     bool isObserved(unsigned long classId, unsigned long opIndex) const;
     // Tells the observers of an operation, here and in other processes, that it was executed. `parameters` holds
@@ -67,8 +65,6 @@ protected:
     void setInterface(Interface const* interface) { interface_ = interface; }
 
 private:
-    friend class host::SubscriberTable;
-
     TreflectStubRef stub_;
     Interface const* interface_ = nullptr;
     std::atomic<bool> observed_ = false;

@@ -1,7 +1,7 @@
 #include "bench/support/BrokerSide.h"
 
 #include "bench/support/BenchNodeClient.h"
-#include "platform/host/Broker.h"
+#include "broker/Broker.h"
 #include "rmi/Servant.h"
 
 #include <unistd.h>
@@ -29,7 +29,7 @@ void require(std::string const& why)
     }
 }
 
-void setWaiting(bool isBusy) { host::Broker::setBusyWait(std::chrono::microseconds(isBusy ? 50 : 0)); }
+void setWaiting(bool isBusy) { trs::Broker::setBusyWait(std::chrono::microseconds(isBusy ? 50 : 0)); }
 
 } // namespace
 
@@ -46,7 +46,7 @@ void ours::serve(std::string const& endpoint, bool isBusy)
         answer = table;
         return GetClient::OK;
     });
-    require(host::Broker::instance().serve(endpoint));
+    require(trs::Broker::instance().serve(endpoint));
     std::puts("ready");
     std::fflush(stdout);
     for (;;) {
@@ -57,7 +57,7 @@ void ours::serve(std::string const& endpoint, bool isBusy)
 void ours::use(std::string const& endpoint, bool isBusy)
 {
     setWaiting(isBusy);
-    require(host::Broker::instance().addPeer(endpoint));
+    require(trs::Broker::instance().addPeer(endpoint));
     BenchNodeClient const proxy{TipprmiOID(node)};
     Table received;
     if (proxy.getTable(received) != GetClient::OK || !(received == bench::makeTable())) {

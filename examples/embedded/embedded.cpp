@@ -1,6 +1,6 @@
 // A test of management code, with a whole unit in its own process: no socket, no waiting.
 #include "clients/ip/EthIfNetClient.h"
-#include "tools/trssim/Unit.h"
+#include "unit/Unit.h"
 
 #include <cstdio>
 
@@ -13,7 +13,7 @@ bool needsHelp(EthIfNetClient const& interface) { return interface.getDownIngres
 
 int main()
 {
-    sim::Unit unit;
+    trs::sim::Unit unit;
     EthIfNetClient const transport{TipprmiOID("IfNet/Transport")};
     bool const before = needsHelp(transport);
     transport.setFlags(0); // neither up nor running

@@ -1,12 +1,12 @@
 // Reads the MTU of a unit's IP node and the addresses of its transport interface.
+#include "broker/Broker.h"
 #include "clients/ip/IpNodeClient.h"
-#include "platform/host/Broker.h"
 
 #include <cstdio>
 
 int main(int argc, char** argv)
 {
-    host::Broker::instance().addPeer(argc > 1 ? argv[1] : "unix:/tmp/trssim.sock");
+    trs::Broker::instance().addPeer(argc > 1 ? argv[1] : "unix:/tmp/trssim.sock");
     IpNodeClient const node{TipprmiOID(IpNodeClient::IPNODE_OID)};
     long mtu = 0;
     EthIfNetClient transport;

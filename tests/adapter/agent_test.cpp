@@ -1,9 +1,9 @@
 // The link to the network management agent: its proxy, the checks before every call, and what follows the address.
 #include "adapter/ZynNmaWrapper.h"
-#include "platform/host/Log.h"
-#include "platform/host/UnitValues.h"
+#include "broker/Log.h"
+#include "broker/UnitValues.h"
 #include "rmi/Servant.h"
-#include "tests/support/Catalogue.h"
+#include "tests/support/GoldenRecord.h"
 
 #include <gtest/gtest.h>
 
@@ -17,10 +17,10 @@ namespace {
 using Alarm = NmiRmiAdapterClient::AlarmInfo;
 using Lines = std::vector<std::pair<int, std::string>>;
 
-Lines linesOf(host::LogCapture const& capture)
+Lines linesOf(trs::LogCapture const& capture)
 {
     Lines lines;
-    for (host::LogEntry const& entry : capture.entries()) {
+    for (trs::LogEntry const& entry : capture.entries()) {
         lines.emplace_back(entry.severity, entry.text);
     }
     return lines;
@@ -30,7 +30,7 @@ Lines linesOf(host::LogCapture const& capture)
 struct Agent {
     Agent()
     {
-        host::UnitValues::instance().reset();
+        trs::UnitValues::instance().reset();
         servant.on<&NmiRmiAdapterClient::getPublicIpAddrRmi>([this] { return address; })
             .on<&NmiRmiAdapterClient::notifyPublicIpAddrChangeRmi>([this] { ++announcements; })
             .on<&NmiRmiAdapterClient::sendAlarmRmi>([this](Alarm const& alarm) {
@@ -38,7 +38,7 @@ struct Agent {
                 return answer;
             });
     }
-    ~Agent() { host::UnitValues::instance().reset(); }
+    ~Agent() { trs::UnitValues::instance().reset(); }
 
     std::string address = "10.0.0.1";
     int announcements = 0;
@@ -49,8 +49,8 @@ struct Agent {
 
 TEST(NmiRmiAdapter, isTheCataloguesClass)
 {
-    catalogue::expectListed<NmiRmiAdapterClient>();
-    catalogue::expectEveryBodyCallsItsOperation<NmiRmiAdapterClient>();
+    golden::expectListed<NmiRmiAdapterClient>();
+    golden::expectEveryBodyCallsItsOperation<NmiRmiAdapterClient>();
 }
 
 TEST(NmiRmiAdapter, sendsAnAlarmAsTypeAndState)
@@ -65,7 +65,7 @@ TEST(NmiRmiAdapter, sendsAnAlarmAsTypeAndState)
 
 TEST(NmiRmiInterface, returnsDefaultsAndSaysWhyWhenTheAgentIsAway)
 {
-    host::LogCapture capture;
+    trs::LogCapture capture;
     {
         NmiRmiInterface link;
         EXPECT_EQ(linesOf(capture), (Lines{{6, "Initialized NMI RMI Adapter client [NmiRmiAdapterServer]."}}));
@@ -100,7 +100,7 @@ TEST(NmiRmiInterface, findsAnAgentThatComesLater)
 TEST(ZynNmaWrapper, translatesExactlyTheValidAlarms)
 {
     ZynNmaWrapper wrapper;
-    host::LogCapture capture;
+    trs::LogCapture capture;
     for (int const type : {-1, 0, 1, 2}) {
         for (int const state : {-1, 0, 1, 2, 3}) {
             capture.clear();
@@ -129,7 +129,7 @@ TEST(ZynNmaWrapper, sendsOnlyValidAlarmsAndReturnsTheAgentsAnswer)
     EXPECT_TRUE(wrapper.sendAlarm({1, 2}));
     agent.answer = false;
     EXPECT_FALSE(wrapper.sendAlarm({0, 0}));
-    host::LogCapture const capture;
+    trs::LogCapture const capture;
     EXPECT_FALSE(wrapper.sendAlarm({2, 3}));
     EXPECT_EQ(linesOf(capture),
               (Lines{{6, "Invalid alarm type[2]."}, {6, "Invalid alarm state[3]."}, {6, "zynToNmaAlarmInfo failed."}}));
@@ -138,26 +138,26 @@ TEST(ZynNmaWrapper, sendsOnlyValidAlarmsAndReturnsTheAgentsAnswer)
 
 TEST(ZynNmaWrapper, setsTheMaskEvenWithoutAnAgent)
 {
-    host::UnitValues::instance().reset();
-    host::LogCapture const capture;
+    trs::UnitValues::instance().reset();
+    trs::LogCapture const capture;
     ZynNmaWrapper wrapper;
     EXPECT_TRUE(capture.contains("NmiRmiAdapterClient is not connected."));
     EXPECT_EQ(linesOf(capture).back(), (std::pair{6, std::string("setTrsPrivIpAddrMask.")}));
-    EXPECT_TRUE(host::UnitValues::instance().isPrivateMaskSet());
-    EXPECT_EQ(host::UnitValues::instance().publicAddress(), "");
+    EXPECT_TRUE(trs::UnitValues::instance().isPrivateMaskSet());
+    EXPECT_EQ(trs::UnitValues::instance().publicAddress(), "");
     EXPECT_FALSE(wrapper.sendAlarm({1, 1}));
-    host::UnitValues::instance().reset();
+    trs::UnitValues::instance().reset();
 }
 
 TEST(ZynNmaWrapper, appliesTheAddressAndFollowsItsChanges)
 {
     Agent agent;
     ZynNmaWrapper wrapper;
-    EXPECT_EQ(host::UnitValues::instance().publicAddress(), "10.0.0.1");
-    EXPECT_TRUE(host::UnitValues::instance().isPrivateMaskSet());
+    EXPECT_EQ(trs::UnitValues::instance().publicAddress(), "10.0.0.1");
+    EXPECT_TRUE(trs::UnitValues::instance().isPrivateMaskSet());
 
     std::promise<std::string> applied;
-    host::UnitValues::instance().setListener([&applied](std::string const& what) { applied.set_value(what); });
+    trs::UnitValues::instance().setListener([&applied](std::string const& what) { applied.set_value(what); });
     NmiRmiAdapterClient const announcer(TipprmiOID("NmiRmiAdapterServer"));
     {
         TreflectHandlerState const running;
@@ -166,20 +166,20 @@ TEST(ZynNmaWrapper, appliesTheAddressAndFollowsItsChanges)
     }
     auto future = applied.get_future();
     ASSERT_EQ(future.wait_for(std::chrono::seconds(20)), std::future_status::ready);
-    EXPECT_EQ(host::UnitValues::instance().publicAddress(), "10.0.0.2");
-    host::UnitValues::instance().setListener(nullptr);
+    EXPECT_EQ(trs::UnitValues::instance().publicAddress(), "10.0.0.2");
+    trs::UnitValues::instance().setListener(nullptr);
 }
 
 TEST(ZynNmaWrapper, ignoresAnEmptyAddress)
 {
     Agent agent;
     agent.address = "";
-    host::LogCapture const capture;
+    trs::LogCapture const capture;
     ZynNmaWrapper wrapper;
     EXPECT_TRUE(capture.contains("Public ip addr not set."));
     wrapper.setPublicIpAddr("10.0.0.3");
     wrapper.setPublicIpAddr("");
-    EXPECT_EQ(host::UnitValues::instance().publicAddress(), "10.0.0.3");
+    EXPECT_EQ(trs::UnitValues::instance().publicAddress(), "10.0.0.3");
 }
 
 TEST(ZynNmaWrapper, isNoLongerToldOnceItIsGone)

@@ -1,8 +1,8 @@
 // What the site configuration tells: from its files, from an IP node in this process, and from the platform.
 #include "adapter/ZYN_OSServices.h"
+#include "broker/Log.h"
+#include "broker/UnitValues.h"
 #include "clients/ip/IpNodeClient.h"
-#include "platform/host/Log.h"
-#include "platform/host/UnitValues.h"
 #include "rmi/Servant.h"
 #include "tests/support/ConfigFiles.h"
 
@@ -82,7 +82,7 @@ protected:
     OSServices() { unit_.reset(); }
     ~OSServices() override { unit_.reset(); }
 
-    host::UnitValues& unit_ = host::UnitValues::instance();
+    trs::UnitValues& unit_ = trs::UnitValues::instance();
     support::ConfigFiles const files_;
 };
 
@@ -182,8 +182,7 @@ TEST_F(OSServices, fallsBackToTheLocalManagementAddressForThePublicOne)
                        {"failed, known before", {}, "1.2.3.4", true, false, "1.2.3.4"},
                        {"failed, known as none", {}, "255.255.255.254", true, false, "10.9.8.7"}};
     for (auto const& [claim, answer, before, hasLocal, result, after] : cases) {
-        unit_.setLocalManagementAddress(hasLocal ? host::UnitValues::Address{10, 9, 8, 7}
-                                                 : host::UnitValues::Address{});
+        unit_.setLocalManagementAddress(hasLocal ? trs::UnitValues::Address{10, 9, 8, 7} : trs::UnitValues::Address{});
         IpNode ipNode;
         ipNode.configState = answer ? GetClient::OK : GetClient::FAILED;
         ipNode.publicAddress = answer.value_or(good);
@@ -223,7 +222,7 @@ TEST_F(OSServices, findsTheTransportAddressOrLeavesTheTextAlone)
         {"interface refused", [](IpNode& node) { node.interfaceState = GetClient::FAILED; }, ""},
         {"no interface", [](IpNode& node) { node.hasInterface = false; }, ""}};
     auto const expect = [](char const* claim, std::string const& after) {
-        host::LogCapture const capture;
+        trs::LogCapture const capture;
         std::string address = "before";
         EXPECT_EQ(Services::getTransportEthIp(address), !after.empty()) << claim;
         EXPECT_EQ(address, after.empty() ? "before" : after) << claim;

@@ -1,7 +1,7 @@
 // Management messages: which text is at which path, and which documents are refused.
 #include "adapter/ZYN_AdapterConstants.h"
 #include "adapter/ZYN_XmlParser.h"
-#include "platform/host/Log.h"
+#include "broker/Log.h"
 #include "tests/support/Text.h"
 
 #include <gmock/gmock.h>
@@ -19,17 +19,17 @@ using Lines = std::vector<std::pair<int, std::string>>;
 struct Parsed {
     explicit Parsed(std::string const& document) : in(document), parser(in)
     {
-        for (host::LogEntry const& entry : capture.entries()) {
+        for (trs::LogEntry const& entry : capture.entries()) {
             log.emplace_back(entry.severity, entry.text);
         }
     }
     std::string operator[](std::string const& path) const { return parser.getValue(path); }
 
     struct Quiet {
-        Quiet() { host::setLogLevel(0); }
-        ~Quiet() { host::setLogLevel(6); }
+        Quiet() { trs::setLogLevel(0); }
+        ~Quiet() { trs::setLogLevel(6); }
     } quiet;
-    host::LogCapture capture;
+    trs::LogCapture capture;
     std::istringstream in;
     ZYN_XmlParser parser;
     Lines log;
@@ -157,8 +157,8 @@ protected:
 
 TEST(XmlMessage, endsWithAStreamThatFails)
 {
-    host::setLogLevel(0);
-    host::LogCapture const capture;
+    trs::setLogLevel(0);
+    trs::LogCapture const capture;
     std::ifstream missing("/nonexistent/file");
     EXPECT_EQ(ZYN_XmlParser(missing).getXohMsgType(), "");
     std::istream none(nullptr);
@@ -172,10 +172,10 @@ TEST(XmlMessage, endsWithAStreamThatFails)
     EXPECT_EQ(ZYN_XmlParser(throwing).getValue("/BTSMessage/A"), "1");
     EXPECT_EQ(throwing.exceptions(), std::ios_base::failbit);
     ASSERT_EQ(capture.entries().size(), 3U);
-    for (host::LogEntry const& entry : capture.entries()) {
+    for (trs::LogEntry const& entry : capture.entries()) {
         EXPECT_EQ(entry.text, "no element found at line 1");
     }
-    host::setLogLevel(6);
+    trs::setLogLevel(6);
 }
 
 TEST(XmlMessage, refusesWhatBreaksABound)

@@ -1,4 +1,5 @@
 // Every proxy class of clients/ and rmi/ against the catalogue.
+#include "broker/framework/QelOperations.h"
 #include "clients/ip/BfdIpIubClient.h"
 #include "clients/ip/DhcpAccessClient.h"
 #include "clients/ip/DiffServToVlanMapClient.h"
@@ -52,10 +53,9 @@
 #include "clients/transmission/VirtualChannelConnectionTpClient.h"
 #include "clients/transmission/VirtualChannelTrailTpClient.h"
 #include "clients/transmission/VirtualConnectionTpClient.h"
-#include "platform/host/QelOperations.h"
 #include "rmi/ApplicationObjectSenaPolicySkeleton.h"
 #include "rmi/ApplicationObjectSkeleton.h"
-#include "tests/support/Catalogue.h"
+#include "tests/support/GoldenRecord.h"
 
 #include <set>
 
@@ -86,8 +86,8 @@ struct ClassCheck {
 template <class... Proxy>
 std::vector<ClassCheck> checksOf(std::type_identity<std::tuple<Proxy...>>)
 {
-    return {{reflect::className<Proxy>, &catalogue::expectListed<Proxy>,
-             &catalogue::expectEveryBodyCallsItsOperation<Proxy>}...};
+    return {
+        {reflect::className<Proxy>, &golden::expectListed<Proxy>, &golden::expectEveryBodyCallsItsOperation<Proxy>}...};
 }
 std::vector<ClassCheck> const checks = checksOf(std::type_identity<Classes>{});
 
@@ -103,7 +103,7 @@ TEST(CatalogueAsAWhole, isInTheCode)
 {
     std::set<std::string> missing;
     std::size_t rows = 0;
-    for (auto const& [name, lines] : catalogue::lines()) {
+    for (auto const& [name, lines] : golden::lines()) {
         missing.insert(name);
         rows += lines.size();
     }

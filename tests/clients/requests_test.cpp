@@ -1,11 +1,11 @@
 // What single operations send and make of replies, byte by byte.
+#include "broker/Log.h"
 #include "clients/services/AdminStatePolicySkeleton.h"
 #include "clients/services/AdminStateSkeleton.h"
 #include "clients/services/ConditionSkeleton.h"
 #include "clients/services/FaultServiceSkeleton.h"
 #include "clients/services/LocationIdSkeleton.h"
 #include "clients/services/PerformanceServiceSkeleton.h"
-#include "platform/host/Log.h"
 #include "rmi/ApplicationObjectSkeleton.h"
 #include "rmi/Servant.h"
 #include "tests/support/Exchange.h"
@@ -158,7 +158,7 @@ TEST(Reply, thatIsCutShortIsLoggedOnceAndGivesWhatCouldBeRead)
          "00 00 00 00 00 00 00 00 00 00", "00 00 00 00 00 00 00 00", "Unmarshall error on cc=0xE80E97C6, mc=13"},
     };
     for (auto const& [call, reply, expected, log] : cases) {
-        host::LogCapture const capture;
+        trs::LogCapture const capture;
         Recorder object;
         object.reply = reply;
         EXPECT_EQ(call(object), expected);
@@ -206,7 +206,7 @@ TEST(LocationId, sendsThroughItsOwnDispatch)
             return false;
         }
     };
-    host::LogCapture const capture;
+    trs::LogCapture const capture;
     EXPECT_EQ(Diverted().toKey(), "");
     EXPECT_FALSE(capture.contains("Unmarshall error")) << "there was no reply to read";
 }

@@ -1,5 +1,5 @@
 // peer ENDPOINT [OTHER]: a process with a value, an object that never answers, and one that calls its like at OTHER.
-#include "platform/host/QelOperations.h"
+#include "broker/framework/QelOperations.h"
 #include "rmi/Servant.h"
 #include "tests/support/Echo.h"
 
@@ -11,7 +11,7 @@ int main(int argc, char** argv)
     if (argc < 2) {
         return 2;
     }
-    host::Broker& broker = host::Broker::instance();
+    trs::Broker& broker = trs::Broker::instance();
     TreflectORB const* other = nullptr;
     if (argc > 2) {
         broker.addPeer(argv[2], &other);

@@ -1,6 +1,6 @@
 // The guard around calls from threads of the caller's own.
+#include "broker/objects/RunPermission.h"
 #include "platform/TreflectORB.h"
-#include "platform/host/RunPermission.h"
 #include "rmi/TreflectHandlerState.h"
 
 #include <gtest/gtest.h>
@@ -29,7 +29,7 @@ TEST(HandlerState, givesAForeignThreadThePermissionUntilTheOutermostGuardEnds)
 TEST(HandlerState, leavesAHandlerThreadAsItFoundIt)
 {
     std::thread([] {
-        host::becomeHandlerThread();
+        trs::becomeHandlerThread();
         for (bool const hadPermission : {false, true}) {
             if (hadPermission) {
                 TreflectORB::getRunPermission();
@@ -53,7 +53,7 @@ TEST(HandlerState, letsOneThreadInAtATime)
     int count = 0; // guarded by nothing else
     auto const work = [&count](bool isHandler) {
         if (isHandler) {
-            host::becomeHandlerThread();
+            trs::becomeHandlerThread();
         }
         for (int i = 0; i < 2000; ++i) {
             TreflectHandlerState const running;

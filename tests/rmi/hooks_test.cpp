@@ -2,7 +2,7 @@
 #include "rmi/ApplicationObjectSkeleton.h"
 #include "rmi/Call.h"
 #include "rmi/CallHooks.h"
-#include "tests/support/Catalogue.h"
+#include "tests/support/GoldenRecord.h"
 
 #include <gtest/gtest.h>
 
@@ -159,7 +159,7 @@ TEST(ParamHooks, writeAndReadInDeclarationOrder)
 
 TEST(CallRoad, sendsInArgumentsAndReadsTheResultBeforeOutArguments)
 {
-    catalogue::expectEveryBodyCallsItsOperation<ArityClient>();
+    golden::expectEveryBodyCallsItsOperation<ArityClient>();
 
     Recorder object;
     object.reply = "00 00 00 01 00 09 00 00 00 07 00 00 00 01 64"; // one short; a long; a string

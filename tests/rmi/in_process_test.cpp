@@ -1,13 +1,13 @@
 // Calls to objects of the same process: typed skeletons, servants, and objects of another class than the proxy's.
+#include "broker/framework/QelOperations.h"
 #include "clients/services/AdminStateSkeleton.h"
 #include "clients/services/ConditionSkeleton.h"
 #include "clients/services/FaultServiceSkeleton.h"
 #include "clients/services/LocationIdSkeleton.h"
 #include "clients/services/PerformanceServiceSkeleton.h"
 #include "platform/TreflectObserver.h"
-#include "platform/host/QelOperations.h"
 #include "rmi/Servant.h"
-#include "tests/support/Catalogue.h"
+#include "tests/support/GoldenRecord.h"
 
 #include <gtest/gtest.h>
 
@@ -111,7 +111,7 @@ template <class Row, class... A>
 void callWithSamples(PerformanceServiceClient const& proxy, std::type_identity<std::tuple<A...>>)
 {
     int seed = 0;
-    std::tuple<std::remove_cvref_t<A>...> arguments{catalogue::Sample<std::remove_cvref_t<A>>::make(seed)...};
+    std::tuple<std::remove_cvref_t<A>...> arguments{golden::Sample<std::remove_cvref_t<A>>::make(seed)...};
     std::apply([&proxy](auto&... argument) { (proxy.*Row::member)(argument...); }, arguments);
 }
 

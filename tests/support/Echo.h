@@ -1,8 +1,8 @@
 // An object that hands a call on to its like in another process.
 #pragma once
 
-#include "platform/host/Broker.h"
-#include "platform/host/QelOperations.h"
+#include "broker/Broker.h"
+#include "broker/framework/QelOperations.h"
 #include "rmi/Servant.h"
 
 namespace support {

@@ -1,8 +1,8 @@
 // Plain sockets, for peers that do not speak as they should.
 #pragma once
 
-#include "platform/host/Broker.h"
-#include "platform/host/Log.h"
+#include "broker/Broker.h"
+#include "broker/Log.h"
 #include "tests/support/Echo.h"
 
 #include <chrono>
@@ -210,24 +210,24 @@ private:
 // Leaves the process's broker as it was found, and standard error quiet.
 class BrokerTest : public testing::Test {
 protected:
-    BrokerTest() { host::setLogLevel(0); }
+    BrokerTest() { trs::setLogLevel(0); }
     ~BrokerTest() override
     {
-        host::Broker& broker = host::Broker::instance();
+        trs::Broker& broker = trs::Broker::instance();
         broker.stop();
-        host::Broker::setDeadline(std::chrono::seconds(5));
-        host::setLogLevel(6);
+        trs::Broker::setDeadline(std::chrono::seconds(5));
+        trs::setLogLevel(6);
     }
     static TreflectORB const* peerAt(std::string const& endpoint)
     {
         TreflectORB const* peer = nullptr;
-        EXPECT_EQ(host::Broker::instance().addPeer(endpoint, &peer), "");
+        EXPECT_EQ(trs::Broker::instance().addPeer(endpoint, &peer), "");
         return peer;
     }
     // This process as its own peer: calls then take the road of the endpoint.
     TreflectORB const* loopBack(std::string const& endpoint)
     {
-        host::Broker& broker = host::Broker::instance();
+        trs::Broker& broker = trs::Broker::instance();
         EXPECT_EQ(broker.serve(endpoint), "");
         return peerAt(broker.endpoints().back());
     }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "adapter/ZYN_XmlParser.h"
-#include "tests/tools/Programs.h"
+#include "tests/support/Programs.h"
 
 #include <arpa/inet.h>
 #include <filesystem>

@@ -1,7 +1,7 @@
 // trsctl as a child process of a test.
 #pragma once
 
-#include "tests/tools/Programs.h"
+#include "tests/support/Programs.h"
 
 class TrsctlTest : public ProgramTest {
 protected:

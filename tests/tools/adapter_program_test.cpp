@@ -1,5 +1,5 @@
 // trsadapter against a unit of its own.
-#include "tests/tools/Programs.h"
+#include "tests/support/Programs.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // What the programs do with their command lines, their input and their ends; and the tour.
-#include "tests/tools/Programs.h"
+#include "tests/support/Programs.h"
 
 #include <fstream>
 

@@ -42,25 +42,25 @@ TEST(XmlText, CarriesAnyBytes)
         {"\xe2\x82<", "\\xe2\\x82&lt;"},
     };
     for (auto const& [bytes, text] : cases) {
-        EXPECT_EQ(xmlText(bytes), text);
+        EXPECT_EQ(trs::adapter::xmlText(bytes), text);
     }
     std::string all;
     for (int i = 0; i < 0x10000; ++i) {
         all += {static_cast<char>(i / 256), static_cast<char>(i)};
     }
-    std::istringstream stream("<a>" + xmlText(all) + "</a>");
+    std::istringstream stream("<a>" + trs::adapter::xmlText(all) + "</a>");
     EXPECT_EQ(ZYN_XmlParser(stream).XML_GetErrorCode(), XML_ERROR_NONE);
 }
 
 TEST(Document, IsWhatTheParserReads)
 {
-    std::vector<Field> const fields{{"/BTSMessage/BTSMessageHdr/_to", "a<b"},
-                                    {"/BTSMessage/BTSMessageHdr/_from", ""},
-                                    {"/BTSMessage/A/B/C", "1"},
-                                    {"/BTSMessage/A/B/D", "2"},
-                                    {"/BTSMessage/A/E", "3"},
-                                    {"/BTSMessage/A", "4"}};
-    std::string const document = writeDocument(fields);
+    std::vector<trs::adapter::Field> const fields{{"/BTSMessage/BTSMessageHdr/_to", "a<b"},
+                                                  {"/BTSMessage/BTSMessageHdr/_from", ""},
+                                                  {"/BTSMessage/A/B/C", "1"},
+                                                  {"/BTSMessage/A/B/D", "2"},
+                                                  {"/BTSMessage/A/E", "3"},
+                                                  {"/BTSMessage/A", "4"}};
+    std::string const document = trs::adapter::writeDocument(fields);
     EXPECT_THAT(document, testing::HasSubstr("<A><B><C>1</C><D>2</D></B><E>3</E>4</A></BTSMessage>"));
     std::istringstream stream(document);
     ZYN_XmlParser const parsed(stream);
@@ -73,27 +73,29 @@ TEST(Document, IsWhatTheParserReads)
 TEST(Sessions, AreOneAtATimeAndEndWithoutMessages)
 {
     std::chrono::steady_clock::time_point now{};
-    Sessions sessions(60s, [&now] { return now; });
-    Sessions::Session active;
-    Sessions::Session const first = sessions.begin("anna", "10.0.0.1", "", active).value();
+    trs::adapter::Sessions sessions(60s, [&now] { return now; });
+    trs::adapter::Sessions::Session active;
+    trs::adapter::Sessions::Session const first = sessions.begin("anna", "10.0.0.1", "", active).value();
     EXPECT_EQ(first.id.size(), 32U);
     EXPECT_FALSE(sessions.begin("bert", "10.0.0.2", "", active));
     EXPECT_EQ(active.user + active.address, "anna10.0.0.1");
 
     for (int i = 0; i < 3; ++i) {
         now += 59s;
-        EXPECT_EQ(sessions.check(first.id, "10.0.0.1").standing, Sessions::Standing::active);
+        EXPECT_EQ(sessions.check(first.id, "10.0.0.1").standing, trs::adapter::Sessions::Standing::active);
     }
     now += 59s;
-    EXPECT_EQ(sessions.check(first.id, "10.0.0.2").standing, Sessions::Standing::foreign) << "which keeps none alive";
-    EXPECT_EQ(sessions.check("", "10.0.0.1").standing, Sessions::Standing::none);
+    EXPECT_EQ(sessions.check(first.id, "10.0.0.2").standing, trs::adapter::Sessions::Standing::foreign)
+        << "which keeps none alive";
+    EXPECT_EQ(sessions.check("", "10.0.0.1").standing, trs::adapter::Sessions::Standing::none);
     now += 1s;
-    EXPECT_EQ(sessions.check(first.id, "10.0.0.1").standing, Sessions::Standing::none);
+    EXPECT_EQ(sessions.check(first.id, "10.0.0.1").standing, trs::adapter::Sessions::Standing::none);
 
-    Sessions::Session const second = sessions.begin("bert", "10.0.0.2", first.id, active).value();
+    trs::adapter::Sessions::Session const second = sessions.begin("bert", "10.0.0.2", first.id, active).value();
     EXPECT_NE(second.id, first.id);
-    Sessions::Session const again = sessions.begin("anna", "10.0.0.2", second.id, active).value();
-    EXPECT_EQ(sessions.check(second.id, "10.0.0.2").standing, Sessions::Standing::none) << "the client has a new one";
+    trs::adapter::Sessions::Session const again = sessions.begin("anna", "10.0.0.2", second.id, active).value();
+    EXPECT_EQ(sessions.check(second.id, "10.0.0.2").standing, trs::adapter::Sessions::Standing::none)
+        << "the client has a new one";
     sessions.end(second.id);
     EXPECT_EQ(sessions.active().value().id, again.id);
     sessions.end(again.id);
@@ -105,15 +107,16 @@ TEST(Service, ListensWhereTheSiteConfigurationSays)
     support::ConfigFiles const files;
     std::string address;
     int port = 0;
-    EXPECT_EQ(Service::configuredPlace(address, port), "");
+    EXPECT_EQ(trs::adapter::Service::configuredPlace(address, port), "");
     EXPECT_EQ(address + ':' + std::to_string(port), "127.0.0.1:12000");
     files.set("btsomIpAddr.conf", "192.168.255.16\n");
     files.set("btsomPort.conf", "8080\n");
-    EXPECT_EQ(Service::configuredPlace(address, port), "");
+    EXPECT_EQ(trs::adapter::Service::configuredPlace(address, port), "");
     EXPECT_EQ(address + ':' + std::to_string(port), "192.168.255.16:8080");
     for (char const* const wrong : {"", "0", "65536", "-1"}) {
         files.set("btsomPort.conf", wrong);
-        EXPECT_THAT(Service::configuredPlace(address, port), testing::HasSubstr("btsomPort.conf: ")) << wrong;
+        EXPECT_THAT(trs::adapter::Service::configuredPlace(address, port), testing::HasSubstr("btsomPort.conf: "))
+            << wrong;
     }
 }
 
@@ -121,9 +124,9 @@ class Parts : public ServiceTest {};
 
 TEST_F(Parts, CredentialsAreReadAnewForEveryLogin)
 {
-    host::LogCapture const captured;
+    trs::LogCapture const captured;
     writeCredentials(users);
-    Credentials const file(credentials);
+    trs::adapter::Credentials const file(credentials);
     EXPECT_EQ(file.check(), "");
     EXPECT_TRUE(file.accepts("anna", "secret"));
     EXPECT_FALSE(file.accepts("anna", "secret2"));
@@ -144,20 +147,20 @@ TEST_F(Parts, CredentialsAreReadAnewForEveryLogin)
         writeCredentials(wrong);
         EXPECT_THAT(file.check(), testing::HasSubstr(", line 1: ")) << wrong;
     }
-    EXPECT_THAT(Credentials("/dev/zero").check(), testing::HasSubstr("not a regular file"));
+    EXPECT_THAT(trs::adapter::Credentials("/dev/zero").check(), testing::HasSubstr("not a regular file"));
 }
 
 TEST_F(Parts, LogsBeginNewFilesWhenTheyAreFull)
 {
     {
-        MessageLog log(logDirectory, 1000);
+        trs::adapter::MessageLog log(logDirectory, 1000);
         EXPECT_EQ(log.open("x.gz"), "");
         for (int i = 0; i < 100; ++i) {
             log.add("entry", {{"number", std::to_string(i)}}, std::string(900, 'x'));
         }
     }
     std::string all;
-    for (int i = MessageLog::keptFiles; i >= 0; --i) {
+    for (int i = trs::adapter::MessageLog::keptFiles; i >= 0; --i) {
         all += log("x.gz" + (i == 0 ? ""s : '.' + std::to_string(i)));
     }
     EXPECT_THAT(all, testing::AllOf(testing::HasSubstr("number=\"99\""), testing::HasSubstr("number=\"90\""),
@@ -177,7 +180,7 @@ TEST(MessageLog, LeavesOutWhatAPasswordElementContains)
         {"<\0_\0"s, "(4 bytes in an encoding that is not kept)"},
     };
     for (auto const& [document, kept] : cases) {
-        EXPECT_EQ(MessageLog::withoutPassword(document), kept);
+        EXPECT_EQ(trs::adapter::MessageLog::withoutPassword(document), kept);
     }
 }
 

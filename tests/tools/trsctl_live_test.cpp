@@ -1,6 +1,6 @@
 // trsctl's verbs on what happens at a unit, on all that it tells, and on how fast it answers.
+#include "catalogue/Text.h"
 #include "tests/tools/Trsctl.h"
-#include "tools/trsctl/Batch.h"
 #include "tools/trsctl/Predicate.h"
 
 #include <nlohmann/json.hpp>
@@ -43,7 +43,7 @@ protected:
 
 TEST(Predicates, HoldOrAreWrong)
 {
-    catalogue::Value const value = {{"mtu", 1500}, {"name", "eth 0"}, {"list", {{{"id", 7}}, {{"id", 8}}}}};
+    trs::catalogue::Value const value = {{"mtu", 1500}, {"name", "eth 0"}, {"list", {{{"id", 7}}, {{"id", 8}}}}};
     struct {
         char const* text;
         bool holds;
@@ -66,13 +66,13 @@ TEST(Predicates, HoldOrAreWrong)
         {"name=", false},
     };
     for (auto const& [text, holds] : cases) {
-        Predicate predicate;
-        EXPECT_EQ(Predicate::parse(text, predicate), "") << text;
+        trs::ctl::Predicate predicate;
+        EXPECT_EQ(trs::ctl::Predicate::parse(text, predicate), "") << text;
         EXPECT_EQ(predicate.holds(value), holds) << text;
     }
     for (char const* const text : {"", "mtu", "=5", "mtu=>5", "mtu==5", "mtu=1 and ", " and mtu=1"}) {
-        Predicate predicate;
-        EXPECT_THAT(Predicate::parse(text, predicate), HasSubstr("is no comparison")) << text;
+        trs::ctl::Predicate predicate;
+        EXPECT_THAT(trs::ctl::Predicate::parse(text, predicate), HasSubstr("is no comparison")) << text;
     }
 }
 
@@ -195,7 +195,7 @@ TEST(CommandLines, AreSplitAsAShellDoes)
     };
     for (auto const& [line, expected, isGood] : cases) {
         std::vector<std::string> words;
-        EXPECT_EQ(splitLine(line, words).empty(), isGood) << line;
+        EXPECT_EQ(trs::catalogue::splitWords(line, words).empty(), isGood) << line;
         if (isGood) {
             EXPECT_EQ(words, expected) << line;
         }
@@ -267,7 +267,7 @@ TEST_F(TrsctlLive, ShellTakesCommandLines)
     EXPECT_TRUE(shows("watching IpNode"));
     shell.write("\003");
     shell.write("'open\n");
-    EXPECT_TRUE(shows("the quote ' is not closed")) << "an interrupt ends the verb, not the shell";
+    EXPECT_TRUE(shows("the quote that opens 'open' is not closed")) << "an interrupt ends the verb, not the shell";
     shell.write("exit\n");
     EXPECT_EQ(shell.waitForExit(), 2) << "the last line's";
     std::ifstream history(home + "/trsctl/history");

@@ -19,10 +19,10 @@ protected:
     ~TrsctlTable() override { std::filesystem::remove(path + ".file"); }
     std::vector<std::string> complete(std::vector<std::string> const& words)
     {
-        Program::Options options;
+        trs::ctl::Program::Options options;
         options.unit = endpoint;
-        Program program(options);
-        return completions(program, words);
+        trs::ctl::Program program(options);
+        return trs::ctl::completions(program, words);
     }
     // Runs a program of the system with a file of this content as its last argument.
     ChildProcess withFile(std::string const& name, Arguments arguments, std::string const& content) const
@@ -35,11 +35,11 @@ protected:
 
 TEST_F(TrsctlTable, NoVerbAndNoOptionIsMissing)
 {
-    Program program({});
-    std::string const page = tools::manPage(program.table(), "1");
+    trs::ctl::Program program({});
+    std::string const page = trs::tools::manPage(program.table(), "1");
     std::vector<std::string> const verbs = complete({""});
     EXPECT_GT(verbs.size(), 12U);
-    for (tools::Verb const& verb : program.table().verbs) {
+    for (trs::tools::Verb const& verb : program.table().verbs) {
         if (verb.isHidden) {
             EXPECT_THAT(verbs, Not(Contains(verb.name)));
             continue;
@@ -51,7 +51,7 @@ TEST_F(TrsctlTable, NoVerbAndNoOptionIsMissing)
         std::string const section = page.substr(begin, page.find("\n.S", begin) - begin);
         std::vector<std::string> const offered = complete({verb.name, "--"});
         EXPECT_THAT(offered, IsSupersetOf({"--unit", "--timeout", "--wait", "--format", "--log-level"}));
-        for (tools::Option const& option : verb.options) {
+        for (trs::tools::Option const& option : verb.options) {
             if (!option.isArgument()) {
                 EXPECT_THAT(offered, Contains(option.longName()));
             }
@@ -67,7 +67,7 @@ TEST_F(TrsctlTable, NoVerbAndNoOptionIsMissing)
 
 TEST_F(TrsctlTable, ManualPagesAreWellFormed)
 {
-    for (char const* const name : {"trsctl", "trssim", "trsadapter", "trswalk"}) {
+    for (char const* const name : {"trsctl", "trssim", "trsadapter"}) {
         ChildProcess made(program(name), {"--man"});
         std::string const page = joined(made.readRest());
         EXPECT_THAT(page, testing::StartsWith(".TH ")) << name;

@@ -1,6 +1,6 @@
 // trsctl trace, capture, decode and stats: what passes between a management process and a unit.
+#include "catalogue/Value.h"
 #include "tests/tools/Trsctl.h"
-#include "tools/catalogue/Value.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -8,10 +8,10 @@
 
 namespace {
 
-using catalogue::Value;
 using testing::AllOf;
 using testing::Contains;
 using testing::HasSubstr;
+using trs::catalogue::Value;
 
 class TrsctlTraffic : public TrsctlTest {
 protected:

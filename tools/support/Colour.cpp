@@ -5,7 +5,7 @@
 #include <string_view>
 #include <unistd.h>
 
-namespace tools {
+namespace trs::tools {
 
 namespace {
 
@@ -53,4 +53,4 @@ std::string coloured(std::string const& text, Colour colour)
     return isUsed() && !text.empty() ? std::string("\033[") + codeOf(colour) + 'm' + text + "\033[0m" : text;
 }
 
-} // namespace tools
+} // namespace trs::tools

@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace tools {
+namespace trs::tools {
 
 enum class Colour { head, name, good, bad, aside };
 
@@ -16,4 +16,4 @@ void setUseOfColour(UseOfColour use);
 // The text, in colour if it is used on standard output.
 std::string coloured(std::string const& text, Colour colour);
 
-} // namespace tools
+} // namespace trs::tools

@@ -1,8 +1,8 @@
 #include "tools/support/CommandLine.h"
 
-#include "platform/host/CallFailure.h"
-#include "platform/host/Endpoint.h"
-#include "platform/host/Log.h"
+#include "broker/CallFailure.h"
+#include "broker/Log.h"
+#include "broker/transport/Endpoint.h"
 #include "tools/support/ManPage.h"
 
 #include <CLI/CLI.hpp>
@@ -13,7 +13,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-namespace tools {
+namespace trs::tools {
 
 namespace {
 
@@ -41,7 +41,7 @@ std::string checkRange(std::string const& text, std::pair<double, double> range)
     }
     std::array<char, 128> limits{};
     std::snprintf(limits.data(), limits.size(), "a number from %.12g to %.12g", range.first, range.second);
-    return "'" + host::printable(text) + "' is not " + limits.data();
+    return "'" + printable(text) + "' is not " + limits.data();
 }
 
 // Has CLI11 put an option's value where it belongs.
@@ -147,8 +147,8 @@ CommandLine::CommandLine(std::string program, std::string description, int logLe
 
 std::string CommandLine::checkEndpoint(std::string const& text)
 {
-    host::Endpoint endpoint;
-    return host::Endpoint::parse(text, endpoint);
+    Endpoint endpoint;
+    return Endpoint::parse(text, endpoint);
 }
 
 std::string CommandLine::defaultEndpoint()
@@ -217,14 +217,14 @@ std::optional<int> CommandLine::parse(std::vector<std::string> words)
         std::vector<std::string> const unknown = app.remaining();
         std::string const wrong = unknown.empty()
                                       ? "a verb is required"
-                                      : '\'' + host::printable(unknown.front()) + "' is no verb of " + table_.program;
+                                      : '\'' + printable(unknown.front()) + "' is no verb of " + table_.program;
         std::fprintf(stderr, "%s; %s --help lists them\n", wrong.c_str(), table_.program.c_str());
         return wrongUsage;
     } catch (CLI::ParseError const& end) {
         return app.exit(end) == 0 ? 0 : wrongUsage;
     }
-    host::setLogLevel(logLevel_);
+    setLogLevel(logLevel_);
     return std::nullopt;
 }
 
-} // namespace tools
+} // namespace trs::tools

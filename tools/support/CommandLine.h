@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace tools {
+namespace trs::tools {
 
 // Adds --log-level, --help and --version to the options that a program adds itself, and --man, which writes its manual
 // page.
@@ -49,4 +49,4 @@ private:
     bool exitsOnEof_ = false;
 };
 
-} // namespace tools
+} // namespace trs::tools

@@ -1,6 +1,6 @@
 #include "tools/support/Console.h"
 
-#include "platform/host/CallFailure.h"
+#include "broker/CallFailure.h"
 
 #include <algorithm>
 #include <array>
@@ -13,7 +13,7 @@
 #include <sys/signalfd.h>
 #include <unistd.h>
 
-namespace tools {
+namespace trs::tools {
 
 namespace {
 
@@ -26,25 +26,6 @@ std::string usageOf(Command const& command)
 
 } // namespace
 
-std::string split(std::string_view line, Words& words)
-{
-    constexpr std::string_view blanks = " \t\r";
-    for (;;) {
-        line.remove_prefix(std::min(line.find_first_not_of(blanks), line.size()));
-        if (line.empty()) {
-            return {};
-        }
-        bool const isQuoted = line.front() == '"';
-        line.remove_prefix(isQuoted ? 1 : 0);
-        std::size_t const length = isQuoted ? line.find('"') : std::min(line.find_first_of(blanks), line.size());
-        if (length == std::string_view::npos) {
-            return "the quote that opens '" + host::printable(line) + "' is not closed";
-        }
-        words.emplace_back(line.substr(0, length));
-        line.remove_prefix(length + (isQuoted ? 1 : 0));
-    }
-}
-
 void say(std::string const& line)
 {
     std::string const text = line + '\n';
@@ -54,17 +35,6 @@ void say(std::string const& line)
         }
         ::kill(::getpid(), SIGTERM);
     }
-}
-
-bool parseNumber(std::string_view text, long least, long most, long& number)
-{
-    long parsed = 0;
-    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), parsed);
-    if (error != std::errc() || end != text.data() + text.size() || parsed < least || parsed > most) {
-        return false;
-    }
-    number = parsed;
-    return true;
 }
 
 Console::Console(std::string const& endCommand)
@@ -77,11 +47,11 @@ Console::Console(std::string const& endCommand)
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
     signals_ = ::signalfd(-1, &ending, SFD_CLOEXEC | SFD_NONBLOCK);
 
-    add({"help", "", "lists the commands", [this](Words const&) {
+    add({"help", "", "lists the commands", [this](catalogue::Words const&) {
              sayHelp();
              return std::string();
          }});
-    add({endCommand, "", "ends the program", [this](Words const&) {
+    add({endCommand, "", "ends the program", [this](catalogue::Words const&) {
              end();
              return std::string();
          }});
@@ -99,24 +69,24 @@ void Console::add(Command command) { commands_.push_back(std::move(command)); }
 
 std::string Console::execute(std::string_view line)
 {
-    Words words;
-    if (std::string wrong = split(line, words); !wrong.empty() || words.empty()) {
+    catalogue::Words words;
+    if (std::string wrong = catalogue::splitWords(line, words); !wrong.empty() || words.empty()) {
         return wrong;
     }
     auto const command = std::find_if(commands_.begin(), commands_.end(),
                                       [&](Command const& candidate) { return candidate.name == words.front(); });
     if (command == commands_.end()) {
-        return "'" + host::printable(words.front()) + "' is no command; help lists them";
+        return "'" + printable(words.front()) + "' is no command; help lists them";
     }
     words.erase(words.begin());
 
-    Words expected;
-    split(command->arguments, expected);
+    catalogue::Words expected;
+    catalogue::splitWords(command->arguments, expected);
     auto const required =
         std::count_if(expected.begin(), expected.end(), [](std::string const& word) { return word.front() != '['; });
     bool const takesAny = !expected.empty() && expected.back().ends_with("...]");
     if (words.size() > expected.size() && !takesAny) {
-        return command->name + ": '" + host::printable(words[expected.size()]) +
+        return command->name + ": '" + printable(words[expected.size()]) +
                "' is one word too many: " + usageOf(*command);
     }
     if (words.size() < static_cast<std::size_t>(required)) {
@@ -219,4 +189,4 @@ void Console::receive()
     received_ += received_.empty() && !isCut_ ? "" : "\n"; // the last line may come without its end
 }
 
-} // namespace tools
+} // namespace trs::tools

@@ -1,6 +1,8 @@
 // What a program does between its start and its end: one command a line from standard input, until something ends it.
 #pragma once
 
+#include "catalogue/Text.h"
+
 #include <atomic>
 #include <chrono>
 #include <functional>
@@ -8,17 +10,11 @@
 #include <string_view>
 #include <vector>
 
-namespace tools {
+namespace trs::tools {
 
 // Writes a line to standard output at once, from any thread. When nobody can read it any more, the program is asked to
 // end.
 void say(std::string const& line);
-
-using Words = std::vector<std::string>;
-
-// Appends the words of a line, which blanks separate. A word in double quotes may contain blanks, or nothing. Empty, or
-// what is wrong with the line.
-std::string split(std::string_view line, Words& words);
 
 struct Command {
     std::string name;
@@ -26,7 +22,7 @@ struct Command {
                            // number of them
     std::string help;
     // Gets the words after the name, as many as `arguments` allows. Empty, or what is wrong with them.
-    std::function<std::string(Words const&)> run;
+    std::function<std::string(catalogue::Words const&)> run;
 };
 
 // Made before any other thread: SIGTERM and SIGINT then reach none, and end run() instead. The commands `help` and one
@@ -69,7 +65,4 @@ private:
     std::chrono::steady_clock::time_point nextTask_;
 };
 
-// A decimal number from `least` to `most`. False, with `number` as it was, when the text is none.
-bool parseNumber(std::string_view text, long least, long most, long& number);
-
-} // namespace tools
+} // namespace trs::tools

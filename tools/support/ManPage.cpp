@@ -2,7 +2,7 @@
 
 #include <cctype>
 
-namespace tools {
+namespace trs::tools {
 
 namespace {
 
@@ -115,4 +115,4 @@ std::string manPage(OptionTable const& table, std::string const& version)
     return page;
 }
 
-} // namespace tools
+} // namespace trs::tools

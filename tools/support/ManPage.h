@@ -5,9 +5,9 @@
 
 #include <string>
 
-namespace tools {
+namespace trs::tools {
 
 // The page of a program in section 1, in roff with the man macros: its options, and those of its verbs.
 std::string manPage(OptionTable const& table, std::string const& version);
 
-} // namespace tools
+} // namespace trs::tools

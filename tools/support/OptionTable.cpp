@@ -2,7 +2,7 @@
 
 #include <type_traits>
 
-namespace tools {
+namespace trs::tools {
 
 bool Option::isCalled(std::string_view word) const
 {
@@ -37,4 +37,4 @@ std::string Option::shownDefault() const
                                target);
 }
 
-} // namespace tools
+} // namespace trs::tools

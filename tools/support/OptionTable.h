@@ -10,7 +10,7 @@
 #include <variant>
 #include <vector>
 
-namespace tools {
+namespace trs::tools {
 
 // An option, such as --count, or an argument that is known by its place, such as OBJECT.
 struct Option {
@@ -85,4 +85,4 @@ struct OptionTable {
     std::string exitCodes = {};
 };
 
-} // namespace tools
+} // namespace trs::tools

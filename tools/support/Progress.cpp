@@ -5,7 +5,7 @@
 #include <unistd.h>
 #include <utility>
 
-namespace tools {
+namespace trs::tools {
 
 namespace {
 
@@ -41,4 +41,4 @@ void Progress::clear()
     }
 }
 
-} // namespace tools
+} // namespace trs::tools

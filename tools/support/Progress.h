@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <string>
 
-namespace tools {
+namespace trs::tools {
 
 // Draws a bar on standard error while the work takes longer than a moment; nothing when that is no terminal. The line
 // is cleared at the end.
@@ -30,4 +30,4 @@ private:
     Clock::time_point next_;
 };
 
-} // namespace tools
+} // namespace trs::tools

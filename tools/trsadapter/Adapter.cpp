@@ -1,14 +1,16 @@
 #include "tools/trsadapter/Adapter.h"
 
+#include "broker/CallFailure.h"
+#include "broker/Log.h"
+#include "broker/UnitValues.h"
 #include "platform/NmaLogHelper.h"
-#include "platform/host/CallFailure.h"
-#include "platform/host/Log.h"
-#include "platform/host/UnitValues.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Console.h"
 
 #include <climits>
 #include <string_view>
+
+namespace trs::adapter {
 
 namespace {
 
@@ -20,10 +22,10 @@ constexpr std::string_view publicAddress = "public IP address: ";
 
 Adapter::Adapter(Listeners listeners) : listeners_(std::move(listeners))
 {
-    host::UnitValues::instance().setListener([this](std::string const& told) {
+    UnitValues::instance().setListener([this](std::string const& told) {
         if (told.starts_with(publicAddress)) {
             std::string const address = told.substr(publicAddress.size());
-            tools::say("applied " + host::printable(address));
+            tools::say("applied " + printable(address));
             if (listeners_.applied) {
                 listeners_.applied(address);
             }
@@ -34,13 +36,13 @@ Adapter::Adapter(Listeners listeners) : listeners_(std::move(listeners))
 Adapter::~Adapter()
 {
     wrapper_.reset();
-    host::UnitValues::instance().setListener(nullptr);
+    UnitValues::instance().setListener(nullptr);
 }
 
 bool Adapter::connect()
 {
     wrapper_.reset();
-    host::LogCapture const log; // the wrapper tells in no other way
+    LogCapture const log; // the wrapper tells in no other way
     wrapper_ = std::make_unique<ZynNmaWrapper>();
     bool const isReached = !log.contains(notConnected);
     tools::say(isReached ? "the agent is reached" : "the agent cannot be reached");
@@ -49,14 +51,14 @@ bool Adapter::connect()
 
 bool Adapter::sendAlarm(Alarm const& alarm)
 {
-    host::LogCapture const log;
+    LogCapture const log;
     bool const isAccepted = wrapper_->sendAlarm(alarm);
-    host::CallFailure const& failure = host::lastCallFailure();
-    std::string const text = isAccepted                   ? "delivered and accepted"
-                             : log.contains(isInvalid)    ? "is invalid and was not sent"
-                             : log.contains(notConnected) ? "was not sent: the agent cannot be reached"
-                             : failure.kind != host::CallFailure::Kind::none ? "failed: " + failure.reason
-                                                                             : "delivered and refused";
+    CallFailure const& failure = lastCallFailure();
+    std::string const text = isAccepted                                ? "delivered and accepted"
+                             : log.contains(isInvalid)                 ? "is invalid and was not sent"
+                             : log.contains(notConnected)              ? "was not sent: the agent cannot be reached"
+                             : failure.kind != CallFailure::Kind::none ? "failed: " + failure.reason
+                                                                       : "delivered and refused";
     tools::say(LogMakeString("alarm %d,%d ", alarm.type, alarm.state) + text);
     if (listeners_.alarm) {
         listeners_.alarm(alarm, {isAccepted, text});
@@ -69,10 +71,10 @@ Adapter::Standing Adapter::standing()
     TreflectHandlerState const running;
     NmiRmiAdapterClient const agent{TipprmiOID(NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME)};
     std::string const address = agent.isConnected() ? agent.getPublicIpAddrRmi() : std::string();
-    if (!agent.isConnected() || host::lastCallFailure().kind != host::CallFailure::Kind::none) {
+    if (!agent.isConnected() || lastCallFailure().kind != CallFailure::Kind::none) {
         return Standing::unreachable;
     }
-    bool const isApplied = address.empty() || address == host::UnitValues::instance().publicAddress();
+    bool const isApplied = address.empty() || address == UnitValues::instance().publicAddress();
     return isApplied ? Standing::good : Standing::hasOtherAddress;
 }
 
@@ -80,8 +82,8 @@ std::string Adapter::announce()
 {
     TreflectHandlerState const running;
     NmiRmiAdapterClient(TipprmiOID(NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME)).notifyPublicIpAddrChangeRmi();
-    host::CallFailure const& failure = host::lastCallFailure();
-    return failure.kind == host::CallFailure::Kind::none ? std::string() : failure.reason;
+    CallFailure const& failure = lastCallFailure();
+    return failure.kind == CallFailure::Kind::none ? std::string() : failure.reason;
 }
 
 bool Adapter::parse(std::string const& text, Alarm& alarm)
@@ -90,10 +92,12 @@ bool Adapter::parse(std::string const& text, Alarm& alarm)
     std::size_t const comma = whole.find(',');
     long type = 0;
     long state = 0;
-    if (comma == std::string_view::npos || !tools::parseNumber(whole.substr(0, comma), INT_MIN, INT_MAX, type) ||
-        !tools::parseNumber(whole.substr(comma + 1), INT_MIN, INT_MAX, state)) {
+    if (comma == std::string_view::npos || !catalogue::parseNumber(whole.substr(0, comma), INT_MIN, INT_MAX, type) ||
+        !catalogue::parseNumber(whole.substr(comma + 1), INT_MIN, INT_MAX, state)) {
         return false;
     }
     alarm = {static_cast<int>(type), static_cast<int>(state)};
     return true;
 }
+
+} // namespace trs::adapter

@@ -7,6 +7,8 @@
 #include <memory>
 #include <string>
 
+namespace trs::adapter {
+
 class Adapter {
 public:
     using Alarm = ZynNmaWrapper::CertMgrAlarmInfo;
@@ -45,3 +47,5 @@ private:
     Listeners listeners_;
     std::unique_ptr<ZynNmaWrapper> wrapper_;
 };
+
+} // namespace trs::adapter

@@ -1,8 +1,8 @@
 #include "tools/trsadapter/Credentials.h"
 
 #include "adapter/ZYN_StringUtils.h"
+#include "broker/CallFailure.h"
 #include "platform/NmaLogHelper.h"
-#include "platform/host/CallFailure.h"
 
 #include <array>
 #include <cerrno>
@@ -13,6 +13,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
+
+namespace trs::adapter {
 
 namespace {
 
@@ -99,7 +101,7 @@ bool areEqual(std::string const& a, std::string const& b)
 std::string Credentials::read(Hashes& hashes) const
 {
     File const file(path_);
-    std::string const place = "credentials " + host::printable(path_);
+    std::string const place = "credentials " + printable(path_);
     if (std::string const why = file.check(); !why.empty()) {
         return place + ": " + why;
     }
@@ -118,10 +120,10 @@ std::string Credentials::read(Hashes& hashes) const
         }
         std::string const name = line.substr(0, colon);
         if (!isHash(line.substr(colon + 1))) {
-            return at + "user '" + host::printable(name) + "' has no hash of crypt(5), or a weak one";
+            return at + "user '" + printable(name) + "' has no hash of crypt(5), or a weak one";
         }
         if (!hashes.emplace(name, line.substr(colon + 1)).second) {
-            return at + "user '" + host::printable(name) + "' is there twice";
+            return at + "user '" + printable(name) + "' is there twice";
         }
     }
     return hashes.empty() ? place + ": it has no user" : std::string();
@@ -147,3 +149,5 @@ bool Credentials::accepts(std::string const& user, std::string const& password) 
     bool const isComplete = password.find('\0') == std::string::npos && !password.empty();
     return areEqual(hashOf(password, expected), expected) && isKnown && isComplete;
 }
+
+} // namespace trs::adapter

@@ -4,6 +4,8 @@
 #include <map>
 #include <string>
 
+namespace trs::adapter {
+
 // The file has a line for each user, "NAME:HASH", with a hash of crypt(5), and not by a method that
 // is called legacy there; blank lines and lines that begin with # are
 // skipped. It is read anew for every login, so that a change takes effect at once. A file that its owner shares, with
@@ -25,3 +27,5 @@ private:
 
     std::string path_;
 };
+
+} // namespace trs::adapter

@@ -6,6 +6,8 @@
 
 #include <string_view>
 
+namespace trs::adapter {
+
 namespace {
 
 // Writes end tags until only `depth` of the open elements are left.
@@ -50,3 +52,5 @@ std::string writeDocument(std::vector<Field> const& fields)
     closeTo(0, open, document);
     return document;
 }
+
+} // namespace trs::adapter

@@ -7,6 +7,8 @@
 #include <poll.h>
 #include <sys/socket.h>
 
+namespace trs::adapter {
+
 namespace {
 
 using std::chrono::milliseconds;
@@ -184,3 +186,5 @@ void HttpConnection::get_local_ip_and_port(std::string& ip, int& port) const
     ::getsockname(socket_, reinterpret_cast<sockaddr*>(&address), &length);
     addressOf(address, ip, port);
 }
+
+} // namespace trs::adapter

@@ -12,6 +12,8 @@
 #include <string_view>
 #include <sys/types.h>
 
+namespace trs::adapter {
+
 // For one thread. The socket is the caller's to close.
 class HttpConnection final : public httplib::Stream {
 public:
@@ -62,3 +64,5 @@ private:
     bool isClosing_ = false;
     bool hasWritten_ = false;
 };
+
+} // namespace trs::adapter

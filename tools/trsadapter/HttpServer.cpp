@@ -13,6 +13,8 @@
 #include <thread>
 #include <unistd.h>
 
+namespace trs::adapter {
+
 namespace {
 
 constexpr int waitingConnections = 1024; // that the system keeps until they are accepted
@@ -273,3 +275,5 @@ std::string HttpServer::start(std::string const& address, int port)
 int HttpServer::port() const { return server_->port(); }
 
 void HttpServer::stop() { server_->end(); }
+
+} // namespace trs::adapter

@@ -9,6 +9,8 @@
 #include <string>
 #include <utility>
 
+namespace trs::adapter {
+
 class HttpServer {
 public:
     struct Bounds {
@@ -59,3 +61,5 @@ private:
     class Server;
     std::unique_ptr<Server> server_;
 };
+
+} // namespace trs::adapter

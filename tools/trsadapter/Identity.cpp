@@ -2,6 +2,8 @@
 
 #include "adapter/ZYN_OSServices.h"
 
+namespace trs::adapter {
+
 void Identity::refresh()
 {
     UnitIdentity asked = get();
@@ -27,3 +29,5 @@ UnitIdentity Identity::get() const
     std::lock_guard const lock(mutex_);
     return identity_;
 }
+
+} // namespace trs::adapter

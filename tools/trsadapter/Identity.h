@@ -4,6 +4,8 @@
 #include <mutex>
 #include <string>
 
+namespace trs::adapter {
+
 struct UnitIdentity {
     long btsId = -1;              // -1 when it is unknown, as the addresses are empty then
     std::string publicAddress;    // where the unit is reached from outside
@@ -23,3 +25,5 @@ private:
     mutable std::mutex mutex_;
     UnitIdentity identity_;
 };
+
+} // namespace trs::adapter

@@ -4,13 +4,15 @@
 #include "adapter/ZYN_MessageNames.h"
 #include "adapter/ZYN_ParserWords.h"
 #include "adapter/ZYN_XmlParser.h"
+#include "broker/CallFailure.h"
 #include "platform/NmaLogHelper.h"
-#include "platform/host/CallFailure.h"
 
 #include <algorithm>
 #include <chrono>
 #include <iterator>
 #include <sstream>
+
+namespace trs::adapter {
 
 namespace {
 
@@ -93,7 +95,7 @@ MessageHandler::Answer MessageHandler::logIn(ZYN_XmlParser const& message, Reque
     hashing_.release();
     if (!isAccepted) {
         NmaLogHelper(4, __FILE__, __func__, __LINE__)
-            .message("login of '%s' from %s refused", host::printable(user).c_str(), request.address.c_str());
+            .message("login of '%s' from %s refused", printable(user).c_str(), request.address.c_str());
         return refused(401, xoh::RESULT_INVALID_LOGIN);
     }
     Sessions::Session active;
@@ -122,11 +124,11 @@ MessageHandler::Answer MessageHandler::carryOut(ZYN_XmlParser const& message) co
 {
     std::string const type = message.getXohMsgType();
     if (pathOf(type) != xoh::PATH_XOH_OPERATION) {
-        return refuse(message, 400, xoh::KIND_UNKNOWN, host::printable(type));
+        return refuse(message, 400, xoh::KIND_UNKNOWN, printable(type));
     }
     std::string const operation = message.getValue(xoh::PATH_XOH_OPERATION);
     if (!isOperation(operation)) {
-        return refuse(message, 400, xoh::KIND_UNKNOWN, host::printable(operation));
+        return refuse(message, 400, xoh::KIND_UNKNOWN, printable(operation));
     }
     bool const isSupervision = operation == supervision;
     std::string const& result = isSupervision ? xoh::RESULT_SUCCESS : xoh::RESULT_EXECUTION_ERROR;
@@ -152,3 +154,5 @@ MessageHandler::Answer MessageHandler::refuse(ZYN_XmlParser const& message, int 
 {
     return answer(message, status, kind, xoh::RESULT_FAILED, {{pathIn(kind, xoh::ELEMENT_FAIL_REASON), reason}});
 }
+
+} // namespace trs::adapter

@@ -13,6 +13,8 @@
 
 class ZYN_XmlParser;
 
+namespace trs::adapter {
+
 // May be used from any thread. docs/adapter.md has the messages and their answers.
 class MessageHandler {
 public:
@@ -47,3 +49,5 @@ private:
     Identity const& identity_;
     std::counting_semaphore<> hashing_; // a hash takes a processor's time and some 16 MiB
 };
+
+} // namespace trs::adapter

@@ -1,9 +1,9 @@
 #include "tools/trsadapter/MessageLog.h"
 
 #include "adapter/ZYN_AdapterConstants.h"
+#include "broker/CallFailure.h"
+#include "catalogue/Text.h"
 #include "platform/NmaLogHelper.h"
-#include "platform/host/CallFailure.h"
-#include "tools/support/Timestamp.h"
 #include "tools/trsadapter/XmlText.h"
 
 #include <array>
@@ -13,6 +13,8 @@
 #include <ctime>
 #include <sys/stat.h>
 #include <unistd.h>
+
+namespace trs::adapter {
 
 namespace {
 
@@ -74,7 +76,7 @@ void MessageLog::close()
 void MessageLog::add(char const* element, std::vector<Attribute> const& attributes, std::string const& text)
 {
     std::string entry =
-        std::string("<") + element + " time=\"" + tools::timestamp(std::chrono::system_clock::now()) + '"';
+        std::string("<") + element + " time=\"" + catalogue::timestamp(std::chrono::system_clock::now()) + '"';
     for (auto const& [name, value] : attributes) {
         ((((entry += ' ') += name) += "=\"") += xmlText(value)) += '"';
     }
@@ -98,7 +100,7 @@ std::string MessageLog::begin()
     std::string const path = directory_ + '/' + name_;
     std::string why = checkDirectory(directory_);
     if (!why.empty()) {
-        return "log directory " + host::printable(directory_) + ": " + why;
+        return "log directory " + printable(directory_) + ": " + why;
     }
     for (int i = keptFiles; i > 0; --i) {
         std::string const older = i == 1 ? path : path + '.' + std::to_string(i - 1);
@@ -106,7 +108,7 @@ std::string MessageLog::begin()
     }
     auto file = std::make_unique<ZYN_ZipStream>(path.c_str(), ZYN_ZipStream::out);
     if (!file->is_open()) {
-        return "log file " + host::printable(path) + ": " +
+        return "log file " + printable(path) + ": " +
                std::strerror(errno); // NOLINT(concurrency-mt-unsafe): the C library's is thread-safe
     }
     ::chmod(path.c_str(), S_IRUSR | S_IWUSR);
@@ -145,3 +147,5 @@ std::string MessageLog::withoutPassword(std::string const& document)
     return document.substr(0, begin) + '<' + xoh::ELEMENT_PASSWORD + ">***" +
            (end != std::string::npos && end > begin ? document.substr(end) : std::string());
 }
+
+} // namespace trs::adapter

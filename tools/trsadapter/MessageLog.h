@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+namespace trs::adapter {
+
 // May be used from any thread. docs/adapter.md has the entries.
 //
 // What was written to it reaches the file completely when the log is closed or begins a new file, which it also does
@@ -53,3 +55,5 @@ private:
     std::unique_ptr<ZYN_ZipStream> file_; // null while there is none
     std::size_t size_ = 0;
 };
+
+} // namespace trs::adapter

@@ -6,6 +6,8 @@
 #include <prometheus/registry.h>
 #include <prometheus/text_serializer.h>
 
+namespace trs::adapter {
+
 using prometheus::BuildCounter;
 using prometheus::BuildGauge;
 using prometheus::BuildHistogram;
@@ -83,3 +85,5 @@ std::string Metrics::text(State const& state)
     collected.push_back(std::move(info));
     return prometheus::TextSerializer().Serialize(collected);
 }
+
+} // namespace trs::adapter

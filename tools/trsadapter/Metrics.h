@@ -7,6 +7,8 @@
 #include <memory>
 #include <string>
 
+namespace trs::adapter {
+
 // May be used from any thread. docs/adapter.md has the names.
 class Metrics {
 public:
@@ -35,3 +37,5 @@ private:
     struct Families;
     std::unique_ptr<Families> families_;
 };
+
+} // namespace trs::adapter

@@ -2,14 +2,16 @@
 
 #include "adapter/ZYN_AdapterConstants.h"
 #include "adapter/ZYN_OSServices.h"
+#include "broker/CallFailure.h"
 #include "platform/NmaLogHelper.h"
-#include "platform/host/CallFailure.h"
 #include "tools/support/Console.h"
 
 #include <array>
 #include <netinet/in.h>
 #include <nlohmann/json.hpp>
 #include <unistd.h>
+
+namespace trs::adapter {
 
 namespace {
 
@@ -83,7 +85,7 @@ std::string Service::start()
     }
     if (!isLoopback(options_.address)) {
         NmaLogHelper(4, __FILE__, __func__, __LINE__)
-            .message("listening on %s: passwords reach it unencrypted", host::printable(options_.address).c_str());
+            .message("listening on %s: passwords reach it unencrypted", printable(options_.address).c_str());
     }
     addPaths();
     if (std::string why = server_.start(options_.address, options_.port); !why.empty()) {
@@ -182,3 +184,5 @@ HttpServer::Response Service::health()
             body.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + '\n',
             {}};
 }
+
+} // namespace trs::adapter

@@ -15,6 +15,8 @@
 #include <cstddef>
 #include <string>
 
+namespace trs::adapter {
+
 class Service {
 public:
     struct Options {
@@ -64,3 +66,5 @@ private:
     Adapter adapter_;
     HttpServer server_;
 };
+
+} // namespace trs::adapter

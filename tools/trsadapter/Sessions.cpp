@@ -7,6 +7,8 @@
 #include <sys/random.h>
 #include <utility>
 
+namespace trs::adapter {
+
 namespace {
 
 std::string makeId()
@@ -75,3 +77,5 @@ void Sessions::expire()
         session_.reset();
     }
 }
+
+} // namespace trs::adapter

@@ -7,6 +7,8 @@
 #include <optional>
 #include <string>
 
+namespace trs::adapter {
+
 // May be used from any thread.
 class Sessions {
 public:
@@ -50,3 +52,5 @@ private:
     std::optional<Session> session_;
     std::chrono::steady_clock::time_point end_;
 };
+
+} // namespace trs::adapter

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace trs::adapter {
+
 namespace {
 
 bool isContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xc0) == 0x80; }
@@ -70,3 +72,5 @@ std::string xmlText(std::string_view bytes)
     }
     return text;
 }
+
+} // namespace trs::adapter

@@ -1,10 +1,10 @@
 // trsadapter: the site management adapter, linked to a unit, driven by commands and, when it serves, by clients.
 #include "adapter/ZYN_OSServices.h"
 #include "adapter/ZYN_XmlParser.h"
-#include "platform/host/Broker.h"
-#include "platform/host/CallFailure.h"
-#include "platform/host/Endpoint.h"
-#include "platform/host/UnitValues.h"
+#include "broker/Broker.h"
+#include "broker/CallFailure.h"
+#include "broker/UnitValues.h"
+#include "broker/transport/Endpoint.h"
 #include "tools/support/CommandLine.h"
 #include "tools/support/Console.h"
 #include "tools/trsadapter/Adapter.h"
@@ -13,6 +13,8 @@
 #include <chrono>
 #include <cstdio>
 #include <sys/stat.h>
+
+namespace trs::adapter {
 
 namespace {
 
@@ -44,15 +46,14 @@ struct Options {
 std::string checkAlarm(std::string const& text)
 {
     Adapter::Alarm alarm{};
-    return Adapter::parse(text, alarm) ? std::string() : "'" + host::printable(text) + "' is not TYPE,STATE";
+    return Adapter::parse(text, alarm) ? std::string() : "'" + printable(text) + "' is not TYPE,STATE";
 }
 
 std::string checkListen(std::string const& text)
 {
-    host::Endpoint place;
-    return host::Endpoint::parse("tcp:" + text, place).empty()
-               ? std::string()
-               : "'" + host::printable(text) + "' is neither ADDRESS:PORT nor PORT";
+    Endpoint place;
+    return Endpoint::parse("tcp:" + text, place).empty() ? std::string()
+                                                         : "'" + printable(text) + "' is neither ADDRESS:PORT nor PORT";
 }
 
 tools::Verb serveVerb(Options& options)
@@ -124,7 +125,7 @@ void addOptions(tools::CommandLine& line, Options& options)
 void saySiteConfiguration()
 {
     auto const text = [](bool isKnown, std::string const& value) {
-        return isKnown && !value.empty() ? host::printable(value) : "unknown";
+        return isKnown && !value.empty() ? printable(value) : "unknown";
     };
     auto const asked = [&text](bool (*ask)(std::string&)) {
         std::string value;
@@ -145,8 +146,8 @@ void saySiteConfiguration()
 
 void addCommands(tools::Console& console, Adapter& adapter)
 {
-    using tools::Words;
-    console.add({"alarm", "TYPE,STATE", "sends an alarm", [&adapter](Words const& words) {
+    using catalogue::Words;
+    console.add({"alarm", "TYPE,STATE", "sends an alarm", [&adapter](catalogue::Words const& words) {
                      Adapter::Alarm alarm{};
                      std::string wrong = checkAlarm(words.front());
                      if (Adapter::parse(words.front(), alarm)) {
@@ -155,17 +156,18 @@ void addCommands(tools::Console& console, Adapter& adapter)
                      return wrong;
                  }});
     console.add({"announce", "", "makes the agent announce its address",
-                 [&adapter](Words const&) { return adapter.announce(); }});
-    console.add({"address", "", "says the address that was applied last", [](Words const&) {
-                     std::string const address = host::UnitValues::instance().publicAddress();
-                     tools::say(address.empty() ? "no address" : "address " + host::printable(address));
+                 [&adapter](catalogue::Words const&) { return adapter.announce(); }});
+    console.add({"address", "", "says the address that was applied last", [](catalogue::Words const&) {
+                     std::string const address = UnitValues::instance().publicAddress();
+                     tools::say(address.empty() ? "no address" : "address " + printable(address));
                      return std::string();
                  }});
-    console.add({"site", "", "says what the site configuration has, some of it asked of the unit", [](Words const&) {
-                     saySiteConfiguration();
-                     return std::string();
-                 }});
-    console.add({"reconnect", "", "begins anew, as a unit that was away requires", [&adapter](Words const&) {
+    console.add(
+        {"site", "", "says what the site configuration has, some of it asked of the unit", [](catalogue::Words const&) {
+             saySiteConfiguration();
+             return std::string();
+         }});
+    console.add({"reconnect", "", "begins anew, as a unit that was away requires", [&adapter](catalogue::Words const&) {
                      adapter.connect();
                      return std::string();
                  }});
@@ -173,14 +175,14 @@ void addCommands(tools::Console& console, Adapter& adapter)
 
 void addServeCommands(tools::Console& console, Sessions& sessions)
 {
-    using tools::Words;
-    console.add({"session", "", "says who is logged in", [&sessions](Words const&) {
+    using catalogue::Words;
+    console.add({"session", "", "says who is logged in", [&sessions](catalogue::Words const&) {
                      std::optional<Sessions::Session> const active = sessions.active();
-                     tools::say(active ? "session of " + host::printable(active->user) + " from " + active->address
+                     tools::say(active ? "session of " + printable(active->user) + " from " + active->address
                                        : "no session");
                      return std::string();
                  }});
-    console.add({"logout", "", "ends the session", [&sessions](Words const&) {
+    console.add({"logout", "", "ends the session", [&sessions](catalogue::Words const&) {
                      std::optional<Sessions::Session> const active = sessions.active();
                      sessions.end(active ? active->id : std::string());
                      tools::say(active ? "session ended" : "no session");
@@ -208,8 +210,8 @@ std::string placeOf(Options const& options, std::string& address, int& port)
     if (options.listen.empty()) {
         return Service::configuredPlace(address, port);
     }
-    host::Endpoint place;
-    std::string wrong = host::Endpoint::parse("tcp:" + options.listen, place);
+    Endpoint place;
+    std::string wrong = Endpoint::parse("tcp:" + options.listen, place);
     address = place.host;
     port = place.port;
     return wrong;
@@ -243,7 +245,8 @@ int serve(Options const& options, tools::Console& console, bool endsWithInput)
 
 } // namespace
 
-int main(int argc, char** argv)
+// The program. Its exit code.
+static int run(int argc, char** argv)
 {
     Options options;
     options.service.logDirectory = ZYN_OSServices::getRuemLogfilePath();
@@ -255,11 +258,15 @@ int main(int argc, char** argv)
     }
 
     tools::Console console("quit");
-    host::Broker& broker = host::Broker::instance();
-    host::Broker::setDeadline(std::chrono::milliseconds(options.timeout));
+    Broker& broker = Broker::instance();
+    Broker::setDeadline(std::chrono::milliseconds(options.timeout));
     if (std::string const why = broker.addPeer(options.unit); !why.empty()) {
         std::fprintf(stderr, "%s\n", why.c_str());
         return hasFailed;
     }
     return options.serves ? serve(options, console, line.exitsOnEof()) : follow(options, console, line.exitsOnEof());
 }
+
+} // namespace trs::adapter
+
+int main(int argc, char** argv) { return trs::adapter::run(argc, argv); }

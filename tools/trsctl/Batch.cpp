@@ -1,6 +1,5 @@
 // trsctl batch: many command lines, one after the other, over one connection.
-#include "tools/trsctl/Batch.h"
-
+#include "catalogue/Text.h"
 #include "tools/trsctl/Program.h"
 #include "tools/trsctl/Verbs.h"
 
@@ -8,6 +7,8 @@
 #include <fstream>
 #include <iostream>
 #include <memory>
+
+namespace trs::ctl {
 
 namespace {
 
@@ -25,13 +26,13 @@ ExitCode runLines(std::istream& lines, std::string const& name, bool goesOn, Pro
     for (std::string line; std::getline(lines, line);) {
         ++number;
         std::vector<std::string> words;
-        std::string const wrong = splitLine(line, words);
+        std::string const wrong = catalogue::splitWords(line, words);
         if (wrong.empty() && words.empty()) {
             continue;
         }
         auto const code = wrong.empty() ? static_cast<ExitCode>(Program(defaults).run(words)) : ExitCode::usage;
         if (code != ExitCode::good) {
-            std::fprintf(stderr, "%s:%lu: %s\n", host::printable(name).c_str(), number,
+            std::fprintf(stderr, "%s:%lu: %s\n", printable(name).c_str(), number,
                          wrong.empty() ? ("ended with exit code " + std::to_string(static_cast<int>(code))).c_str()
                                        : wrong.c_str());
             first = first == ExitCode::good ? code : first;
@@ -50,7 +51,7 @@ ExitCode runFile(BatchWords const& words, Program::Options const& options)
     }
     std::ifstream file(words.file);
     if (!file) {
-        std::fprintf(stderr, "'%s' cannot be read\n", host::printable(words.file).c_str());
+        std::fprintf(stderr, "'%s' cannot be read\n", printable(words.file).c_str());
         return ExitCode::usage;
     }
     return runLines(file, words.file, words.goesOn, options);
@@ -61,8 +62,7 @@ ExitCode batch(BatchWords const& words, Program::Options const& options)
 {
     static int nested = 0;
     if (nested == mostNested) {
-        std::fprintf(stderr, "'%s': batches are nested more than %d deep\n", host::printable(words.file).c_str(),
-                     mostNested);
+        std::fprintf(stderr, "'%s': batches are nested more than %d deep\n", printable(words.file).c_str(), mostNested);
         return ExitCode::usage;
     }
     ++nested;
@@ -71,49 +71,7 @@ ExitCode batch(BatchWords const& words, Program::Options const& options)
     return code;
 }
 
-bool isBlank(char character) { return character == ' ' || character == '\t' || character == '\r'; }
-
-// What a backslash and a character stand for: in double quotes it stays before those that it does not keep from
-// anything.
-std::string escaped(char character, char quote)
-{
-    bool const isKept = quote == '"' && std::string_view("\"\\$`").find(character) == std::string_view::npos;
-    return (isKept ? "\\" : "") + std::string(1, character);
-}
-
 } // namespace
-
-std::string splitLine(std::string_view line, std::vector<std::string>& words)
-{
-    bool isInWord = false;
-    char quote = 0;
-    for (std::size_t i = 0; i < line.size(); ++i) {
-        char const each = line[i];
-        if (quote == 0 && isBlank(each)) {
-            isInWord = false;
-            continue;
-        }
-        if (!isInWord && each == '#') {
-            return {};
-        }
-        if (!isInWord) {
-            words.emplace_back();
-            isInWord = true;
-        }
-        if (each == quote) {
-            quote = 0;
-        } else if (quote == 0 && (each == '\'' || each == '"')) {
-            quote = each;
-        } else if (each != '\\' || quote == '\'') {
-            words.back() += each;
-        } else if (++i == line.size()) {
-            return "a backslash ends the line";
-        } else {
-            words.back() += escaped(line[i], quote);
-        }
-    }
-    return quote == 0 ? "" : std::string("the quote ") + quote + " is not closed";
-}
 
 void addBatchVerb(Program& program)
 {
@@ -133,3 +91,5 @@ void addBatchVerb(Program& program)
                      }},
                 [words](Program::Options const& options) { return batch(*words, options); });
 }
+
+} // namespace trs::ctl

@@ -11,6 +11,8 @@
 #include <memory>
 #include <thread>
 
+namespace trs::ctl {
+
 namespace {
 
 using catalogue::Outcome;
@@ -197,3 +199,5 @@ void addBenchVerb(Program& program)
                      }},
                 [words](Program::Options const& options) { return bench(options.unitOf(), *words); });
 }
+
+} // namespace trs::ctl

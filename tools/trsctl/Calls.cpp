@@ -4,6 +4,8 @@
 
 #include <memory>
 
+namespace trs::ctl {
+
 namespace {
 
 struct CallWords {
@@ -51,3 +53,5 @@ void addCallVerbs(Program& program)
                  .options = {Program::objectArgument(*object)}},
                 [object](Program::Options const& options) { return options.unitOf().walk(*object); });
 }
+
+} // namespace trs::ctl

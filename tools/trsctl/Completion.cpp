@@ -1,7 +1,7 @@
 // trsctl completion: what the shells complete.
 #include "tools/trsctl/Completion.h"
 
-#include "platform/host/Broker.h"
+#include "broker/Broker.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Console.h"
 #include "tools/trsctl/References.h"
@@ -12,6 +12,8 @@
 #include <deque>
 #include <memory>
 #include <set>
+
+namespace trs::ctl {
 
 namespace {
 
@@ -90,10 +92,10 @@ private:
         if (left.count() <= 0) {
             return false;
         }
-        host::Broker::setDeadline(left);
+        Broker::setDeadline(left);
         Outcome const outcome = catalogue::call(waiting_.front().object, operation, {});
         if (outcome.kind == Outcome::Kind::failed) {
-            using enum host::CallFailure::Kind;
+            using enum CallFailure::Kind;
             auto const kind = outcome.failure.kind;
             return kind != deadline && kind != notConnected && kind != connectionLost;
         }
@@ -339,3 +341,5 @@ void addCompletionVerbs(Program& program)
                     return ExitCode::good;
                 });
 }
+
+} // namespace trs::ctl

@@ -1,7 +1,9 @@
 // What trsctl's exit codes tell: they differ by what can be done next.
 #pragma once
 
-#include "platform/host/CallFailure.h"
+#include "broker/CallFailure.h"
+
+namespace trs::ctl {
 
 enum class ExitCode : int {
     good = 0,
@@ -15,9 +17,9 @@ enum class ExitCode : int {
     noSuchOperation = 8, // the unit has no such operation
 };
 
-inline ExitCode exitCodeOf(host::CallFailure const& failure)
+inline ExitCode exitCodeOf(CallFailure const& failure)
 {
-    using Kind = host::CallFailure::Kind;
+    using Kind = CallFailure::Kind;
     switch (failure.kind) {
     case Kind::noSuchObject:
         return ExitCode::noSuchObject;
@@ -33,3 +35,5 @@ inline ExitCode exitCodeOf(host::CallFailure const& failure)
         return ExitCode::unreachable;
     }
 }
+
+} // namespace trs::ctl

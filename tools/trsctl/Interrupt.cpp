@@ -3,6 +3,8 @@
 #include <atomic>
 #include <csignal>
 
+namespace trs::ctl {
+
 namespace {
 
 std::atomic<bool> hasCome = false;
@@ -22,3 +24,5 @@ Interrupt::~Interrupt()
 }
 
 bool Interrupt::came() { return hasCome; }
+
+} // namespace trs::ctl

@@ -1,6 +1,8 @@
 // Ends a verb and not the program, when somebody at the terminal presses the key for it.
 #pragma once
 
+namespace trs::ctl {
+
 // Until it is destroyed, SIGINT has came() tell so instead of ending the program. There is one at a time.
 class Interrupt {
 public:
@@ -12,3 +14,5 @@ public:
     // Since there is one.
     static bool came();
 };
+
+} // namespace trs::ctl

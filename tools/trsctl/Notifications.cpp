@@ -1,12 +1,12 @@
 // trsctl watch and wait: what happens at a unit.
+#include "broker/calls/Observation.h"
+#include "catalogue/Constants.h"
+#include "catalogue/MessageText.h"
+#include "catalogue/Text.h"
 #include "platform/TreflectObserver.h"
-#include "platform/host/Observation.h"
 #include "rmi/TipprmiAny.h"
 #include "rmi/TreflectHandlerState.h"
-#include "tools/catalogue/Constants.h"
-#include "tools/catalogue/MessageText.h"
 #include "tools/support/Console.h"
-#include "tools/support/Timestamp.h"
 #include "tools/trsctl/Interrupt.h"
 #include "tools/trsctl/Predicate.h"
 #include "tools/trsctl/Program.h"
@@ -19,6 +19,8 @@
 #include <mutex>
 #include <optional>
 #include <thread>
+
+namespace trs::ctl {
 
 namespace {
 
@@ -95,7 +97,7 @@ public:
     {
         Value values = catalogue::parametersOf(operation_, parameters);
         catalogue::nameConstants(operation_, values);
-        feed_.put({{"time", tools::timestamp(std::chrono::system_clock::now())},
+        feed_.put({{"time", catalogue::timestamp(std::chrono::system_clock::now())},
                    {"object", name_},
                    {"operation", operation_.name},
                    {"parameters", std::move(values)}});
@@ -144,7 +146,7 @@ Outcome whyUnreachable(Unit::Target const& target)
     }
     Outcome outcome;
     outcome.kind = Outcome::Kind::failed;
-    outcome.failure.kind = host::CallFailure::Kind::noSuchObject;
+    outcome.failure.kind = CallFailure::Kind::noSuchObject;
     outcome.failure.reason = "it cannot be observed";
     return outcome;
 }
@@ -156,7 +158,7 @@ ExitCode listen(Unit const& unit, Unit::Target const& target,
     TreflectHandlerState const running;
     for (catalogue::Operation const* const operation : operations) {
         Listener& listener = listeners.emplace_back(target, *operation, feed);
-        if (!host::observe(target.object, operation->classId, operation->index, listener)) {
+        if (!observe(target.object, operation->classId, operation->index, listener)) {
             return unit.complain(target, *operation, whyUnreachable(target));
         }
     }
@@ -332,3 +334,5 @@ void addNotificationVerbs(Program& program)
              }},
         [awaited](Program::Options const& options) { return wait(options.unitOf(), *awaited); });
 }
+
+} // namespace trs::ctl

@@ -1,8 +1,8 @@
 // trsctl list and describe: what the catalogue says, without a unit.
+#include "broker/CallFailure.h"
+#include "catalogue/Class.h"
+#include "catalogue/Constants.h"
 #include "platform/NmaLogHelper.h"
-#include "platform/host/CallFailure.h"
-#include "tools/catalogue/Class.h"
-#include "tools/catalogue/Constants.h"
 #include "tools/support/Console.h"
 #include "tools/trsctl/Program.h"
 #include "tools/trsctl/Verbs.h"
@@ -11,6 +11,8 @@
 #include <cstdio>
 #include <memory>
 #include <set>
+
+namespace trs::ctl {
 
 namespace {
 
@@ -30,7 +32,7 @@ Class const* find(std::string const& name)
         found = error == std::errc() && end == name.data() + name.size() ? catalogue::findClass(id) : nullptr;
     }
     if (found == nullptr) {
-        std::fprintf(stderr, "'%s' is no class; `trsctl list` tells them\n", host::printable(name).c_str());
+        std::fprintf(stderr, "'%s' is no class; `trsctl list` tells them\n", printable(name).c_str());
     }
     return found;
 }
@@ -115,8 +117,7 @@ ExitCode writeTemplate(catalogue::Operation const& operation, std::string const&
     std::vector<std::string_view> const names = operation.parameterNames();
     auto const found = std::ranges::find(names, parameter);
     if (found == names.end()) {
-        std::fprintf(stderr, "'%s' is no parameter\n%s\n", host::printable(parameter).c_str(),
-                     operation.signature().c_str());
+        std::fprintf(stderr, "'%s' is no parameter\n%s\n", printable(parameter).c_str(), operation.signature().c_str());
         return ExitCode::usage;
     }
     Type const& type = *operation.parameters[static_cast<std::size_t>(found - names.begin())].type;
@@ -154,7 +155,7 @@ ExitCode describe(std::string const& name, std::string const& parameter, Format 
     catalogue::Operation const* const operation = found->find(name.substr(dot + 1));
     if (operation == nullptr) {
         std::fprintf(stderr, "'%s' is no operation of %s; `trsctl list %s` tells them\n",
-                     host::printable(name.substr(dot + 1)).c_str(), std::string(found->name).c_str(),
+                     printable(name.substr(dot + 1)).c_str(), std::string(found->name).c_str(),
                      std::string(found->name).c_str());
         return ExitCode::usage;
     }
@@ -194,3 +195,5 @@ void addOfflineVerbs(Program& program)
              }},
         [name, parameter](Program::Options const& options) { return describe(*name, *parameter, options.format); });
 }
+
+} // namespace trs::ctl

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cctype>
 
+namespace trs::ctl {
+
 namespace {
 
 std::string upper(std::string text)
@@ -90,3 +92,5 @@ void writeResults(catalogue::Value const& results, Format format)
         tools::say(tools::coloured(row[0], tools::Colour::name) + ' ' + row[1]);
     }
 }
+
+} // namespace trs::ctl

@@ -1,11 +1,13 @@
 // How results are written.
 #pragma once
 
-#include "tools/catalogue/Value.h"
+#include "catalogue/Value.h"
 
 #include <string>
 #include <utility>
 #include <vector>
+
+namespace trs::ctl {
 
 enum class Format { text, json, table };
 
@@ -18,3 +20,5 @@ void writeResults(catalogue::Value const& results, Format format);
 
 // Writes rows of a table, its columns aligned; the text format has no head.
 void writeRows(std::vector<std::string> const& head, std::vector<std::vector<std::string>> const& rows, Format format);
+
+} // namespace trs::ctl

@@ -1,11 +1,13 @@
 #include "tools/trsctl/Predicate.h"
 
-#include "platform/host/CallFailure.h"
+#include "broker/CallFailure.h"
 
 #include <algorithm>
 #include <charconv>
 #include <map>
 #include <optional>
+
+namespace trs::ctl {
 
 namespace {
 
@@ -49,7 +51,7 @@ std::string Predicate::parse(std::string const& text, Predicate& predicate)
             sign == std::string::npos ? "" : part.substr(sign, std::min(operand, part.size()) - sign);
         constexpr std::string_view known[] = {"=", "!=", "<", "<=", ">", ">=", "~"};
         if (sign == 0 || std::find(std::begin(known), std::end(known), comparator) == std::end(known)) {
-            return '\'' + host::printable(part) + "' is no comparison: PATH=VALUE, or with != < <= > >= ~";
+            return '\'' + printable(part) + "' is no comparison: PATH=VALUE, or with != < <= > >= ~";
         }
         predicate.comparisons_.push_back({trimmed(part.substr(0, sign)), comparator,
                                           operand == std::string::npos ? "" : trimmed(part.substr(operand))});
@@ -76,3 +78,5 @@ bool Predicate::holds(catalogue::Value const& value) const
                              : compare(leaf->second, each.comparator, each.operand);
     });
 }
+
+} // namespace trs::ctl

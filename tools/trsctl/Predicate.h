@@ -1,10 +1,12 @@
 // What a person wants to be true of values.
 #pragma once
 
-#include "tools/catalogue/Value.h"
+#include "catalogue/Value.h"
 
 #include <string>
 #include <vector>
+
+namespace trs::ctl {
 
 // Comparisons, all of which must hold: "mtu>=1400 and flags~IFF__UP". The left side is a path as text output has it,
 // the operator one of = != < <= > >= and ~, which means "contains". Where both sides are numbers, they are compared as
@@ -28,3 +30,5 @@ private:
 
     std::vector<Comparison> comparisons_;
 };
+
+} // namespace trs::ctl

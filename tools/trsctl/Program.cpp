@@ -4,6 +4,8 @@
 
 #include <utility>
 
+namespace trs::ctl {
+
 namespace {
 
 constexpr char const* description =
@@ -88,3 +90,5 @@ int Program::run(std::vector<std::string> words)
     tools::setUseOfColour(options_.colour);
     return static_cast<int>(action_(options_));
 }
+
+} // namespace trs::ctl

@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+namespace trs::ctl {
+
 // One command line: made, told its verbs, and run once.
 class Program {
 public:
@@ -49,3 +51,5 @@ private:
     Action action_;
     tools::CommandLine line_;
 };
+
+} // namespace trs::ctl

@@ -1,5 +1,7 @@
 #include "tools/trsctl/References.h"
 
+namespace trs::ctl {
+
 namespace {
 
 using catalogue::Type;
@@ -36,3 +38,5 @@ std::vector<std::string> referencesIn(catalogue::Operation const& operation, Val
     }
     return objects;
 }
+
+} // namespace trs::ctl

@@ -1,5 +1,5 @@
 // trsctl shell: command lines from somebody at a terminal, over one connection.
-#include "tools/trsctl/Batch.h"
+#include "catalogue/Text.h"
 #include "tools/trsctl/Completion.h"
 #include "tools/trsctl/Interrupt.h"
 #include "tools/trsctl/Program.h"
@@ -17,6 +17,8 @@
 #include <memory>
 #include <optional>
 #include <unistd.h>
+
+namespace trs::ctl {
 
 namespace {
 
@@ -115,7 +117,7 @@ private:
     static char** complete(char const* word, int begin, int /*end*/)
     {
         std::vector<std::string> words;
-        splitLine(std::string_view(rl_line_buffer).substr(0, static_cast<std::size_t>(begin)), words);
+        catalogue::splitWords(std::string_view(rl_line_buffer).substr(0, static_cast<std::size_t>(begin)), words);
         words.emplace_back(word);
         current->found_ = completions(current->program_, words);
         current->place_ = 0;
@@ -145,7 +147,7 @@ struct ShellWords {
 bool execute(std::string const& line, Program::Options const& options, ShellWords const& shell, ExitCode& code)
 {
     std::vector<std::string> words;
-    if (std::string const wrong = splitLine(line, words); !wrong.empty()) {
+    if (std::string const wrong = catalogue::splitWords(line, words); !wrong.empty()) {
         std::fprintf(stderr, "%s\n", wrong.c_str());
         code = ExitCode::usage;
         return true;
@@ -197,3 +199,5 @@ void addShellVerb(Program& program)
                               .help = "Write to standard error what does the same outside of the shell"}}},
                 [words](Program::Options const& options) { return run(options, *words); });
 }
+
+} // namespace trs::ctl

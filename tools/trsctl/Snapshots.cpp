@@ -1,7 +1,7 @@
 // trsctl snapshot and diff: all that a unit tells, and what two of them tell differently.
-#include "platform/host/Broker.h"
+#include "broker/Broker.h"
+#include "catalogue/Constants.h"
 #include "rmi/TreflectHandlerState.h"
-#include "tools/catalogue/Constants.h"
 #include "tools/support/Colour.h"
 #include "tools/support/Console.h"
 #include "tools/support/Progress.h"
@@ -19,6 +19,8 @@
 #include <map>
 #include <memory>
 #include <set>
+
+namespace trs::ctl {
 
 namespace {
 
@@ -132,7 +134,7 @@ ExitCode take(Unit const& unit, std::string const& object, Value& document)
 
 ExitCode complainOfFile(std::string const& file, std::string const& why)
 {
-    std::fprintf(stderr, "'%s' %s\n", host::printable(file).c_str(), why.c_str());
+    std::fprintf(stderr, "'%s' %s\n", printable(file).c_str(), why.c_str());
     return ExitCode::usage;
 }
 
@@ -169,7 +171,7 @@ ExitCode load(Program::Options options, std::string const& source, Value& docume
     if (source.starts_with("unix:") || source.starts_with("tcp:")) {
         options.unit = source;
         ExitCode const code = take(options.unitOf(), "", document);
-        host::Broker::instance().removePeers(); // the other side is another unit
+        Broker::instance().removePeers(); // the other side is another unit
         return code;
     }
     std::ifstream file;
@@ -229,7 +231,7 @@ struct Differences {
         }
         std::string const values = sign == '~' ? before + " -> " + after : sign == '+' ? after : before;
         std::string const line =
-            std::string(1, sign) + ' ' + host::printable(place) + (values.empty() ? "" : ' ' + host::printable(values));
+            std::string(1, sign) + ' ' + printable(place) + (values.empty() ? "" : ' ' + printable(values));
         tools::say(sign == '~' ? line : tools::coloured(line, sign == '+' ? tools::Colour::good : tools::Colour::bad));
     }
 };
@@ -312,3 +314,5 @@ void addSnapshotVerbs(Program& program)
              }},
         [compared](Program::Options const& options) { return diff(options, compared->sides, compared->ignored); });
 }
+
+} // namespace trs::ctl

@@ -1,10 +1,10 @@
 // trsctl trace, capture, decode and stats: what passes between management processes and a unit.
-#include "platform/host/CallFailure.h"
+#include "broker/CallFailure.h"
+#include "catalogue/Text.h"
 #include "tools/support/Colour.h"
 #include "tools/support/Console.h"
-#include "tools/support/Timestamp.h"
-#include "tools/trsctl/Capture.h"
-#include "tools/trsctl/Dissector.h"
+#include "tools/traffic/Capture.h"
+#include "tools/traffic/Dissector.h"
 #include "tools/trsctl/Program.h"
 #include "tools/trsctl/Verbs.h"
 
@@ -15,20 +15,22 @@
 #include <map>
 #include <memory>
 
+namespace trs::ctl {
+
 namespace {
 
 // Has something done with every message of some connections.
 class Traffic {
 public:
-    using Act = std::function<bool(Packet const& packet, Conversation::Told const& told)>;
+    using Act = std::function<bool(traffic::Packet const& packet, traffic::Conversation::Told const& told)>;
 
     explicit Traffic(Act act) : act_(std::move(act)) {}
 
     // Bytes of a live connection; none at the end of this direction. False when enough was seen.
-    bool pass(std::uint32_t number, host::Direction direction, std::string_view bytes)
+    bool pass(std::uint32_t number, Direction direction, std::string_view bytes)
     {
         Connection& connection = connections_[number];
-        Cutter& cutter = direction == host::Direction::toServer ? connection.toUnit : connection.fromUnit;
+        traffic::Cutter& cutter = direction == Direction::toServer ? connection.toUnit : connection.fromUnit;
         cutter.add(bytes);
         std::optional<std::string> message = cutter.next();
         for (; message; message = cutter.next()) {
@@ -38,21 +40,21 @@ public:
         }
         return !bytes.empty() || end(number, direction, cutter.rest());
     }
-    bool take(Packet const& packet)
+    bool take(traffic::Packet const& packet)
     {
         return act_(packet, connections_[packet.connection].conversation.tell(packet.message, packet.time));
     }
 
 private:
     struct Connection {
-        Cutter toUnit;
-        Cutter fromUnit;
-        Conversation conversation;
+        traffic::Cutter toUnit;
+        traffic::Cutter fromUnit;
+        traffic::Conversation conversation;
         int openDirections = 2;
     };
 
     // The rest is of a message that never came to its end.
-    bool end(std::uint32_t number, host::Direction direction, std::string rest)
+    bool end(std::uint32_t number, Direction direction, std::string rest)
     {
         bool const goesOn =
             rest.empty() || take({std::chrono::system_clock::now(), number, direction, std::move(rest)});
@@ -73,11 +75,11 @@ struct TrafficWords {
     double seconds = 0;      // 0: without end
 };
 
-void show(Packet const& packet, Conversation::Told const& told, Format format)
+void show(traffic::Packet const& packet, traffic::Conversation::Told const& told, Format format)
 {
-    catalogue::Value line{{"time", tools::timestamp(packet.time)},
+    catalogue::Value line{{"time", catalogue::timestamp(packet.time)},
                           {"connection", packet.connection},
-                          {"direction", packet.direction == host::Direction::toServer ? "to unit" : "from unit"}};
+                          {"direction", packet.direction == Direction::toServer ? "to unit" : "from unit"}};
     line.update(told.value);
     if (told.duration) {
         line["microseconds"] = std::chrono::duration_cast<std::chrono::microseconds>(*told.duration).count();
@@ -90,7 +92,7 @@ void show(Packet const& packet, Conversation::Told const& told, Format format)
     catalogue::forEachLeaf(line, [&text](std::string const& path, std::string const& leaf) {
         constexpr std::string_view plain[] = {"time", "direction", "kind", "object", "operation", "status"};
         bool const isPlain = std::ranges::find(plain, path) != std::end(plain);
-        std::string word = host::printable(isPlain ? leaf : path + '=' + leaf);
+        std::string word = printable(isPlain ? leaf : path + '=' + leaf);
         if (path == "status" || path == "wrong") {
             word = tools::coloured(word, leaf == "done" ? tools::Colour::good : tools::Colour::bad);
         } else if (path == "object" || path == "operation") {
@@ -112,21 +114,21 @@ ExitCode complain(std::string const& what)
 // Relays until the words say that it is enough.
 ExitCode relay(Program::Options const& options, TrafficWords const& words, Traffic::Act const& act)
 {
-    host::Endpoint listen;
-    host::Endpoint unit;
-    std::string wrong = host::Endpoint::parse(words.listen, listen);
-    wrong = wrong.empty() ? host::Endpoint::parse(options.unit, unit) : wrong;
+    Endpoint listen;
+    Endpoint unit;
+    std::string wrong = Endpoint::parse(words.listen, listen);
+    wrong = wrong.empty() ? Endpoint::parse(options.unit, unit) : wrong;
     if (!wrong.empty()) {
         return complain(wrong);
     }
     unsigned long seen = 0;
-    Traffic traffic([&](Packet const& packet, Conversation::Told const& told) {
+    Traffic carried([&](traffic::Packet const& packet, traffic::Conversation::Told const& told) {
         return act(packet, told) && ++seen != words.count;
     });
-    host::Relay relay(
+    Relay relay(
         listen, unit,
-        [&traffic](std::uint32_t connection, host::Direction direction, std::string_view bytes) {
-            return traffic.pass(connection, direction, bytes);
+        [&carried](std::uint32_t connection, Direction direction, std::string_view bytes) {
+            return carried.pass(connection, direction, bytes);
         },
         [](std::string const& why) { complain(why); });
     if (std::string const why = relay.open(); !why.empty()) {
@@ -144,34 +146,34 @@ ExitCode readCapture(std::string const& file, Traffic::Act const& act)
     if (file != "-") {
         opened.open(file, std::ios::binary);
         if (!opened) {
-            return complain('\'' + host::printable(file) + "' cannot be read");
+            return complain('\'' + printable(file) + "' cannot be read");
         }
     }
-    CaptureReader reader(file == "-" ? std::cin : opened);
+    traffic::CaptureReader reader(file == "-" ? std::cin : opened);
     Traffic traffic(act);
-    for (Packet packet; reader.read(packet);) {
+    for (traffic::Packet packet; reader.read(packet);) {
         traffic.take(packet);
     }
-    return reader.wrong().empty() ? ExitCode::good : complain('\'' + host::printable(file) + "': " + reader.wrong());
+    return reader.wrong().empty() ? ExitCode::good : complain('\'' + printable(file) + "': " + reader.wrong());
 }
 
 ExitCode capture(Program::Options const& options, TrafficWords const& words)
 {
-    CaptureWriter writer;
+    traffic::CaptureWriter writer;
     if (std::string const why = writer.open(words.file); !why.empty()) {
         return complain(why);
     }
     bool isWritten = true;
-    ExitCode const code = relay(options, words, [&](Packet const& packet, Conversation::Told const&) {
+    ExitCode const code = relay(options, words, [&](traffic::Packet const& packet, traffic::Conversation::Told const&) {
         return isWritten = writer.write(packet);
     });
-    return isWritten ? code : complain('\'' + host::printable(words.file) + "' takes no more");
+    return isWritten ? code : complain('\'' + printable(words.file) + "' takes no more");
 }
 
 // What is counted of each operation.
 class Statistics {
 public:
-    bool add(Packet const& packet, Conversation::Told const& told)
+    bool add(traffic::Packet const& packet, traffic::Conversation::Told const& told)
     {
         if (told.value["kind"] != "reply" || !told.value.contains("operation")) {
             return true;
@@ -215,7 +217,7 @@ ExitCode stats(Program::Options const& options, TrafficWords const& words)
         return complain("either FILE or --listen is needed");
     }
     Statistics statistics;
-    auto const add = [&statistics](Packet const& packet, Conversation::Told const& told) {
+    auto const add = [&statistics](traffic::Packet const& packet, traffic::Conversation::Told const& told) {
         return statistics.add(packet, told);
     };
     ExitCode const code = words.file.empty() ? relay(options, words, add) : readCapture(words.file, add);
@@ -225,7 +227,7 @@ ExitCode stats(Program::Options const& options, TrafficWords const& words)
 
 Traffic::Act shower(Format format)
 {
-    return [format](Packet const& packet, Conversation::Told const& told) {
+    return [format](traffic::Packet const& packet, traffic::Conversation::Told const& told) {
         show(packet, told, format);
         return true;
     };
@@ -300,7 +302,9 @@ void addTrafficVerbs(Program& program)
                  .help = "Write what has packet analysers show captures in the catalogue's words, in Lua",
                  .example = "dissector >trsman.lua && tshark -X lua_script:trsman.lua -r unit.pcapng"},
                 [](Program::Options const&) {
-                    writeDissector();
+                    traffic::writeDissector();
                     return ExitCode::good;
                 });
 }
+
+} // namespace trs::ctl

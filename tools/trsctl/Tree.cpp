@@ -10,6 +10,8 @@
 #include <memory>
 #include <set>
 
+namespace trs::ctl {
+
 namespace {
 
 using catalogue::Outcome;
@@ -62,7 +64,7 @@ private:
 void sayText(Node const& node, std::size_t level)
 {
     std::string const via = node.operation.empty() ? "" : "  (" + node.operation + (node.isSeen ? ", above)" : ")");
-    tools::say(std::string(2 * level, ' ') + tools::coloured(host::printable(node.object), tools::Colour::name) +
+    tools::say(std::string(2 * level, ' ') + tools::coloured(printable(node.object), tools::Colour::name) +
                tools::coloured(via, tools::Colour::aside));
     for (Node const& child : node.children) {
         sayText(child, level + 1);
@@ -148,3 +150,5 @@ void addTreeVerb(Program& program)
                     return options.unitOf().tree(words->object, words->depth, words->isDot);
                 });
 }
+
+} // namespace trs::ctl

@@ -1,14 +1,16 @@
 #include "tools/trsctl/Unit.h"
 
-#include "platform/host/Broker.h"
+#include "broker/Broker.h"
+#include "catalogue/Constants.h"
 #include "rmi/TreflectHandlerState.h"
-#include "tools/catalogue/Constants.h"
 #include "tools/support/Progress.h"
 
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
 #include <thread>
+
+namespace trs::ctl {
 
 namespace {
 
@@ -59,10 +61,10 @@ std::string parseArguments(Class const& type, catalogue::Operation const& operat
             isNamed ? static_cast<std::size_t>(named - names.begin())
                     : static_cast<std::size_t>(std::find(isGiven.begin(), isGiven.end(), false) - isGiven.begin());
         if (place >= isGiven.size()) {
-            return '\'' + host::printable(argument) + "' is one argument too many";
+            return '\'' + printable(argument) + "' is one argument too many";
         }
         if (isGiven[place]) {
-            return '\'' + host::printable(argument) + "' is given twice, or is not to be given";
+            return '\'' + printable(argument) + "' is given twice, or is not to be given";
         }
         texts[place] = isNamed ? argument.substr(sign + 1) : argument;
         isGiven[place] = true;
@@ -98,7 +100,7 @@ catalogue::Operation const* findOrComplain(Class const& type, std::string const&
 {
     catalogue::Operation const* const operation = find(type, name, prefixes);
     if (operation == nullptr) {
-        std::fprintf(stderr, "'%s' is no operation of %s; `trsctl list %s` tells them\n", host::printable(name).c_str(),
+        std::fprintf(stderr, "'%s' is no operation of %s; `trsctl list %s` tells them\n", printable(name).c_str(),
                      std::string(type.name).c_str(), std::string(type.name).c_str());
     }
     return operation;
@@ -116,12 +118,11 @@ ExitCode Unit::connect(std::string const& text, Target& target) const
     }
     target.type = catalogue::findClass(target.name.className);
     if (target.type == nullptr) {
-        std::fprintf(stderr, "'%s' is no class; `trsctl list` tells them\n",
-                     host::printable(target.name.className).c_str());
+        std::fprintf(stderr, "'%s' is no class; `trsctl list` tells them\n", printable(target.name.className).c_str());
         return ExitCode::usage;
     }
-    host::Broker::setDeadline(options_.timeout);
-    host::Broker& broker = host::Broker::instance();
+    Broker::setDeadline(options_.timeout);
+    Broker& broker = Broker::instance();
     static std::string asked; // the unit of the last command line, when there are several
     if (asked != options_.endpoint) {
         broker.removePeers();
@@ -149,7 +150,7 @@ std::string Unit::describe(catalogue::Operation const& operation, Outcome const&
                 continue;
             }
             auto const told = outcome.results[std::string(operation.parameterNames()[i])].get<std::string>();
-            text += told.empty() ? "" : ": " + host::printable(told);
+            text += told.empty() ? "" : ": " + printable(told);
         }
         return text + "; it was carried out";
     }
@@ -237,8 +238,8 @@ ExitCode Unit::walk(std::string const& object)
         progress.show(results.size(), operations.size());
         Outcome outcome = catalogue::call(target.object, *operation, {});
         bool const isEnd = outcome.kind == Outcome::Kind::failed &&
-                           outcome.failure.kind != host::CallFailure::Kind::noSuchOperation &&
-                           outcome.failure.kind != host::CallFailure::Kind::refused;
+                           outcome.failure.kind != CallFailure::Kind::noSuchOperation &&
+                           outcome.failure.kind != CallFailure::Kind::refused;
         if (isEnd) {
             progress.clear();
             return complain(target, *operation, outcome);
@@ -251,3 +252,5 @@ ExitCode Unit::walk(std::string const& object)
     writeResults(results, options_.format);
     return ExitCode::good;
 }
+
+} // namespace trs::ctl

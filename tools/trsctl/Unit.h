@@ -1,14 +1,16 @@
 // The verbs that ask a unit.
 #pragma once
 
-#include "tools/catalogue/Call.h"
-#include "tools/catalogue/ObjectName.h"
+#include "catalogue/Call.h"
+#include "catalogue/ObjectName.h"
 #include "tools/trsctl/ExitCode.h"
 #include "tools/trsctl/Output.h"
 
 #include <chrono>
 #include <string>
 #include <vector>
+
+namespace trs::ctl {
 
 class Unit {
 public:
@@ -59,3 +61,5 @@ private:
 
     Options options_;
 };
+
+} // namespace trs::ctl

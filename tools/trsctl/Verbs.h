@@ -1,6 +1,8 @@
 // Where each group of verbs is added to the program.
 #pragma once
 
+namespace trs::ctl {
+
 class Program;
 
 void addOfflineVerbs(Program& program);      // list, describe
@@ -13,3 +15,5 @@ void addCompletionVerbs(Program& program);   // completion
 void addBatchVerb(Program& program);         // batch
 void addShellVerb(Program& program);         // shell
 void addBenchVerb(Program& program);         // bench
+
+} // namespace trs::ctl

@@ -1,6 +1,6 @@
 #include "tools/trssim/Fleet.h"
 
-#include "platform/host/Endpoint.h"
+#include "broker/transport/Endpoint.h"
 #include "tools/support/Console.h"
 
 #include <algorithm>
@@ -14,7 +14,7 @@
 #include <unistd.h>
 #include <vector>
 
-namespace sim {
+namespace trs::sim {
 
 namespace {
 
@@ -72,7 +72,7 @@ std::string UnitNumber::endpoint(std::string const& endpoint) const
         return file(endpoint);
     }
     long port = 0;
-    tools::parseNumber(std::string_view(endpoint).substr(colon + 1), 0, 65535, port);
+    catalogue::parseNumber(std::string_view(endpoint).substr(colon + 1), 0, 65535, port);
     return endpoint.substr(0, colon + 1) + std::to_string(port == 0 ? 0 : port + static_cast<long>(number) - 1);
 }
 
@@ -114,4 +114,4 @@ UnitNumber Fleet::begin(unsigned count, bool endsWithInput, int& exitCode)
     return {};
 }
 
-} // namespace sim
+} // namespace trs::sim

@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace sim {
+namespace trs::sim {
 
 // What distinguishes a unit from the others: 0 when it is the only one, else its number from 1 on.
 struct UnitNumber {
@@ -23,4 +23,4 @@ public:
     static UnitNumber begin(unsigned count, bool endsWithInput, int& exitCode);
 };
 
-} // namespace sim
+} // namespace trs::sim

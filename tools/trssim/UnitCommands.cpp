@@ -1,22 +1,22 @@
 #include "tools/trssim/UnitCommands.h"
 
-#include "platform/host/CallFailure.h"
-#include "tools/catalogue/ObjectName.h"
-#include "tools/trssim/Scenario.h"
+#include "broker/CallFailure.h"
+#include "catalogue/ObjectName.h"
+#include "unit/Scenario.h"
 
 #include <functional>
 #include <utility>
 
-namespace sim {
+namespace trs::sim {
 
 namespace {
 
-using tools::Words;
+using catalogue::Words;
 
 constexpr long mostFaults = 1'000'000'000;
 constexpr long mostSeconds = 100L * 24 * 60 * 60;
 
-std::string quoted(std::string const& word) { return "'" + host::printable(word) + "'"; }
+std::string quoted(std::string const& word) { return "'" + printable(word) + "'"; }
 
 // Adds commands that run as the objects' code does, under the run permission.
 class Adder {
@@ -128,7 +128,7 @@ void addConditionCommands(Adder& adder, Unit& unit)
 std::string tick(Unit& unit, Words const& words)
 {
     long seconds = 1;
-    if (!words.empty() && !tools::parseNumber(words.front(), 1, mostSeconds, seconds)) {
+    if (!words.empty() && !catalogue::parseNumber(words.front(), 1, mostSeconds, seconds)) {
         return quoted(words.front()) + " is no number from 1 to " + std::to_string(mostSeconds);
     }
     Clock& clock = unit.inventory().clock();
@@ -169,7 +169,7 @@ void addSimulationCommands(Adder& adder, Unit& unit)
              })
         .add("clear", "[NUMBER]", "ends a fault, or all", [&unit](Words const& words) {
             long number = 0;
-            if (!words.empty() && (!tools::parseNumber(words.front(), 1, mostFaults, number) ||
+            if (!words.empty() && (!catalogue::parseNumber(words.front(), 1, mostFaults, number) ||
                                    !unit.faults().withdraw(static_cast<unsigned long>(number)))) {
                 return quoted(words.front()) + " is no fault; faults lists them";
             }
@@ -208,4 +208,4 @@ void addCommands(tools::Console& console, Unit& unit)
     unit.simulator().setExecutor([&console](std::string const& command) { return console.execute(command); });
 }
 
-} // namespace sim
+} // namespace trs::sim

@@ -2,11 +2,11 @@
 #pragma once
 
 #include "tools/support/Console.h"
-#include "tools/trssim/Unit.h"
+#include "unit/Unit.h"
 
-namespace sim {
+namespace trs::sim {
 
 // `unit` outlives the console.
 void addCommands(tools::Console& console, Unit& unit);
 
-} // namespace sim
+} // namespace trs::sim

@@ -1,9 +1,10 @@
 // trssim: a simulated unit, driven by commands.
-#include "platform/host/Broker.h"
+#include "broker/Broker.h"
 #include "tools/support/CommandLine.h"
 #include "tools/trssim/Fleet.h"
-#include "tools/trssim/Scenario.h"
 #include "tools/trssim/UnitCommands.h"
+#include "unit/Journal.h"
+#include "unit/Scenario.h"
 
 #include <chrono>
 #include <cstdio>
@@ -34,14 +35,14 @@ struct Options {
     unsigned units = 0; // 0: one, in this process
 };
 
-void addOptions(tools::CommandLine& line, Options& options)
+void addOptions(trs::tools::CommandLine& line, Options& options)
 {
     line.add({.name = "--listen",
               .target = &options.endpoints,
               .help = "Where to serve: unix:PATH, tcp:HOST:PORT or tcp:PORT; may be given several times (default: " +
-                      std::string(tools::CommandLine::defaultEndpointText) + ")",
+                      std::string(trs::tools::CommandLine::defaultEndpointText) + ")",
               .type = "ENDPOINT",
-              .check = tools::CommandLine::checkEndpoint});
+              .check = trs::tools::CommandLine::checkEndpoint});
     line.add({.name = "--address",
               .target = &options.address,
               .help = "The public address at the start",
@@ -62,9 +63,9 @@ void addOptions(tools::CommandLine& line, Options& options)
               .target = &options.seed,
               .help = "What decides numbers that are left to chance",
               .type = "N"});
-    line.add(tools::choice<TimeSource>("--clock", "real, or stepped: time passes only by the command tick",
-                                       {{"real", TimeSource::real}, {"stepped", TimeSource::stepped}},
-                                       [&options](TimeSource chosen) { options.timeSource = chosen; }));
+    line.add(trs::tools::choice<TimeSource>("--clock", "real, or stepped: time passes only by the command tick",
+                                            {{"real", TimeSource::real}, {"stepped", TimeSource::stepped}},
+                                            [&options](TimeSource chosen) { options.timeSource = chosen; }));
     line.add({.name = "--units",
               .target = &options.units,
               .help = "How many units to run, each in a process of its own: endpoints and files get -1, -2, ... "
@@ -78,7 +79,7 @@ void addOptions(tools::CommandLine& line, Options& options)
 }
 
 // Has the unit's time pass as the real one does, in whole seconds.
-void follow(tools::Console& console, sim::Unit& unit)
+void follow(trs::tools::Console& console, trs::sim::Unit& unit)
 {
     using Clock = std::chrono::steady_clock;
     console.every(std::chrono::seconds(1), [&unit, last = Clock::now()]() mutable {
@@ -91,11 +92,11 @@ void follow(tools::Console& console, sim::Unit& unit)
 }
 
 // Brings the unit into the state that it begins in. Empty, or what is wrong.
-std::string prepare(sim::Unit& unit, tools::Console& console, Options const& options)
+std::string prepare(trs::sim::Unit& unit, trs::tools::Console& console, Options const& options)
 {
     if (!options.scenario.empty()) {
         TreflectHandlerState const running;
-        if (std::string const wrong = sim::scenario::load(unit, options.scenario); !wrong.empty()) {
+        if (std::string const wrong = trs::sim::scenario::load(unit, options.scenario); !wrong.empty()) {
             return "--scenario: " + wrong;
         }
     }
@@ -108,7 +109,7 @@ std::string prepare(sim::Unit& unit, tools::Console& console, Options const& opt
 }
 
 // Empty, or why the unit cannot be served.
-std::string serve(sim::Unit& unit, Options const& options)
+std::string serve(trs::sim::Unit& unit, Options const& options)
 {
     if (!options.callLog.empty()) {
         if (std::string why = unit.logCalls(options.callLog); !why.empty()) {
@@ -120,20 +121,21 @@ std::string serve(sim::Unit& unit, Options const& options)
             return why;
         }
     }
-    for (std::string const& endpoint : host::Broker::instance().endpoints()) {
-        tools::say("ready on " + endpoint);
+    for (std::string const& endpoint : trs::Broker::instance().endpoints()) {
+        trs::tools::say("ready on " + endpoint);
     }
     return {};
 }
 
 int run(Options const& options, bool endsWithInput)
 {
-    tools::Console console("stop");
-    sim::Unit unit({options.address, options.seed, options.timeSource == TimeSource::real});
-    sim::addCommands(console, unit);
+    trs::sim::setJournal(trs::tools::say);
+    trs::tools::Console console("stop");
+    trs::sim::Unit unit({options.address, options.seed, options.timeSource == TimeSource::real});
+    trs::sim::addCommands(console, unit);
     if (std::string const wrong = prepare(unit, console, options); !wrong.empty()) {
         std::fprintf(stderr, "%s\n", wrong.c_str());
-        return tools::CommandLine::wrongUsage;
+        return trs::tools::CommandLine::wrongUsage;
     }
     if (std::string const why = serve(unit, options); !why.empty()) {
         std::fprintf(stderr, "%s\n", why.c_str());
@@ -145,7 +147,7 @@ int run(Options const& options, bool endsWithInput)
     console.run(endsWithInput);
     if (!options.save.empty()) {
         TreflectHandlerState const running;
-        if (std::string const why = sim::scenario::store(unit, options.save); !why.empty()) {
+        if (std::string const why = trs::sim::scenario::store(unit, options.save); !why.empty()) {
             std::fprintf(stderr, "--save: %s\n", why.c_str());
             return cannotServe;
         }
@@ -154,7 +156,7 @@ int run(Options const& options, bool endsWithInput)
 }
 
 // The options of one unit of several.
-Options optionsOf(sim::UnitNumber unit, Options options)
+Options optionsOf(trs::sim::UnitNumber unit, Options options)
 {
     for (std::string& endpoint : options.endpoints) {
         endpoint = unit.endpoint(endpoint);
@@ -170,19 +172,19 @@ Options optionsOf(sim::UnitNumber unit, Options options)
 int main(int argc, char** argv)
 {
     Options options;
-    tools::CommandLine line("trssim", description, 4);
+    trs::tools::CommandLine line("trssim", description, 4);
     addOptions(line, options);
     line.takeCommands();
     if (std::optional<int> const code = line.parse(argc, argv)) {
         return *code;
     }
     if (options.endpoints.empty()) {
-        options.endpoints.push_back(tools::CommandLine::defaultEndpoint());
+        options.endpoints.push_back(trs::tools::CommandLine::defaultEndpoint());
     }
     if (options.units == 0) {
         return run(options, line.exitsOnEof());
     }
     int exitCode = 0;
-    sim::UnitNumber const unit = sim::Fleet::begin(options.units, line.exitsOnEof(), exitCode);
+    trs::sim::UnitNumber const unit = trs::sim::Fleet::begin(options.units, line.exitsOnEof(), exitCode);
     return unit.number == 0 ? exitCode : run(optionsOf(unit, options), false);
 }

@@ -1,0 +1,150 @@
+#include "broker/Broker.h"
+
+#include "broker/calls/Peer.h"
+#include "broker/machine/BusyWait.h"
+#include "broker/objects/LocalNotifier.h"
+#include "broker/objects/ObserverTable.h"
+#include "broker/objects/RunPermission.h"
+#include "broker/serving/Server.h"
+#include "platform/NmaLogHelper.h"
+
+#include <algorithm>
+
+namespace trs {
+
+Broker::Broker() = default;
+
+// Never destroyed, because stubs refer to its peers, but stopped when the process ends.
+Broker& Broker::instance()
+{
+    struct Stopped {
+        Broker* const broker = new Broker;
+        ~Stopped() { broker->stop(); }
+    };
+    static Stopped const only;
+    return *only.broker;
+}
+
+// A thread of the broker's that waited for all of them would wait for itself.
+bool Broker::mayWait(char const* what) const
+{
+    if (TreflectORB::isHandlerThread()) {
+        LogDispatch(3, LogMakeString("%s was called on a handler thread, and does nothing there", what));
+        return false;
+    }
+    return true;
+}
+
+std::string Broker::serve(std::string const& endpoint)
+{
+    Endpoint parsed;
+    if (std::string why = Endpoint::parse(endpoint, parsed); !why.empty()) {
+        return why;
+    }
+    RunPermissionPause const waiting;
+    std::lock_guard const changing(changing_);
+    std::lock_guard const lock(mutex_);
+    if (server_ == nullptr) {
+        server_ = std::make_unique<Server>(tap_);
+    }
+    return server_->listen(parsed);
+}
+
+void Broker::setTap(ServerTap* tap)
+{
+    std::lock_guard const lock(mutex_);
+    tap_ = tap;
+}
+
+std::vector<std::string> Broker::endpoints() const
+{
+    std::lock_guard const lock(mutex_);
+    return server_ != nullptr ? server_->endpoints() : std::vector<std::string>();
+}
+
+std::string Broker::addPeer(std::string const& endpoint, TreflectORB const** peer)
+{
+    Endpoint parsed;
+    std::vector<SocketAddress> addresses;
+    if (std::string why = Endpoint::parse(endpoint, parsed); !why.empty()) {
+        return why;
+    }
+    if (parsed.kind == Endpoint::Kind::tcp && parsed.port == 0) {
+        return LogMakeString("endpoint '%s': no peer listens on port 0", endpoint.c_str());
+    }
+    RunPermissionPause const waiting;
+    std::lock_guard const changing(changing_);
+    asio::io_context context;
+    if (std::string why = resolve(context, parsed, addresses); !why.empty()) {
+        return why;
+    }
+    std::string const text = parsed.text();
+    std::lock_guard const lock(mutex_);
+    auto const known =
+        std::find_if(known_.begin(), known_.end(), [&](Peer const* other) { return other->endpoint() == text; });
+    Peer* const added =
+        known != known_.end() ? *known : known_.emplace_back(new Peer(text, std::move(addresses), known_.size() + 1));
+    if (std::find(peers_.begin(), peers_.end(), added) == peers_.end()) {
+        added->open();
+        peers_.push_back(added);
+    }
+    if (peer != nullptr) {
+        *peer = added;
+    }
+    return {};
+}
+
+void Broker::removePeers()
+{
+    if (!mayWait("removePeers()")) {
+        return;
+    }
+    RunPermissionPause const waiting;
+    std::lock_guard const changing(changing_);
+    std::vector<Peer*> removed;
+    {
+        std::lock_guard const lock(mutex_);
+        removed.swap(peers_);
+    }
+    for (Peer* const peer : removed) {
+        peer->close();
+        ObserverTable::instance().removeAllAt(*peer);
+    }
+}
+
+void Broker::stop()
+{
+    if (!mayWait("stop()")) {
+        return;
+    }
+    RunPermissionPause const waiting;
+    removePeers();
+    std::lock_guard const changing(changing_);
+    std::unique_ptr<Server> ended;
+    {
+        std::lock_guard const lock(mutex_);
+        ended = std::move(server_);
+    }
+    ended.reset();
+    LocalNotifier::instance().stop();
+}
+
+void Broker::setDeadline(std::chrono::milliseconds duration) { Deadline::setDefault(duration); }
+
+void Broker::setBusyWait(std::chrono::microseconds bound) { BusyWait::setBound(bound); }
+
+TreflectOrbId Broker::numberOf(TreflectORB const& peer) { return TreflectOrbId(Peer::of(peer).number()); }
+
+std::vector<Peer*> Broker::peers() const
+{
+    std::lock_guard const lock(mutex_);
+    return peers_;
+}
+
+Peer* Broker::peer(unsigned long number) const
+{
+    std::lock_guard const lock(mutex_);
+    return number >= 1 && number <= known_.size() ? known_[number - 1] : nullptr;
+}
+
+} // namespace trs

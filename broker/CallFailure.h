@@ -1,0 +1,50 @@
+// Why the last call had no result.
+#pragma once
+
+#include "platform/TipprmiOID.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace trs {
+
+struct CallFailure {
+    enum class Kind {
+        none,            // the call was delivered
+        notConnected,    // no connection to a process that has the object
+        noSuchObject,    // no process that was asked has the object
+        noSuchOperation, // the object has no such operation
+        refused,         // the request could not be read there, or not be sent
+        deadline,        // no reply in time
+        connectionLost,  // the connection broke while the reply was awaited
+        malformedReply,  // something came back that is no reply to this call
+    };
+    enum class CarriedOut { no, yes, unknown };
+
+    Kind kind = Kind::none;
+    CarriedOut carriedOut = CarriedOut::no;
+    std::uint32_t classId = 0;
+    std::uint32_t opIndex = 0;
+    TipprmiOID object{""};
+    std::string peer; // its endpoint; empty for this process, or when there was none to ask
+    std::string reason;
+
+    // "it was carried out" and its kin.
+    char const* effect() const;
+    // One line for a person.
+    std::string text() const;
+};
+
+// What became of the calling thread's last call through a stream, here or to a peer.
+CallFailure const& lastCallFailure();
+
+// For the broker: begins a call; ends one as failed; the same with a log line.
+void resetCallFailure();
+void recordCallFailure(CallFailure failure);
+void reportCallFailure(CallFailure failure);
+
+// Text that came from elsewhere, fit for a log line: of bounded length, and without control characters.
+std::string printable(std::string_view text);
+
+} // namespace trs

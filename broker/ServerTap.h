@@ -1,0 +1,45 @@
+// What may stand between this process's objects and the connections that call them, in programs that test others: to
+// log calls, and to answer them badly.
+#pragma once
+
+#include "broker/framing/Message.h"
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+
+namespace trs {
+
+// One call that came over a connection. Its functions come in this order, once each, on the connection's handler thread
+// and without the run permission; they may take their time.
+class TappedCall {
+public:
+    // Sends bytes over the call's connection. False when it is lost.
+    using Send = std::function<bool(unsigned char const* bytes, std::size_t length)>;
+
+    virtual ~TappedCall() = default;
+    // Whether the object is asked. If not, the reply has the status that `status` is set to, and for ReplyStatus::done
+    // what is appended to `reply`.
+    virtual bool isExecuted(TipprmiStream& reply, ReplyStatus& status) = 0;
+    // Sends the finished reply. False ends the connection.
+    virtual bool answer(TipprmiStream const& reply, Send const& send) = 0;
+
+protected:
+    TappedCall() = default;
+    TappedCall(TappedCall const&) = default;
+    TappedCall& operator=(TappedCall const&) = default;
+};
+
+class ServerTap {
+public:
+    virtual ~ServerTap() = default;
+    // A call begins. `request` is positioned at the first in-argument and left so; both arguments outlive the result.
+    virtual std::unique_ptr<TappedCall> begin(ObjectAddress const& address, TipprmiStream const& request) = 0;
+
+protected:
+    ServerTap() = default;
+    ServerTap(ServerTap const&) = default;
+    ServerTap& operator=(ServerTap const&) = default;
+};
+
+} // namespace trs

@@ -1,0 +1,77 @@
+#include "broker/objects/RunPermission.h"
+
+#include "broker/machine/Processors.h"
+
+#include <mutex>
+
+namespace {
+
+constinit std::mutex token;
+
+struct ThreadState {
+    bool isHandler;
+    bool hasPermission;
+    bool enteredWithoutPermission; // so that leaving gives it back
+    unsigned depth;
+};
+thread_local ThreadState self{};
+
+void take()
+{
+    // Most objects' code is shorter than putting a thread to sleep and waking it up. With one processor, waiting
+    // awake would only keep the holder from ending.
+    if (trs::processorCount() > 1) {
+        for (int attempt = 0; attempt < 100; ++attempt) {
+            if (token.try_lock()) {
+                self.hasPermission = true;
+                return;
+            }
+            trs::relaxProcessor();
+        }
+    }
+    token.lock();
+    self.hasPermission = true;
+}
+
+void giveBack()
+{
+    self.hasPermission = false;
+    token.unlock();
+}
+
+} // namespace
+
+bool TreflectORB::isHandlerThread() { return self.isHandler; }
+
+bool TreflectORB::hasRunPermission() { return self.hasPermission; }
+
+void TreflectORB::getRunPermission()
+{
+    if (!self.hasPermission) {
+        take();
+    }
+}
+
+void TreflectORB::releaseRunPermission()
+{
+    if (self.hasPermission) {
+        giveBack();
+    }
+}
+
+void TreflectORB::enterHandlerState(bool)
+{
+    if (self.depth++ == 0) {
+        self.enteredWithoutPermission = !self.hasPermission;
+        getRunPermission();
+    }
+}
+
+void TreflectORB::leaveHandlerState(bool)
+{
+    if (self.depth != 0 && --self.depth == 0 && self.enteredWithoutPermission) {
+        releaseRunPermission();
+    }
+}
+
+void trs::becomeHandlerThread() { self.isHandler = true; }

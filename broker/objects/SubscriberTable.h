@@ -1,0 +1,52 @@
+// Who is to be told of executions of this process's objects.
+#pragma once
+
+#include "broker/framing/OperationKey.h"
+#include "broker/objects/Subscriber.h"
+#include "platform/TipprmiForward.h"
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+class TreflectServerObject;
+
+namespace trs {
+
+// Subscriptions are to identifiers, so that an object that takes the place of another keeps its subscribers.
+class SubscriberTable {
+public:
+    static SubscriberTable& instance();
+
+    // False when there is no such object now, unless `isRenewal`: the object may come later then.
+    bool add(OperationKey const& key, std::shared_ptr<Subscriber> const& sink, bool isRenewal);
+    void remove(OperationView const& operation, Subscriber const& sink);
+    void removeAll(Subscriber const& sink);
+    // One more or one less observer in this process.
+    void addLocal(OperationKey const& key, TreflectServerObject& server);
+    void removeLocal(OperationKey const& key);
+
+    bool isObserved(TipprmiOID const& oid, unsigned long classId, unsigned long opIndex) const;
+    void notify(OperationKey const& key, TipprmiSequence<TipprmiAny> const& parameters) const;
+    // An object with the identifier has become active.
+    void refresh(TipprmiOID const& oid);
+
+private:
+    struct Subscribers {
+        std::vector<std::shared_ptr<Subscriber>> sinks;
+        unsigned local = 0;
+
+        bool isEmpty() const { return sinks.empty() && local == 0; }
+    };
+    using Table = std::map<OperationKey, Subscribers, OperationOrder>;
+
+    SubscriberTable() = default;
+    bool markObject(TipprmiOID const& oid);
+    void dropIfEmpty(Table::iterator place);
+
+    mutable std::mutex mutex_;
+    Table table_;
+};
+
+} // namespace trs

@@ -1,0 +1,136 @@
+#define HEADERS
+#include "catalogue/Classes.inc" // made by classes.awk
+#undef HEADERS
+#include "catalogue/Describe.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+
+namespace trs::catalogue {
+
+namespace {
+
+constexpr std::array allClasses{
+#define CLASS(Name) &describe::described<Name>,
+#define CLASSES
+#include "catalogue/Classes.inc"
+#undef CLASSES
+#undef CLASS
+};
+
+struct Declaration {
+    std::string_view className;
+    std::string_view operation;
+    std::string_view parameterNames;
+    std::string_view comment;
+};
+
+constexpr Declaration declarations[] = {
+#include "catalogue/Declarations.inc" // made by declarations.awk
+};
+
+Declaration const& declarationOf(Operation const& operation)
+{
+    using Key = std::pair<std::string_view, std::string_view>;
+    static auto const found = [] {
+        std::map<Key, Declaration const*> table;
+        for (Declaration const& declaration : declarations) {
+            table.emplace(Key{declaration.className, declaration.operation}, &declaration);
+        }
+        return table;
+    }();
+    static constexpr Declaration none{};
+    auto const entry = found.find({operation.className, operation.name});
+    return entry != found.end() ? *entry->second : none;
+}
+
+} // namespace
+
+std::string Type::text() const
+{
+    switch (kind) {
+    case Kind::array:
+        return "TipprmiArray<" + element->text() + ", " + std::to_string(count) + ">";
+    case Kind::sequence:
+        return "TipprmiSequence<" + element->text() + ">";
+    case Kind::status:
+        return "ResponseInfo<" + std::string(name) + ">";
+    default:
+        return std::string(name);
+    }
+}
+
+std::vector<std::string_view> Operation::parameterNames() const
+{
+    std::vector<std::string_view> names;
+    for (std::string_view rest = declarationOf(*this).parameterNames; !rest.empty();) {
+        std::size_t const length = std::min(rest.find(' '), rest.size());
+        names.push_back(rest.substr(0, length));
+        rest.remove_prefix(std::min(length + 1, rest.size()));
+    }
+    return names;
+}
+
+std::string_view Operation::comment() const { return declarationOf(*this).comment; }
+
+std::string Operation::signature() const
+{
+    std::string text = (result != nullptr ? result->text() : "void") + ' ' + std::string(name) + '(';
+    std::vector<std::string_view> const names = parameterNames();
+    for (std::size_t i = 0; i < parameters.size(); ++i) {
+        text += (i == 0 ? "" : ", ") + std::string(parameters[i].isIn ? "in " : "out ") + parameters[i].type->text();
+        text += i < names.size() ? ' ' + std::string(names[i]) : std::string();
+    }
+    return text + ')';
+}
+
+bool Operation::isReading() const
+{
+    bool const takesNothing = std::none_of(parameters.begin(), parameters.end(), [](auto const& p) { return p.isIn; });
+    bool const tellsSomething = !parameters.empty() || (result != nullptr && result->kind != Type::Kind::status);
+    constexpr std::string_view prefixes[] = {"get", "is",       "has",     "Get",     "exist",
+                                             "to",  "disables", "permits", "retrieve"};
+    return takesNothing && tellsSomething && std::any_of(std::begin(prefixes), std::end(prefixes), [this](auto prefix) {
+               return name.starts_with(prefix);
+           });
+}
+
+Class const* Class::base() const { return findClass(baseName); }
+
+Operation const* Class::find(std::string_view operation) const
+{
+    auto const found = std::ranges::find(own, operation, &Operation::name);
+    if (found != own.end()) {
+        return &*found;
+    }
+    Class const* const parent = base();
+    return parent != nullptr ? parent->find(operation) : nullptr;
+}
+
+std::vector<Operation const*> Class::operations() const
+{
+    Class const* const parent = base();
+    std::vector<Operation const*> list = parent != nullptr ? parent->operations() : std::vector<Operation const*>();
+    for (Operation const& operation : own) {
+        list.push_back(&operation);
+    }
+    return list;
+}
+
+std::span<Class const* const> classes() { return allClasses; }
+
+Class const* findClass(std::string_view name)
+{
+    auto const* const found = std::ranges::find_if(
+        allClasses, [name](Class const* candidate) { return candidate->name == name || candidate->interface == name; });
+    return found != allClasses.end() ? *found : nullptr;
+}
+
+Class const* findClass(std::uint32_t id)
+{
+    auto const* const found = std::ranges::find(allClasses, id, &Class::id);
+    return found != allClasses.end() ? *found : nullptr;
+}
+
+} // namespace trs::catalogue

@@ -1,0 +1,39 @@
+#include "catalogue/ObjectName.h"
+
+#include "adapter/NmiRmiAdapterClient.h"
+#include "broker/CallFailure.h"
+#include "catalogue/Class.h"
+#include "catalogue/SimulatorClient.h"
+#include "clients/ip/IpNodeClient.h"
+
+namespace trs::catalogue {
+
+std::string ObjectName::parse(std::string const& text, ObjectName& name)
+{
+    if (text == IpNodeClient::IPNODE_OID) {
+        name = {"IpNodeClient", text};
+    } else if (text == NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME) {
+        name = {"NmiRmiAdapterClient", text};
+    } else if (text == SimulatorClient::SIMULATOR_OID) {
+        name = {"SimulatorClient", text};
+    } else {
+        std::size_t const colon = text.find(':');
+        if (colon == std::string::npos || colon == 0 || colon + 1 == text.size()) {
+            return '\'' + printable(text) + "' is no object: it is neither Class:identifier nor a well-known " +
+                   IpNodeClient::IPNODE_OID + " or " + NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME;
+        }
+        name = {text.substr(0, colon), text.substr(colon + 1)};
+    }
+    return {};
+}
+
+std::string ObjectName::text() const
+{
+    std::string name = className;
+    if (name.ends_with("Client")) {
+        name.resize(name.size() - 6);
+    }
+    return name + ':' + id;
+}
+
+} // namespace trs::catalogue

@@ -1,0 +1,442 @@
+#include "catalogue/Value.h"
+
+#include "broker/CallFailure.h"
+#include "catalogue/ObjectName.h"
+#include "platform/NmaLogHelper.h"
+#include "rmi/ResponseInfo.h"
+#include "rmi/Wire.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdint>
+#include <fstream>
+#include <iterator>
+#include <optional>
+
+namespace trs::catalogue {
+
+namespace {
+
+using Kind = Type::Kind;
+
+// Arrays of octets that people write in one piece.
+bool isAddress(Type const& type)
+{
+    return type.kind == Kind::array && type.element->kind == Kind::int16 && (type.count == 4 || type.count == 6);
+}
+
+struct Range {
+    std::int64_t least;
+    std::int64_t most;
+};
+
+Range rangeOf(Type const& type)
+{
+    switch (type.kind) {
+    case Kind::octet:
+        return {0, UINT8_MAX};
+    case Kind::int16:
+        return {INT16_MIN, INT16_MAX};
+    case Kind::unsigned16:
+        return {0, UINT16_MAX};
+    case Kind::unsigned32:
+        return {0, UINT32_MAX};
+    default:
+        return {INT32_MIN, INT32_MAX};
+    }
+}
+
+// The text of the octets; nothing when one is none.
+std::optional<std::string> addressText(Value const& octets)
+{
+    bool const isIp = octets.size() == 4;
+    std::string text;
+    for (Value const& octet : octets) {
+        int const number = octet.get<int>();
+        if (number < 0 || number > 255) {
+            return std::nullopt;
+        }
+        text += text.empty() ? "" : isIp ? "." : ":";
+        text += LogMakeString(isIp ? "%d" : "%02x", number);
+    }
+    return text;
+}
+
+// The octets of "10.0.0.1" or "02:00:5e:10:00:01"; null when the text is none.
+Value addressOctets(std::string const& text, unsigned long count)
+{
+    Value octets = Value::array();
+    char const* at = text.data();
+    char const* const end = at + text.size();
+    for (unsigned long i = 0; i < count; ++i) {
+        int octet = 0;
+        if (i != 0 && (at == end || *at++ != (count == 4 ? '.' : ':'))) {
+            return nullptr;
+        }
+        auto const [next, error] = std::from_chars(at, end, octet, count == 4 ? 10 : 16);
+        if (error != std::errc() || next == at || next - at > 3 || octet < 0 || octet > 255) {
+            return nullptr;
+        }
+        octets.push_back(octet);
+        at = next;
+    }
+    return at == end ? octets : Value();
+}
+
+template <class T>
+T take(TipprmiStream& stream)
+{
+    T value{};
+    Wire<T>::read(stream, value);
+    return value;
+}
+
+Value readElements(TipprmiStream& stream, Type const& type, unsigned long count)
+{
+    Value elements = Value::array();
+    for (unsigned long i = 0; i < count && !stream.hasUnmarshallingFailed(); ++i) {
+        elements.push_back(readValue(stream, *type.element));
+    }
+    if (isAddress(type) && !stream.hasUnmarshallingFailed()) {
+        std::optional<std::string> const text = addressText(elements);
+        return text ? Value(*text) : elements;
+    }
+    return elements;
+}
+
+std::string shown(Value const& value) { return printable(toJson(value, -1)); }
+
+// Puts the field or element in front of what is wrong with its value.
+std::string within(std::string const& part, std::string const& wrong)
+{
+    return wrong.empty() ? wrong : part + (wrong.front() == '.' || wrong.front() == '[' ? "" : ": ") + wrong;
+}
+
+std::string writeNumber(TipprmiStream& stream, Type const& type, Value const& value)
+{
+    Range const range = rangeOf(type);
+    bool const isInRange = value.is_number_unsigned()
+                               ? value.get<std::uint64_t>() <= static_cast<std::uint64_t>(range.most)
+                               : value.is_number_integer() && value.get<std::int64_t>() >= range.least &&
+                                     value.get<std::int64_t>() <= range.most;
+    if (!isInRange) {
+        return shown(value) + " is no number from " + std::to_string(range.least) + " to " + std::to_string(range.most);
+    }
+    std::int64_t const number = value.get<std::int64_t>();
+    switch (type.kind) {
+    case Kind::octet:
+        Wire<unsigned char>::write(stream, static_cast<unsigned char>(number));
+        break;
+    case Kind::int16:
+        Wire<short>::write(stream, static_cast<short>(number));
+        break;
+    case Kind::unsigned16:
+        Wire<unsigned short>::write(stream, static_cast<unsigned short>(number));
+        break;
+    default:
+        Wire<unsigned long>::write(stream, static_cast<unsigned long>(number));
+    }
+    return {};
+}
+
+std::string writeEnumerator(TipprmiStream& stream, Type const& type, Value const& value)
+{
+    if (value.is_string()) {
+        auto const found = std::ranges::find(type.enumerators, value.get_ref<std::string const&>(), &Enumerator::name);
+        if (found != type.enumerators.end()) {
+            return writeNumber(stream, type, found->value);
+        }
+        std::string names;
+        for (Enumerator const& enumerator : type.enumerators) {
+            names += (names.empty() ? "" : ", ") + std::string(enumerator.name);
+        }
+        return shown(value) + " is none of " + names + ", or a number";
+    }
+    return writeNumber(stream, type, value);
+}
+
+std::string writeElements(TipprmiStream& stream, Type const& type, Value const& value)
+{
+    if (isAddress(type) && value.is_string()) {
+        Value const octets = addressOctets(value.get<std::string>(), type.count);
+        return octets.is_null()
+                   ? shown(value) + " is no address such as " + (type.count == 4 ? "10.0.0.1" : "02:00:5e:10:00:01")
+                   : writeElements(stream, type, octets);
+    }
+    if (!value.is_array()) {
+        return shown(value) + " is no array";
+    }
+    if (type.kind == Kind::array && value.size() != type.count) {
+        return "an array of " + std::to_string(value.size()) + " elements, not " + std::to_string(type.count);
+    }
+    if (type.kind == Kind::sequence) {
+        Wire<unsigned long>::write(stream, value.size());
+    }
+    for (std::size_t i = 0; i < value.size(); ++i) {
+        if (std::string wrong = writeValue(stream, *type.element, value[i]); !wrong.empty()) {
+            return within('[' + std::to_string(i) + ']', wrong);
+        }
+    }
+    return {};
+}
+
+std::string writeRecord(TipprmiStream& stream, Type const& type, Value const& value)
+{
+    if (!value.is_object()) {
+        return shown(value) + " is no object with the fields of " + std::string(type.name);
+    }
+    for (auto const& [name, unused] : value.items()) {
+        if (std::ranges::find(type.fields, name, &Field::name) == type.fields.end()) {
+            return '\'' + printable(name) + "' is no field of " + std::string(type.name);
+        }
+    }
+    for (Field const& field : type.fields) {
+        std::string const name(field.name);
+        auto const found = value.find(name);
+        if (found == value.end()) {
+            return '\'' + name + "' is missing, a field of " + std::string(type.name);
+        }
+        if (std::string wrong = writeValue(stream, *field.type, *found); !wrong.empty()) {
+            return within('.' + name, wrong);
+        }
+    }
+    return {};
+}
+
+std::string writeObject(TipprmiStream& stream, Value const& value)
+{
+    ObjectName name;
+    if (value.is_string()) {
+        if (std::string wrong = ObjectName::parse(value.get<std::string>(), name); !wrong.empty()) {
+            return wrong;
+        }
+    } else if (!value.is_null()) {
+        return shown(value) + " is no object, Class:identifier, and not null";
+    }
+    stream << TipprmiObjectClient(TipprmiOID(name.id));
+    return {};
+}
+
+std::string parseJson(std::string const& text, Value& value)
+{
+    std::string json = text;
+    if (text.starts_with('@')) {
+        std::ifstream file(text.substr(1), std::ios::binary);
+        if (!file) {
+            return "file '" + printable(text.substr(1)) + "' cannot be read";
+        }
+        json.assign(std::istreambuf_iterator<char>(file), {});
+    }
+    value = Value::parse(json, nullptr, false);
+    return value.is_discarded() ? '\'' + printable(text) + "' is no JSON" : std::string();
+}
+
+// The number, or the text when it is none: it may be the name of one.
+Value readNumber(std::string const& text)
+{
+    bool const isHexadecimal = text.starts_with("0x");
+    std::int64_t number = 0;
+    char const* const begin = text.data() + (isHexadecimal ? 2 : 0);
+    char const* const end = text.data() + text.size();
+    auto const [next, error] = std::from_chars(begin, end, number, isHexadecimal ? 16 : 10);
+    return error == std::errc() && next == end && begin != end ? Value(number) : Value(text);
+}
+
+// Each part on a line of its own, but for lists of plain values. `margin`: a line's end and the indentation of the
+// next.
+void appendJson(std::string& text, Value const& value, std::string const& margin, std::string const& step)
+{
+    bool const isList =
+        value.is_array() && std::ranges::none_of(value, [](Value const& part) { return part.is_structured(); });
+    if (!value.is_structured() || value.empty() || isList) {
+        text += value.dump(-1, ' ', false, Value::error_handler_t::replace);
+        return;
+    }
+    std::string const inner = margin + step;
+    text += value.is_object() ? '{' : '[';
+    char const* separator = "";
+    for (auto const& [name, part] : value.items()) {
+        (text += separator) += inner;
+        separator = ",";
+        if (value.is_object()) {
+            text += Value(name).dump(-1, ' ', false, Value::error_handler_t::replace) + ": ";
+        }
+        appendJson(text, part, inner, step);
+    }
+    (text += margin) += value.is_object() ? '}' : ']';
+}
+
+Value plainZero(Type const& type)
+{
+    switch (type.kind) {
+    case Type::Kind::boolean:
+        return false;
+    case Type::Kind::text:
+        return "";
+    case Type::Kind::sequence:
+        return Value::array();
+    case Type::Kind::array:
+        return std::vector<Value>(type.count, plainZero(*type.element));
+    case Type::Kind::record: {
+        Value record = Value::object();
+        for (Field const& field : type.fields) {
+            record[std::string(field.name)] = plainZero(*field.type);
+        }
+        return record;
+    }
+    case Type::Kind::object:
+        return {};
+    default:
+        return 0;
+    }
+}
+
+} // namespace
+
+Value readValue(TipprmiStream& stream, Type const& type)
+{
+    switch (type.kind) {
+    case Kind::boolean:
+        return take<bool>(stream);
+    case Kind::octet:
+        return take<unsigned char>(stream);
+    case Kind::int16:
+        return take<short>(stream);
+    case Kind::unsigned16:
+        return take<unsigned short>(stream);
+    case Kind::int32:
+        return take<int>(stream);
+    case Kind::unsigned32:
+        return take<unsigned long>(stream);
+    case Kind::text:
+        return take<std::string>(stream);
+    case Kind::array:
+        return readElements(stream, type, type.count);
+    case Kind::sequence: {
+        // Every element takes a byte at least, so that a count which cannot be true takes no memory.
+        auto const count = take<unsigned long>(stream);
+        if (count > stream.available()) {
+            stream.fail();
+        }
+        return readElements(stream, type, count);
+    }
+    case Kind::enumeration: {
+        int const number = take<int>(stream);
+        auto const found = std::ranges::find(type.enumerators, number, &Enumerator::value);
+        return found != type.enumerators.end() ? Value(found->name) : Value(number);
+    }
+    case Kind::record: {
+        Value record = Value::object();
+        for (Field const& field : type.fields) {
+            record[std::string(field.name)] = readValue(stream, *field.type);
+        }
+        return record;
+    }
+    case Kind::object: {
+        TipprmiObjectClient object;
+        stream >> object;
+        std::string const& id = object.getOID().getIdString();
+        return id.empty() ? Value() : Value(ObjectName{std::string(type.name), id}.text());
+    }
+    case Kind::status:
+        break;
+    }
+    auto const subSystem = take<unsigned long>(stream);
+    return {{"subSystem", subSystem}, {"failed", take<unsigned long>(stream)}};
+}
+
+Value zero(Type const& type)
+{
+    TipprmiStream stream(100);
+    writeValue(stream, type, plainZero(type));
+    return readValue(stream, type); // as it is read: an address, the name of an enumerator
+}
+
+std::string writeValue(TipprmiStream& stream, Type const& type, Value const& value)
+{
+    switch (type.kind) {
+    case Kind::boolean:
+        if (!value.is_boolean()) {
+            return shown(value) + " is neither true nor false";
+        }
+        Wire<bool>::write(stream, value.get<bool>());
+        return {};
+    case Kind::text:
+        if (!value.is_string()) {
+            return shown(value) + " is no text";
+        }
+        stream << value.get<std::string>();
+        return {};
+    case Kind::enumeration:
+        return writeEnumerator(stream, type, value);
+    case Kind::array:
+    case Kind::sequence:
+        return writeElements(stream, type, value);
+    case Kind::record:
+        return writeRecord(stream, type, value);
+    case Kind::object:
+        return writeObject(stream, value);
+    case Kind::status:
+        return "a status is never sent";
+    default:
+        return writeNumber(stream, type, value);
+    }
+}
+
+void writeStatus(TipprmiStream& stream, bool isDone)
+{
+    Wire<ResponseInfo<SetClient>>::write(stream, isDone ? SetClient::OK : SetClient::FAILED);
+}
+
+std::string parseValue(Type const& type, std::string const& text, Value& value)
+{
+    bool const isComposed = type.kind == Kind::record || type.kind == Kind::sequence ||
+                            (type.kind == Kind::array && (!isAddress(type) || text.starts_with('[')));
+    if (isComposed) {
+        return parseJson(text, value);
+    }
+    if (type.kind == Kind::text || type.kind == Kind::array) {
+        value = text;
+    } else if (type.kind == Kind::object) {
+        value = text == "none" ? Value() : Value(text);
+    } else if (text == "true" || text == "false") {
+        value = text == "true";
+    } else {
+        value = readNumber(text);
+    }
+    return {};
+}
+
+void forEachLeaf(Value const& value, LeafVisitor const& visit, std::string const& path)
+{
+    if (value.is_object() && !value.empty()) {
+        for (auto const& [name, part] : value.items()) {
+            std::string field = path;
+            (field += path.empty() ? "" : ".") += name;
+            forEachLeaf(part, visit, field);
+        }
+    } else if (value.is_array() && !value.empty()) {
+        for (std::size_t i = 0; i < value.size(); ++i) {
+            std::string element = path;
+            ((element += '[') += std::to_string(i)) += ']';
+            forEachLeaf(value[i], visit, element);
+        }
+    } else if (value.is_string()) {
+        visit(path, printable(value.get<std::string>()));
+    } else {
+        visit(path, value.is_null() ? "none" : toJson(value, -1));
+    }
+}
+
+std::string toJson(Value const& value, int indent)
+{
+    if (indent < 0) {
+        return value.dump(indent, ' ', false, Value::error_handler_t::replace);
+    }
+    std::string text;
+    appendJson(text, value, "\n", std::string(static_cast<std::size_t>(indent), ' '));
+    return text;
+}
+
+} // namespace trs::catalogue

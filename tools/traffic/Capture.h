@@ -1,0 +1,53 @@
+// Messages in a file that packet analysers read: pcapng (draft-ietf-opsawg-pcapng), each message as an exported PDU for
+// the dissector "trsman".
+#pragma once
+
+#include "broker/transport/Relay.h"
+#include "tools/traffic/Conversation.h"
+
+#include <cstdio>
+#include <iosfwd>
+#include <memory>
+#include <string>
+
+namespace trs::traffic {
+
+struct Packet {
+    Conversation::Time time;
+    std::uint32_t connection = 0;
+    Direction direction = Direction::toServer;
+    std::string message;
+};
+
+// What is written is in the file at once.
+class CaptureWriter {
+public:
+    // Replaces what the file holds. Empty, or why it cannot be written.
+    std::string open(std::string const& file);
+    // False when it cannot be written.
+    bool write(Packet const& packet);
+
+private:
+    struct Close {
+        void operator()(std::FILE* file) const { static_cast<void>(std::fclose(file)); }
+    };
+    std::unique_ptr<std::FILE, Close> file_;
+};
+
+class CaptureReader {
+public:
+    explicit CaptureReader(std::istream& stream) : stream_(stream) {}
+    // The next packet; false at the end, or when something is wrong, which wrong() tells.
+    bool read(Packet& packet);
+    std::string const& wrong() const { return wrong_; }
+
+private:
+    bool readBlock(std::uint32_t& type, std::string& body);
+    bool fail(std::string why);
+
+    std::istream& stream_;
+    bool isBegun_ = false;
+    std::string wrong_;
+};
+
+} // namespace trs::traffic

@@ -1,0 +1,43 @@
+// Where calls from outside pass on their way into the simulated unit and back.
+#pragma once
+
+#include "broker/ServerTap.h"
+#include "unit/CallLog.h"
+#include "unit/FaultPlan.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+
+namespace trs::sim {
+
+// Answers calls badly as the plan says, counts and logs them.
+class CallGate final : public ServerTap {
+public:
+    // `unitTime` tells the unit's time in seconds, on any thread. All outlive the gate.
+    CallGate(FaultPlan& plan, CallLog& log, std::function<unsigned long()> unitTime)
+        : plan_(plan), log_(log), unitTime_(std::move(unitTime))
+    {
+    }
+
+    std::unique_ptr<TappedCall> begin(ObjectAddress const& address, TipprmiStream const& request) override;
+
+    unsigned long count() const { return count_; }
+    // Ends the waiting of calls that are delayed, now and for good.
+    void end();
+
+private:
+    class Call;
+    void wait(std::chrono::milliseconds duration);
+
+    FaultPlan& plan_;
+    CallLog& log_;
+    std::function<unsigned long()> unitTime_;
+    std::atomic<unsigned long> count_ = 0;
+    std::mutex mutex_;
+    std::condition_variable ended_;
+    bool isEnded_ = false;
+};
+
+} // namespace trs::sim

@@ -1,0 +1,178 @@
+#include "unit/FaultPlan.h"
+
+#include "broker/CallFailure.h"
+#include "catalogue/Class.h"
+
+#include <algorithm>
+#include <array>
+
+namespace trs::sim {
+
+namespace {
+
+constexpr std::array<std::string_view, 10> names{"refuse", "delay", "drop", "late",  "twice",
+                                                 "cut",    "flip",  "lie",  "close", "trickle"};
+constexpr std::size_t mostRules = 1000;
+constexpr unsigned long certain = 1000; // per mille
+constexpr unsigned long usualDelay = 1000;
+constexpr long longestDelay = 3'600'000;
+constexpr long mostCalls = 1'000'000'000;
+
+std::string inQuotes(std::string_view text) { return '\'' + printable(std::string(text)) + '\''; }
+
+std::optional<FaultKind> kindOf(std::string_view name)
+{
+    auto const* const found = std::ranges::find(names, name);
+    return found != names.end() ? std::optional(static_cast<FaultKind>(found - names.begin())) : std::nullopt;
+}
+
+// A word of the command that gives a number.
+struct Number {
+    std::string_view name;
+    unsigned long FaultPlan::Fault::*field;
+    long least;
+    long most;
+};
+constexpr std::array<Number, 4> numbers{{{"call", &FaultPlan::Fault::call, 1, mostCalls},
+                                         {"count", &FaultPlan::Fault::count, 1, mostCalls},
+                                         {"per-mille", &FaultPlan::Fault::perMille, 1, certain},
+                                         {"delay", &FaultPlan::Fault::delay, 1, longestDelay}}};
+
+} // namespace
+
+std::string_view FaultPlan::nameOf(FaultKind kind) { return names[static_cast<std::size_t>(kind)]; }
+
+std::string FaultPlan::inject(Fault const& fault, unsigned long& number)
+{
+    std::optional<FaultKind> const kind = kindOf(fault.kind);
+    if (!kind) {
+        std::string all;
+        for (std::string_view const name : names) {
+            all += (all.empty() ? "" : ", ") + std::string(name);
+        }
+        return inQuotes(fault.kind) + " is no kind of fault: " + all;
+    }
+    if (fault.perMille > certain || fault.delay > static_cast<unsigned long>(longestDelay)) {
+        return "the probability is at most 1000 per mille, a delay at most 3600000 ms";
+    }
+    Rule rule{{0, fault, 0, 0}, *kind, std::nullopt, std::nullopt};
+    if (!fault.operation.empty()) {
+        std::size_t const dot = std::min(fault.operation.find('.'), fault.operation.size());
+        catalogue::Class const* const type = catalogue::findClass(fault.operation.substr(0, dot));
+        if (type == nullptr) {
+            return inQuotes(fault.operation.substr(0, dot)) + " is no class";
+        }
+        rule.classId = type->id;
+        if (dot != fault.operation.size()) {
+            catalogue::Operation const* const operation = type->find(fault.operation.substr(dot + 1));
+            if (operation == nullptr) {
+                return inQuotes(fault.operation.substr(dot + 1)) + " is no operation of " + std::string(type->name);
+            }
+            rule.classId = operation->classId;
+            rule.opIndex = operation->index;
+        }
+    }
+    std::lock_guard const lock(mutex_);
+    if (rules_.size() == mostRules) {
+        return "there are " + std::to_string(mostRules) + " faults already";
+    }
+    rule.stated.number = number = ++lastNumber_;
+    rules_.push_back(std::move(rule));
+    return {};
+}
+
+bool FaultPlan::withdraw(unsigned long number)
+{
+    std::lock_guard const lock(mutex_);
+    return std::erase_if(rules_, [number](Rule const& rule) { return number == 0 || rule.stated.number == number; }) !=
+               0 ||
+           number == 0;
+}
+
+TipprmiSequence<SimulatorClient::NumberedFault> FaultPlan::all() const
+{
+    std::lock_guard const lock(mutex_);
+    TipprmiSequence<SimulatorClient::NumberedFault> all;
+    for (Rule const& rule : rules_) {
+        all.push_back(rule.stated);
+    }
+    return all;
+}
+
+bool FaultPlan::concerns(Rule const& rule, ObjectAddress const& call)
+{
+    return (!rule.classId || *rule.classId == call.classId) && (!rule.opIndex || *rule.opIndex == call.opIndex) &&
+           (rule.stated.fault.object.empty() || rule.stated.fault.object == call.id);
+}
+
+// Whether the rule strikes a call that it concerns.
+bool FaultPlan::strikes(Rule& rule)
+{
+    Fault const& fault = rule.stated.fault;
+    unsigned long const call = ++rule.stated.matched;
+    unsigned long const first = std::max(fault.call, 1UL);
+    bool const isMeant = call >= first && (fault.count == 0 || call - first < fault.count);
+    bool const isStruck =
+        isMeant && (fault.perMille == 0 || fault.perMille == certain || random_() % certain < fault.perMille);
+    rule.stated.struck += isStruck ? 1 : 0;
+    return isStruck;
+}
+
+std::optional<FaultPlan::Strike> FaultPlan::strike(ObjectAddress const& call)
+{
+    std::lock_guard const lock(mutex_);
+    Rule const* first = nullptr;
+    for (Rule& rule : rules_) {
+        if (concerns(rule, call) && strikes(rule) && first == nullptr) {
+            first = &rule;
+        }
+    }
+    if (first == nullptr) {
+        return std::nullopt;
+    }
+    unsigned long const delay = first->stated.fault.delay;
+    return Strike{first->kind, std::chrono::milliseconds(delay == 0 ? usualDelay : delay),
+                  static_cast<std::uint32_t>(random_())};
+}
+
+std::string FaultPlan::parse(catalogue::Words const& words, Fault& fault)
+{
+    fault = {};
+    fault.kind = words.empty() ? "" : words.front();
+    for (std::size_t i = 1; i < words.size(); ++i) {
+        std::size_t const sign = std::min(words[i].find('='), words[i].size());
+        std::string const name = words[i].substr(0, sign);
+        std::string const value = sign == words[i].size() ? "" : words[i].substr(sign + 1);
+        auto const* const number = std::ranges::find(numbers, name, &Number::name);
+        if (name == "operation" && !value.empty()) {
+            fault.operation = value;
+        } else if (name == "object" && !value.empty()) {
+            fault.object = value.substr(value.find(':') + 1); // the class need not be said
+        } else if (number == numbers.end()) {
+            return inQuotes(words[i]) +
+                   " is none of operation=CLASS[.OPERATION], object=OBJECT, call=N, count=N, per-mille=N and delay=MS";
+        } else {
+            long parsed = 0;
+            if (!catalogue::parseNumber(value, number->least, number->most, parsed)) {
+                return inQuotes(words[i]) + ": '" + printable(value) + "' is no number from " +
+                       std::to_string(number->least) + " to " + std::to_string(number->most);
+            }
+            fault.*number->field = static_cast<unsigned long>(parsed);
+        }
+    }
+    return {};
+}
+
+std::string FaultPlan::text(Fault const& fault)
+{
+    std::string text = fault.kind;
+    text += fault.operation.empty() ? "" : " operation=" + fault.operation;
+    text += fault.object.empty() ? "" : " object=" + fault.object;
+    for (Number const& number : numbers) {
+        unsigned long const value = fault.*number.field;
+        text += value == 0 ? "" : ' ' + std::string(number.name) + '=' + std::to_string(value);
+    }
+    return text;
+}
+
+} // namespace trs::sim

@@ -1,0 +1,57 @@
+// The IP node of the simulated unit: what IpNodeClient reaches under its well-known identifier.
+#pragma once
+
+#include "clients/ip/IpNodeClient.h"
+#include "unit/EthInterface.h"
+#include "unit/Hardware.h"
+#include "unit/RoutingTable.h"
+#include "unit/WideAreaInterfaces.h"
+
+#include <map>
+#include <string>
+
+namespace trs::sim {
+
+// Owns a transport interface with two VLANs, the interface of the local management port (LMP), the ATM and multilink
+// interfaces, the routing table 0 and the hardware.
+class IpNode {
+public:
+    explicit IpNode(Inventory& inventory);
+    // Creates a VLAN, a module or a wide area interface by the class and the identifier that it is to have. False when
+    // it is none of these, or there already.
+    bool create(std::string const& id, std::string_view className);
+    // False when it is none of these.
+    bool remove(std::string const& id);
+    // What the entry of the primary address says from now on: a dotted address. Nothing changes for any other text.
+    void setPrimaryAddress(std::string const& address);
+    IpNode(IpNode const&) = delete;
+    IpNode& operator=(IpNode const&) = delete;
+
+private:
+    // An IP configuration entry.
+    struct Entry {
+        Address address{};
+        Address address2{};
+        unsigned long number = 0;
+        std::string text;
+    };
+
+    EthInterface* vlanOwner(std::string const& id, long& number);
+    void serveInterfaces();
+    void serveConfiguration();
+    void resetConfiguration();
+
+    Hardware hardware_;
+    EthInterface transport_;
+    EthInterface lmp_;
+    RoutingTable routes_;
+    std::map<std::string, Entry> entries_;
+    long mtu_ = 1500; // bytes
+    long transportMode_ = IpNodeClient::TRANSPORT_MODE_IUBIP;
+    bool answersIcmp_ = true;
+    Servant servant_;
+    WideAreaInterfaces wideArea_;
+    Managed managed_;
+};
+
+} // namespace trs::sim

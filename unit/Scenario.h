@@ -1,0 +1,37 @@
+// What a simulated unit holds, as a JSON document.
+#pragma once
+
+#include "catalogue/Value.h"
+
+#include <string>
+
+namespace trs::sim {
+
+class Unit;
+
+// {"complete": true, "seed": 0, "time": 900, "objects": {"EthIfNet:IfNet/Transport": {"getMtu": {"mtu": 1500}, ...},
+// ...},
+//  "faults": ["cut operation=IfNet.getMtu"]}
+//
+// An object has, by operation, what the operation tells; an operation that takes arguments has a list, each element
+// with the arguments as well. docs/trssim.md describes it for users.
+namespace scenario {
+
+// In a stable order: two units that tell the same give the same document. The calling thread is under the run
+// permission, as in apply().
+catalogue::Value save(Unit& unit);
+
+// Makes the unit hold what the document says. An object that the unit does not have is created, one that is null is
+// removed, and with "complete" every one that the document does not name. What an operation tells is set by the one
+// that sets it; where there is none, it tells that from then on whatever happens. Stops at the first thing that is
+// wrong: the result names it; empty when there is none.
+std::string apply(Unit& unit, catalogue::Value const& document);
+
+// apply() of what a file says. Empty, or what is wrong with the file.
+std::string load(Unit& unit, std::string const& file);
+// save() to a file, whose content is replaced as a whole or not at all. Empty, or why it cannot.
+std::string store(Unit& unit, std::string const& file);
+
+} // namespace scenario
+
+} // namespace trs::sim

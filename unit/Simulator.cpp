@@ -1,0 +1,70 @@
+#include "unit/Simulator.h"
+
+#include "unit/Scenario.h"
+#include "unit/Status.h"
+#include "unit/Unit.h"
+
+namespace trs::sim {
+
+namespace {
+
+constexpr unsigned long longestAdvance = 100UL * 24 * 60 * 60; // seconds: what the work takes grows with it
+
+} // namespace
+
+Simulator::Simulator(Unit& unit) : unit_(unit)
+{
+    serveTimeAndState();
+    serveFaults();
+}
+
+void Simulator::serveTimeAndState()
+{
+    servant_
+        .on<&SimulatorClient::getTime>([this](unsigned long& seconds) {
+            seconds = unit_.inventory().clock().now();
+            return GetClient::OK;
+        })
+        .on<&SimulatorClient::advance>([this](unsigned long const& seconds) {
+            if (seconds > longestAdvance) {
+                return RunClient::FAILED;
+            }
+            unit_.inventory().clock().advance(seconds);
+            return RunClient::OK;
+        })
+        .on<&SimulatorClient::execute>([this](std::string const& command, std::string& wrong) {
+            wrong = executor_ ? executor_(command) : "there are no commands";
+            return statusOf<RunClient>(wrong.empty());
+        })
+        .on<&SimulatorClient::getScenario>([this](std::string& scenario) {
+            scenario = catalogue::toJson(scenario::save(unit_), -1);
+            return GetClient::OK;
+        })
+        .on<&SimulatorClient::applyScenario>([this](std::string const& scenario, std::string& wrong) {
+            catalogue::Value const document = catalogue::Value::parse(scenario, nullptr, false);
+            wrong = document.is_discarded() ? "the scenario is no JSON" : scenario::apply(unit_, document);
+            return statusOf<RunClient>(wrong.empty());
+        })
+        .on<&SimulatorClient::getCallCount>([this](unsigned long& count) {
+            count = unit_.callCount();
+            return GetClient::OK;
+        });
+}
+
+void Simulator::serveFaults()
+{
+    servant_
+        .on<&SimulatorClient::inject>(
+            [this](SimulatorClient::Fault const& fault, unsigned long& number, std::string& wrong) {
+                wrong = unit_.faults().inject(fault, number);
+                return statusOf<RunClient>(wrong.empty());
+            })
+        .on<&SimulatorClient::withdraw>(
+            [this](unsigned long const& number) { return statusOf<RunClient>(unit_.faults().withdraw(number)); })
+        .on<&SimulatorClient::getFaults>([this](TipprmiSequence<SimulatorClient::NumberedFault>& faults) {
+            faults = unit_.faults().all();
+            return GetClient::OK;
+        });
+}
+
+} // namespace trs::sim
