@@ -1,5 +1,6 @@
 #include "broker/CallFailure.h"
 
+#include "broker/PrintableText.h"
 #include "platform/NmaLogHelper.h"
 
 namespace trs {
@@ -16,24 +17,6 @@ CallFailure& record()
 }
 
 } // namespace
-
-std::string printable(std::string_view text)
-{
-    constexpr std::size_t longest = 120;
-    std::string shown;
-    for (char const character : text.substr(0, longest)) {
-        auto const code = static_cast<unsigned char>(character);
-        if (code < 0x20 || code == 0x7f || code == '\\') {
-            shown += LogMakeString("\\x%02x", static_cast<unsigned>(code));
-        } else {
-            shown += character;
-        }
-    }
-    if (text.size() > longest) {
-        shown += "...";
-    }
-    return shown;
-}
 
 char const* CallFailure::effect() const
 {

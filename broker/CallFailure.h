@@ -5,7 +5,6 @@
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 namespace trs {
 
@@ -43,8 +42,5 @@ CallFailure const& lastCallFailure();
 void resetCallFailure();
 void recordCallFailure(CallFailure failure);
 void reportCallFailure(CallFailure failure);
-
-// Text that came from elsewhere, fit for a log line: of bounded length, and without control characters.
-std::string printable(std::string_view text);
 
 } // namespace trs

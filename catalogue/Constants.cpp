@@ -3,7 +3,7 @@
 #define HEADERS
 #include "catalogue/Classes.inc" // made by classes.awk
 #undef HEADERS
-#include "broker/CallFailure.h"
+#include "broker/PrintableText.h"
 
 #include <algorithm>
 #include <cctype>

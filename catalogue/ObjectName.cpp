@@ -1,7 +1,7 @@
 #include "catalogue/ObjectName.h"
 
 #include "adapter/NmiRmiAdapterClient.h"
-#include "broker/CallFailure.h"
+#include "broker/PrintableText.h"
 #include "catalogue/Class.h"
 #include "catalogue/SimulatorClient.h"
 #include "clients/ip/IpNodeClient.h"

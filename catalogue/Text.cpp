@@ -1,6 +1,6 @@
 #include "catalogue/Text.h"
 
-#include "broker/CallFailure.h"
+#include "broker/PrintableText.h"
 #include "platform/NmaLogHelper.h"
 
 #include <array>

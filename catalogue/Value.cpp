@@ -1,6 +1,6 @@
 #include "catalogue/Value.h"
 
-#include "broker/CallFailure.h"
+#include "broker/PrintableText.h"
 #include "catalogue/ObjectName.h"
 #include "platform/NmaLogHelper.h"
 #include "rmi/ResponseInfo.h"

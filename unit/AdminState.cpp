@@ -1,6 +1,6 @@
 #include "unit/AdminState.h"
 
-#include "broker/CallFailure.h"
+#include "broker/PrintableText.h"
 #include "broker/framework/QelOperations.h"
 #include "clients/services/AdminStatePolicySkeleton.h"
 #include "clients/services/AdminStateSkeleton.h"

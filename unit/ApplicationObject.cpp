@@ -1,6 +1,6 @@
 #include "unit/ApplicationObject.h"
 
-#include "broker/CallFailure.h"
+#include "broker/PrintableText.h"
 #include "rmi/ApplicationObjectSenaPolicySkeleton.h"
 #include "rmi/ApplicationObjectSkeleton.h"
 #include "unit/Journal.h"

@@ -1,6 +1,6 @@
 #include "unit/CallLog.h"
 
-#include "broker/CallFailure.h"
+#include "broker/PrintableText.h"
 #include "catalogue/MessageText.h"
 #include "catalogue/Text.h"
 #include "platform/TipprmiStream.h"

@@ -1,6 +1,6 @@
 #include "unit/FaultPlan.h"
 
-#include "broker/CallFailure.h"
+#include "broker/PrintableText.h"
 #include "catalogue/Class.h"
 
 #include <algorithm>

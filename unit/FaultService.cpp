@@ -1,6 +1,6 @@
 #include "unit/FaultService.h"
 
-#include "broker/CallFailure.h"
+#include "broker/PrintableText.h"
 #include "clients/services/FaultServiceSkeleton.h"
 #include "unit/Journal.h"
 

@@ -1,6 +1,6 @@
 #include "unit/PerformanceService.h"
 
-#include "broker/CallFailure.h"
+#include "broker/PrintableText.h"
 #include "clients/services/PerformanceServiceSkeleton.h"
 #include "unit/Journal.h"
 

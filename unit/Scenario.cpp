@@ -1,6 +1,6 @@
 #include "unit/Scenario.h"
 
-#include "broker/CallFailure.h"
+#include "broker/PrintableText.h"
 #include "catalogue/Call.h"
 #include "catalogue/ObjectName.h"
 #include "catalogue/Text.h"

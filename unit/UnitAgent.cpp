@@ -1,6 +1,6 @@
 #include "unit/UnitAgent.h"
 
-#include "broker/CallFailure.h"
+#include "broker/PrintableText.h"
 #include "platform/NmaLogHelper.h"
 #include "platform/TreflectORB.h"
 #include "unit/Journal.h"

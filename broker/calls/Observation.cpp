@@ -1,6 +1,6 @@
 #include "broker/calls/Observation.h"
 
-#include "broker/CallFailure.h"
+#include "broker/PrintableText.h"
 #include "broker/calls/Peer.h"
 #include "broker/calls/RemoteCall.h"
 #include "broker/objects/ObserverTable.h"

@@ -1,6 +1,6 @@
 #include "broker/objects/ObserverTable.h"
 
-#include "broker/CallFailure.h"
+#include "broker/PrintableText.h"
 #include "broker/objects/RunPermission.h"
 #include "platform/NmaLogHelper.h"
 #include "platform/TreflectObserver.h"

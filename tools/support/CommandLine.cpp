@@ -1,7 +1,7 @@
 #include "tools/support/CommandLine.h"
 
-#include "broker/CallFailure.h"
 #include "broker/Log.h"
+#include "broker/PrintableText.h"
 #include "broker/transport/Endpoint.h"
 #include "tools/support/ManPage.h"
 

@@ -1,6 +1,6 @@
 #include "tools/support/Console.h"
 
-#include "broker/CallFailure.h"
+#include "broker/PrintableText.h"
 
 #include <algorithm>
 #include <array>

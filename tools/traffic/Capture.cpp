@@ -1,6 +1,6 @@
 #include "tools/traffic/Capture.h"
 
-#include "broker/CallFailure.h"
+#include "broker/PrintableText.h"
 
 #include <array>
 #include <cerrno>

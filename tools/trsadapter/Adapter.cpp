@@ -2,6 +2,7 @@
 
 #include "broker/CallFailure.h"
 #include "broker/Log.h"
+#include "broker/PrintableText.h"
 #include "broker/UnitValues.h"
 #include "platform/NmaLogHelper.h"
 #include "rmi/TreflectHandlerState.h"

@@ -1,7 +1,7 @@
 #include "tools/trsadapter/Credentials.h"
 
 #include "adapter/ZYN_StringUtils.h"
-#include "broker/CallFailure.h"
+#include "broker/PrintableText.h"
 #include "platform/NmaLogHelper.h"
 
 #include <array>

@@ -4,7 +4,7 @@
 #include "adapter/ZYN_MessageNames.h"
 #include "adapter/ZYN_ParserWords.h"
 #include "adapter/ZYN_XmlParser.h"
-#include "broker/CallFailure.h"
+#include "broker/PrintableText.h"
 #include "platform/NmaLogHelper.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "tools/trsadapter/MessageLog.h"
 
 #include "adapter/ZYN_AdapterConstants.h"
-#include "broker/CallFailure.h"
+#include "broker/PrintableText.h"
 #include "catalogue/Text.h"
 #include "platform/NmaLogHelper.h"
 #include "tools/trsadapter/XmlText.h"

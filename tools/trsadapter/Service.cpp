@@ -2,7 +2,7 @@
 
 #include "adapter/ZYN_AdapterConstants.h"
 #include "adapter/ZYN_OSServices.h"
-#include "broker/CallFailure.h"
+#include "broker/PrintableText.h"
 #include "platform/NmaLogHelper.h"
 #include "tools/support/Console.h"
 

@@ -2,7 +2,7 @@
 #include "adapter/ZYN_OSServices.h"
 #include "adapter/ZYN_XmlParser.h"
 #include "broker/Broker.h"
-#include "broker/CallFailure.h"
+#include "broker/PrintableText.h"
 #include "broker/UnitValues.h"
 #include "broker/transport/Endpoint.h"
 #include "tools/support/CommandLine.h"

@@ -1,4 +1,5 @@
 // trsctl batch: many command lines, one after the other, over one connection.
+#include "broker/PrintableText.h"
 #include "catalogue/Text.h"
 #include "tools/trsctl/Program.h"
 #include "tools/trsctl/Verbs.h"

@@ -1,5 +1,5 @@
 // trsctl list and describe: what the catalogue says, without a unit.
-#include "broker/CallFailure.h"
+#include "broker/PrintableText.h"
 #include "catalogue/Class.h"
 #include "catalogue/Constants.h"
 #include "platform/NmaLogHelper.h"

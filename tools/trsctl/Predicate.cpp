@@ -1,6 +1,6 @@
 #include "tools/trsctl/Predicate.h"
 
-#include "broker/CallFailure.h"
+#include "broker/PrintableText.h"
 
 #include <algorithm>
 #include <charconv>

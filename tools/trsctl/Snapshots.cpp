@@ -1,5 +1,6 @@
 // trsctl snapshot and diff: all that a unit tells, and what two of them tell differently.
 #include "broker/Broker.h"
+#include "broker/PrintableText.h"
 #include "catalogue/Constants.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Colour.h"

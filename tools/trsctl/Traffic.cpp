@@ -1,5 +1,5 @@
 // trsctl trace, capture, decode and stats: what passes between management processes and a unit.
-#include "broker/CallFailure.h"
+#include "broker/PrintableText.h"
 #include "catalogue/Text.h"
 #include "tools/support/Colour.h"
 #include "tools/support/Console.h"

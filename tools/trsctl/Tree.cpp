@@ -1,4 +1,5 @@
 // trsctl tree: the graph of a unit's objects.
+#include "broker/PrintableText.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Colour.h"
 #include "tools/support/Console.h"

@@ -1,6 +1,7 @@
 #include "tools/trsctl/Unit.h"
 
 #include "broker/Broker.h"
+#include "broker/PrintableText.h"
 #include "catalogue/Constants.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Progress.h"

@@ -1,6 +1,6 @@
 #include "tools/trssim/UnitCommands.h"
 
-#include "broker/CallFailure.h"
+#include "broker/PrintableText.h"
 #include "catalogue/ObjectName.h"
 #include "unit/Scenario.h"
 
