@@ -6,6 +6,7 @@
 #include "broker/objects/ObserverTable.h"
 #include "broker/objects/RunPermission.h"
 #include "broker/serving/Server.h"
+#include "broker/transport/Transport.h"
 #include "platform/NmaLogHelper.h"
 
 #include <algorithm>
@@ -65,7 +66,6 @@ std::vector<std::string> Broker::endpoints() const
 std::string Broker::addPeer(std::string const& endpoint, TreflectORB const** peer)
 {
     Endpoint parsed;
-    std::vector<SocketAddress> addresses;
     if (std::string why = Endpoint::parse(endpoint, parsed); !why.empty()) {
         return why;
     }
@@ -74,8 +74,9 @@ std::string Broker::addPeer(std::string const& endpoint, TreflectORB const** pee
     }
     RunPermissionPause const waiting;
     std::lock_guard const changing(changing_);
-    asio::io_context context;
-    if (std::string why = resolve(context, parsed, addresses); !why.empty()) {
+    std::string why;
+    std::unique_ptr<Dialer> dialer = makeDialer(parsed, why);
+    if (dialer == nullptr) {
         return why;
     }
     std::string const text = parsed.text();
@@ -83,7 +84,7 @@ std::string Broker::addPeer(std::string const& endpoint, TreflectORB const** pee
     auto const known =
         std::find_if(known_.begin(), known_.end(), [&](Peer const* other) { return other->endpoint() == text; });
     Peer* const added =
-        known != known_.end() ? *known : known_.emplace_back(new Peer(text, std::move(addresses), known_.size() + 1));
+        known != known_.end() ? *known : known_.emplace_back(new Peer(text, std::move(dialer), known_.size() + 1));
     if (std::find(peers_.begin(), peers_.end(), added) == peers_.end()) {
         added->open();
         peers_.push_back(added);

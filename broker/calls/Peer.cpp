@@ -19,8 +19,8 @@ constexpr std::int64_t restMilliseconds = 10;
 
 } // namespace
 
-Peer::Peer(std::string endpoint, std::vector<SocketAddress> addresses, unsigned long number)
-    : endpoint_(std::move(endpoint)), connector_(std::move(addresses)), number_(number)
+Peer::Peer(std::string endpoint, std::unique_ptr<Dialer> dialer, unsigned long number)
+    : endpoint_(std::move(endpoint)), connector_(std::move(dialer)), number_(number)
 {
     idle_.reserve(mostIdle);
 }

@@ -26,7 +26,7 @@ public:
     // Every broker but the process's own is a Peer. Const tells proxies to leave it alone, no more.
     static Peer& of(TreflectORB const& orb) { return const_cast<Peer&>(static_cast<Peer const&>(orb)); }
 
-    Peer(std::string endpoint, std::vector<SocketAddress> addresses, unsigned long number);
+    Peer(std::string endpoint, std::unique_ptr<Dialer> dialer, unsigned long number);
 
     std::string const& endpoint() const { return endpoint_; }
     unsigned long number() const { return number_; }

@@ -1,6 +1,7 @@
 #include "broker/serving/Server.h"
 
 #include "broker/objects/RunPermission.h"
+#include "broker/transport/Transport.h"
 #include "platform/NmaLogHelper.h"
 
 #include <asio/executor_work_guard.hpp>
@@ -33,7 +34,7 @@ Server::~Server()
 
 std::string Server::listen(Endpoint const& endpoint)
 {
-    auto listener = std::make_unique<Listener>(context_, endpoint);
+    auto listener = makeListener(context_, endpoint);
     if (std::string why = listener->open(); !why.empty()) {
         return why;
     }
@@ -48,7 +49,7 @@ std::string Server::listen(Endpoint const& endpoint)
         }
     }
     asio::post(context_, [this, text, started = listener.get()] {
-        started->start([this, text](int descriptor) { admit(descriptor, text); });
+        started->start([this, text](std::unique_ptr<Channel> channel) { admit(std::move(channel), text); });
     });
     listeners_.push_back(std::move(listener));
     return {};
@@ -64,9 +65,9 @@ std::vector<std::string> Server::endpoints() const
 }
 
 // On the accepting thread.
-void Server::admit(int descriptor, std::string const& endpoint)
+void Server::admit(std::unique_ptr<Channel> channel, std::string const& endpoint)
 {
-    auto connection = std::make_unique<ServerConnection>(descriptor, endpoint, tap_);
+    auto connection = std::make_unique<ServerConnection>(std::move(channel), endpoint, tap_);
     removeEnded();
     std::lock_guard const lock(mutex_);
     if (handlers_.size() >= mostConnections) {

@@ -5,6 +5,8 @@
 #include "broker/serving/ServerConnection.h"
 #include "broker/transport/Listener.h"
 
+#include <asio/io_context.hpp>
+
 #include <list>
 #include <memory>
 #include <mutex>
@@ -34,7 +36,7 @@ private:
         Thread thread;
     };
 
-    void admit(int descriptor, std::string const& endpoint);
+    void admit(std::unique_ptr<Channel> channel, std::string const& endpoint);
     void removeEnded();
 
     ServerTap* const tap_; // null: none

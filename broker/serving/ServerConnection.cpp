@@ -34,8 +34,8 @@ void finishReply(TipprmiStream& reply, ReplyStatus status, std::uint32_t number)
 
 } // namespace
 
-ServerConnection::ServerConnection(int descriptor, std::string endpoint, ServerTap* tap)
-    : endpoint_(std::move(endpoint)), tap_(tap), connection_(descriptor), lastStub_(StubTable::unbound())
+ServerConnection::ServerConnection(std::unique_ptr<Channel> channel, std::string endpoint, ServerTap* tap)
+    : endpoint_(std::move(endpoint)), tap_(tap), connection_(std::move(channel)), lastStub_(StubTable::unbound())
 {
 }
 

@@ -17,7 +17,7 @@ namespace trs {
 class ServerConnection {
 public:
     // `tap` may be null.
-    ServerConnection(int descriptor, std::string endpoint, ServerTap* tap);
+    ServerConnection(std::unique_ptr<Channel> channel, std::string endpoint, ServerTap* tap);
     ~ServerConnection();
 
     // Returns when the connection has ended.

@@ -1,25 +1,20 @@
-// One connected socket between two brokers.
+// One connection between two brokers.
 #pragma once
 
-#include "broker/Deadline.h"
-#include "broker/machine/BusyWait.h"
-#include "platform/TipprmiStream.h"
+#include "broker/framing/Assembler.h"
+#include "broker/transport/Channel.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <sys/types.h>
+#include <memory>
 
 namespace trs {
 
-// Transfers messages in blocking mode: in the usual case one system call for each. One thread sends and one thread
-// receives at a time; shutDown() may come from any.
+// Transfers messages over a channel. One thread sends and one thread receives at a time; what ends it may come from
+// any.
 class Connection {
 public:
-    enum class Sent {
-        all,
-        nothing, // the connection was lost before a byte was taken
-        part,    // lost, or the deadline passed, in the middle
-    };
+    using Sent = Channel::Sent;
     enum class Received {
         message,
         timedOut,
@@ -28,15 +23,14 @@ public:
         malformed, // what arrives is no message
     };
 
-    // Owns the descriptor.
-    explicit Connection(int descriptor);
-    Connection(Connection const&) = delete;
-    Connection& operator=(Connection const&) = delete;
-    ~Connection();
+    explicit Connection(std::unique_ptr<Channel> channel) : channel_(std::move(channel)) {}
 
-    Sent send(unsigned char const* bytes, std::size_t length, Deadline& deadline);
+    Sent send(unsigned char const* bytes, std::size_t length, Deadline& deadline)
+    {
+        return channel_->send(bytes, length, deadline);
+    }
     // Sends without ever waiting. How much was taken.
-    std::size_t sendSome(TipprmiStream const& message);
+    std::size_t sendSome(TipprmiStream const& message) { return channel_->sendSome(message.data(), message.size()); }
     // False when not everything was taken at once; the connection is of no use then.
     bool sendNow(TipprmiStream const& message) { return sendSome(message) == message.size(); }
     // Replaces the content of `message` by the next message.
@@ -47,9 +41,11 @@ public:
     Received receiveBytes(unsigned char* bytes, std::size_t length, Deadline& deadline);
 
     // Ends the transfer in both directions; who waits in this connection returns.
-    void shutDown();
+    void shutDown() { channel_->shutDown(); }
+    // Receives nothing more; what is to be sent still is.
+    void endReceiving() { channel_->endReceiving(); }
     // Whether the peer has closed an idle connection, or sent what nobody asked for.
-    bool isStale() const;
+    bool isStale() const { return assembler_.isAhead() || channel_->isStale(); }
 
     // Numbers the messages that ask for an answer.
     std::uint32_t nextNumber() { return ++lastNumber_; }
@@ -59,18 +55,11 @@ public:
 
 private:
     Received receive(TipprmiStream& message, Deadline* deadline);
-    Received receiveFirst(unsigned char* place, std::size_t room, Deadline* deadline, std::size_t& count);
-    Received receiveMore(unsigned char* place, std::size_t room, Deadline const& deadline, std::size_t& count);
-    bool waitFor(short events, Deadline const& deadline) const;
-    void setReceiveTimeout(int milliseconds);
 
-    int const descriptor_;
-    int receiveTimeout_ = 0; // what the socket has; 0: none
+    std::unique_ptr<Channel> const channel_;
+    Assembler assembler_;
     std::uint32_t lastNumber_ = 0;
     std::int64_t lastUse_ = 0;
-    std::size_t lastLength_ = 0;
-    BusyWait busyWait_;
-    TipprmiStream ahead_{0}; // received beyond the last message
 };
 
 } // namespace trs

@@ -1,28 +1,26 @@
-// The way to one endpoint.
+// Connections to one endpoint.
 #pragma once
 
-#include "broker/transport/Address.h"
 #include "broker/transport/Connection.h"
+#include "broker/transport/Dialer.h"
 
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace trs {
 
 class Connector {
 public:
-    explicit Connector(std::vector<SocketAddress> addresses) : addresses_(std::move(addresses)) {}
+    explicit Connector(std::unique_ptr<Dialer> dialer) : dialer_(std::move(dialer)) {}
 
     // A connection whose greetings are exchanged, or null and why; `deadline.remaining()` tells whether it was the
-    // time. Addresses are tried in their order.
+    // time.
     std::unique_ptr<Connection> connect(Deadline& deadline, std::string& why) const;
 
 private:
-    static int openSocket(SocketAddress const& address, Deadline const& deadline, std::string& why);
     static bool greet(Connection& connection, Deadline& deadline, std::string& why);
 
-    std::vector<SocketAddress> const addresses_;
+    std::unique_ptr<Dialer> const dialer_;
 };
 
 } // namespace trs

@@ -44,8 +44,17 @@ std::string Endpoint::parse(std::string const& text, Endpoint& endpoint)
         endpoint = {Kind::local, std::string(rest), {}, 0};
         return {};
     }
+    if (rest.starts_with("memory:")) {
+        rest.remove_prefix(7);
+        if (rest.empty()) {
+            return LogMakeString("endpoint '%s' has no name", text.c_str());
+        }
+        endpoint = {Kind::memory, std::string(rest), {}, 0};
+        return {};
+    }
     if (!rest.starts_with("tcp:")) {
-        return LogMakeString("endpoint '%s' is none of unix:PATH, tcp:PORT and tcp:HOST:PORT", text.c_str());
+        return LogMakeString("endpoint '%s' is none of unix:PATH, tcp:PORT, tcp:HOST:PORT and memory:NAME",
+                             text.c_str());
     }
     rest.remove_prefix(4);
     Endpoint parsed{Kind::tcp, {}, "127.0.0.1", 0};
@@ -76,6 +85,9 @@ std::string Endpoint::text() const
 {
     if (kind == Kind::local) {
         return "unix:" + path;
+    }
+    if (kind == Kind::memory) {
+        return "memory:" + path;
     }
     bool const isV6 = host.find(':') != std::string::npos;
     return "tcp:" + (isV6 ? "[" + host + "]" : host) + ":" + std::to_string(port);

@@ -6,12 +6,13 @@
 
 namespace trs {
 
-// `unix:PATH`, `tcp:HOST:PORT` or `tcp:PORT`, which is 127.0.0.1. A numeric IPv6 host stands in brackets.
+// `unix:PATH`, `tcp:HOST:PORT` or `tcp:PORT`, which is 127.0.0.1, or `memory:NAME`, which this process alone reaches. A
+// numeric IPv6 host stands in brackets.
 struct Endpoint {
-    enum class Kind { local, tcp };
+    enum class Kind { local, tcp, memory };
 
     Kind kind = Kind::local;
-    std::string path;
+    std::string path; // of `memory`: the name
     std::string host;
     std::uint16_t port = 0;
 

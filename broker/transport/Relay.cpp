@@ -1,138 +1,161 @@
 #include "broker/transport/Relay.h"
 
-#include "broker/transport/Address.h"
-#include "broker/transport/Listener.h"
+#include "broker/machine/Thread.h"
+#include "broker/transport/Transport.h"
 
-#include <asio/buffer.hpp>
-#include <asio/connect.hpp>
-#include <asio/generic/stream_protocol.hpp>
-#include <asio/io_context.hpp>
-#include <asio/ip/tcp.hpp>
+#include <asio/executor_work_guard.hpp>
 #include <asio/signal_set.hpp>
 #include <asio/steady_timer.hpp>
-#include <asio/write.hpp>
 
 #include <array>
+#include <atomic>
 #include <csignal>
-#include <sys/socket.h>
-#include <unistd.h>
-#include <vector>
+#include <list>
+#include <mutex>
 
 namespace trs {
-
-namespace {
-
-// Of an accepted connection.
-asio::generic::stream_protocol protocolOf(int descriptor)
-{
-    int family = AF_UNIX;
-    socklen_t size = sizeof family;
-    ::getsockopt(descriptor, SOL_SOCKET, SO_DOMAIN, &family, &size);
-    return {family, 0};
-}
-
-} // namespace
 
 class Relay::Parts {
 public:
     Parts(Endpoint listen, Endpoint itsServer, Tap itsTap, Complain itsComplain)
         : server(std::move(itsServer)), tap(std::move(itsTap)), complain(std::move(itsComplain)),
-          listener(context, std::move(listen)), signals(context), timer(context)
+          listener(makeListener(context, listen)), signals(context), timer(context)
     {
+    }
+
+    // On any thread.
+    void tell(std::uint32_t connection, Direction direction, std::string_view bytes)
+    {
+        std::lock_guard const lock(telling);
+        isOver = isOver || !tap(connection, direction, bytes);
+    }
+    void stopIfOver()
+    {
+        if (isOver) {
+            context.stop();
+        }
     }
 
     asio::io_context context{1};
     Endpoint const server;
-    std::vector<SocketAddress> addresses;
+    std::unique_ptr<Dialer> dialer;
     Tap const tap;
     Complain const complain;
-    Listener listener;
+    std::unique_ptr<Listener> listener;
     asio::signal_set signals;
     asio::steady_timer timer;
+    std::mutex telling;
+    std::atomic<bool> isOver = false; // the tap has had enough
     std::uint32_t connections = 0;
+    std::list<Pair> pairs;
 };
 
-// One connection, with its other half.
-class Relay::Pair : public std::enable_shared_from_this<Pair> {
+// One connection, with its other half: a thread for each direction.
+class Relay::Pair {
 public:
-    Pair(Parts& parts, int descriptor)
-        : parts_(parts), number_(++parts.connections), client_(parts.context), server_(parts.context)
+    Pair(Parts& parts, std::unique_ptr<Channel> client)
+        : parts_(parts), number_(++parts.connections), client_(std::move(client))
     {
-        asio::error_code error;
-        client_.assign(protocolOf(descriptor), descriptor, error);
-        if (error) {
-            ::close(descriptor);
-        }
+    }
+    Pair(Pair const&) = delete;
+    Pair& operator=(Pair const&) = delete;
+    ~Pair()
+    {
+        end();
+        toServer_.join();
     }
 
     void start()
     {
-        asio::async_connect(server_, parts_.addresses,
-                            [self = shared_from_this()](asio::error_code const& error, SocketAddress const&) {
-                                if (error) {
-                                    self->parts_.complain(self->parts_.server.text() +
-                                                          " is not reached: " + error.message());
-                                    return;
-                                }
-                                self->carryAtOnce();
-                                self->carry(Direction::toServer);
-                                self->carry(Direction::fromServer);
-                            });
+        if (!toServer_.start([this] { run(); })) {
+            parts_.complain("a connection is not carried on: no thread could be started");
+            ended_ = 2;
+        }
     }
+    bool isEnded() const { return ended_ == 2; }
 
 private:
-    using Socket = asio::generic::stream_protocol::socket;
-
-    // Not by configureSocket(), which has the socket block.
-    void carryAtOnce()
+    // Which ends what waits for it.
+    void end()
     {
-        asio::error_code ignored; // a local socket has no such option
-        client_.set_option(asio::ip::tcp::no_delay(true), ignored);
-        server_.set_option(asio::ip::tcp::no_delay(true), ignored);
+        std::lock_guard const lock(mutex_);
+        isEnding_ = true;
+        client_->shutDown();
+        if (server_ != nullptr) {
+            server_->shutDown();
+        }
+    }
+    bool connect()
+    {
+        Deadline deadline;
+        std::string why;
+        std::unique_ptr<Channel> channel;
+        for (std::size_t way = 0; channel == nullptr && way < parts_.dialer->ways(); ++way) {
+            channel = parts_.dialer->dial(way, deadline, why);
+        }
+        if (channel == nullptr) {
+            parts_.complain(parts_.server.text() + " is not reached: " + why);
+            return false;
+        }
+        std::lock_guard const lock(mutex_);
+        server_ = std::move(channel);
+        return !isEnding_;
+    }
+    void run()
+    {
+        Thread fromServer;
+        if (!connect()) {
+            client_->shutDown();
+            ended_ = 2;
+            return;
+        }
+        if (fromServer.start([this] { carry(Direction::fromServer); })) {
+            carry(Direction::toServer);
+        } else {
+            parts_.complain("a connection is not carried on: no thread could be started");
+            end();
+            ended_ = 1;
+        }
+        fromServer.join();
     }
     void carry(Direction direction)
     {
         bool const isToServer = direction == Direction::toServer;
-        Socket& from = isToServer ? client_ : server_;
-        Socket& to = isToServer ? server_ : client_;
-        auto& room = isToServer ? toServer_ : fromServer_;
-        from.async_read_some(asio::buffer(room), [self = shared_from_this(), direction, &to,
-                                                  &room](asio::error_code const& error, std::size_t count) {
-            if (error) {
-                self->endDirection(direction, error);
-                return;
+        Channel& from = isToServer ? *client_ : *server_;
+        Channel& to = isToServer ? *server_ : *client_;
+        std::array<unsigned char, 65536> room;
+        for (;;) {
+            std::size_t count = 0;
+            Channel::Received const received = from.receive(room.data(), room.size(), nullptr, count);
+            if (received == Channel::Received::closed) {
+                to.endSending(); // the other direction may still have something to carry
+                break;
             }
-            bool const goesOn = self->parts_.tap(self->number_, direction, {room.data(), count});
-            asio::async_write(to, asio::buffer(room.data(), count),
-                              [self, direction, goesOn](asio::error_code const& failure, std::size_t /*count*/) {
-                                  if (!goesOn) {
-                                      self->parts_.context.stop();
-                                  }
-                                  failure ? self->endDirection(direction, failure) : self->carry(direction);
-                              });
-        });
-    }
-    // Passes the end of one direction on; the other may still have something to carry.
-    void endDirection(Direction direction, asio::error_code const& why)
-    {
-        asio::error_code ignored;
-        if (why == asio::error::eof) {
-            (direction == Direction::toServer ? server_ : client_).shutdown(Socket::shutdown_send, ignored);
-        } else {
-            client_.close(ignored);
-            server_.close(ignored);
+            if (received != Channel::Received::some) {
+                end();
+                break;
+            }
+            parts_.tell(number_, direction, {reinterpret_cast<char const*>(room.data()), count});
+            Deadline patient(std::chrono::milliseconds::max());
+            if (to.send(room.data(), count, patient) != Channel::Sent::all) {
+                end();
+                break;
+            }
+            parts_.stopIfOver();
         }
-        if (!parts_.tap(number_, direction, {})) {
-            parts_.context.stop();
-        }
+        parts_.tell(number_, direction, {});
+        parts_.stopIfOver();
+        ++ended_;
     }
 
     Parts& parts_;
     std::uint32_t const number_;
-    Socket client_;
-    Socket server_;
-    std::array<char, 65536> toServer_;
-    std::array<char, 65536> fromServer_;
+    std::mutex mutex_;
+    std::unique_ptr<Channel> const client_;
+    std::unique_ptr<Channel> server_;
+    bool isEnding_ = false;
+    std::atomic<int> ended_ = 0; // of the two directions
+    Thread toServer_;
 };
 
 Relay::Relay(Endpoint listen, Endpoint server, Tap tap, Complain complain)
@@ -144,16 +167,20 @@ Relay::~Relay() = default;
 
 std::string Relay::open()
 {
-    std::string why = resolve(parts_->context, parts_->server, parts_->addresses);
-    return why.empty() ? parts_->listener.open() : why;
+    std::string why;
+    parts_->dialer = makeDialer(parts_->server, why);
+    return parts_->dialer != nullptr ? parts_->listener->open() : why;
 }
 
-std::string Relay::endpoint() const { return parts_->listener.endpoint().text(); }
+std::string Relay::endpoint() const { return parts_->listener->endpoint().text(); }
 
 void Relay::run(std::optional<std::chrono::milliseconds> time)
 {
     Parts& parts = *parts_;
-    parts.listener.start([&parts](int descriptor) { std::make_shared<Pair>(parts, descriptor)->start(); });
+    parts.listener->start([&parts](std::unique_ptr<Channel> channel) {
+        parts.pairs.remove_if([](Pair const& pair) { return pair.isEnded(); });
+        parts.pairs.emplace_back(parts, std::move(channel)).start();
+    });
     asio::error_code ignored;
     parts.signals.add(SIGINT, ignored);
     parts.signals.add(SIGTERM, ignored);
@@ -166,7 +193,9 @@ void Relay::run(std::optional<std::chrono::milliseconds> time)
             }
         });
     }
+    auto const keepRunning = asio::make_work_guard(parts.context);
     parts.context.run();
+    parts.pairs.clear();
 }
 
 } // namespace trs

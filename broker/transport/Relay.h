@@ -19,7 +19,8 @@ enum class Direction { toServer, fromServer };
 class Relay {
 public:
     // Is told of bytes that pass, before they are passed on; connections are numbered from 1 on. In the end it is told
-    // of none, once for each direction. False ends the relay, once these bytes are passed on.
+    // of none, once for each direction. False ends the relay, once these bytes are passed on. It is told on several
+    // threads, one at a time.
     using Tap = std::function<bool(std::uint32_t connection, Direction direction, std::string_view bytes)>;
 
     // Is told why a connection could not be carried on, as the server is not reached.

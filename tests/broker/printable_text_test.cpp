@@ -9,7 +9,7 @@ TEST(PrintableText, KeepsCharactersWholeAndControlsFromTheTerminal)
 {
     std::pair<std::string, std::string> const cases[] = {
         {"eth0 \xc3\xa4\xe2\x82\xac\xf0\x9f\x93\xa1", "eth0 \xc3\xa4\xe2\x82\xac\xf0\x9f\x93\xa1"},
-        {std::string("a\0b\n\x1b[2J\x7f\\", 11), "a\\x00b\\x0a\\x1b[2J\\x7f\\x5c"},
+        {std::string("a\0b\n\x1b[2J\x7f\\", 10), "a\\x00b\\x0a\\x1b[2J\\x7f\\x5c"},
         {"\xc2\x9b"
          "2J\xc2\x85\xc2\xa0",
          "\\xc2\\x9b2J\\xc2\\x85\xc2\xa0"}, // C1: CSI and NEL; a no-break space is none

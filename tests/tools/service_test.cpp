@@ -115,7 +115,7 @@ TEST_F(Serving, FollowsTheUnit)
     child.readUntil("applied 10.0.0.8");
     EXPECT_THAT(curl("metrics").body, HasSubstr("public_address=\"10.0.0.8\""));
     sim->does("announce \"\xff\x1b\"");
-    child.readUntil("applied \xff\\x1b");
+    child.readUntil("applied \\xff\\x1b");
     EXPECT_THAT(curl("health").body, HasSubstr("\"publicAddress\": \"\xef\xbf\xbd\\u001b\""));
 
     sim.reset();

@@ -1,5 +1,6 @@
-#include "broker/transport/Listener.h"
+#include "broker/transport/SocketListener.h"
 
+#include "broker/transport/SocketChannel.h"
 #include "platform/NmaLogHelper.h"
 
 #include <asio/ip/tcp.hpp>
@@ -33,12 +34,12 @@ std::uint16_t portOf(SocketAddress const& address)
 
 } // namespace
 
-Listener::Listener(asio::io_context& context, Endpoint endpoint)
+SocketListener::SocketListener(asio::io_context& context, Endpoint endpoint)
     : endpoint_(std::move(endpoint)), acceptor_(context), pause_(context)
 {
 }
 
-Listener::~Listener()
+SocketListener::~SocketListener()
 {
     struct stat present {};
     if (hasSocketFile_ && ::lstat(endpoint_.path.c_str(), &present) == 0 && present.st_ino == socketFile_.st_ino &&
@@ -47,12 +48,12 @@ Listener::~Listener()
     }
 }
 
-std::string Listener::failure(asio::error_code const& error) const
+std::string SocketListener::failure(asio::error_code const& error) const
 {
     return LogMakeString("endpoint '%s' cannot be served: %s", endpoint_.text().c_str(), error.message().c_str());
 }
 
-std::string Listener::open()
+std::string SocketListener::open()
 {
     std::vector<SocketAddress> addresses;
     auto& context = static_cast<asio::io_context&>(acceptor_.get_executor().context());
@@ -69,7 +70,7 @@ std::string Listener::open()
 }
 
 // A socket file that nobody listens on was left by a process that ended without removing it.
-bool Listener::removeStaleSocket(SocketAddress const& address, std::string& why) const
+bool SocketListener::removeStaleSocket(SocketAddress const& address, std::string& why) const
 {
     char const* const path = endpoint_.path.c_str();
     struct stat present {};
@@ -93,7 +94,7 @@ bool Listener::removeStaleSocket(SocketAddress const& address, std::string& why)
     return true;
 }
 
-std::string Listener::openLocal(SocketAddress const& address)
+std::string SocketListener::openLocal(SocketAddress const& address)
 {
     // The file gets the socket's mode when it is made: nobody else can connect in between.
     ::fchmod(acceptor_.native_handle(), S_IRUSR | S_IWUSR);
@@ -113,7 +114,7 @@ std::string Listener::openLocal(SocketAddress const& address)
     return error ? failure(error) : std::string();
 }
 
-std::string Listener::openTcp(SocketAddress const& address)
+std::string SocketListener::openTcp(SocketAddress const& address)
 {
     asio::error_code error;
     acceptor_.set_option(Acceptor::reuse_address(true), error);
@@ -131,13 +132,13 @@ std::string Listener::openTcp(SocketAddress const& address)
     return {};
 }
 
-void Listener::start(Admit admit)
+void SocketListener::start(Admit admit)
 {
     admit_ = std::move(admit);
     accept();
 }
 
-void Listener::accept()
+void SocketListener::accept()
 {
     acceptor_.async_accept([this](asio::error_code accepting, asio::generic::stream_protocol::socket socket) {
         if (accepting == asio::error::operation_aborted) {
@@ -165,7 +166,7 @@ void Listener::accept()
             int const descriptor = socket.release(releasing);
             if (!releasing) {
                 configureSocket(descriptor, endpoint_.kind == Endpoint::Kind::local ? AF_UNIX : AF_INET);
-                admit_(descriptor);
+                admit_(std::make_unique<SocketChannel>(descriptor));
             }
         }
         accept();

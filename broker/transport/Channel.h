@@ -1,0 +1,54 @@
+// The bytes between two brokers, whatever carries them.
+#pragma once
+
+#include "broker/Deadline.h"
+
+#include <cstddef>
+
+namespace trs {
+
+// A stream of bytes in each direction, which arrive whole and in order, or not at all. One thread sends and one
+// receives at a time; what ends it may come from any.
+class Channel {
+public:
+    enum class Sent {
+        all,
+        nothing, // the channel was lost before a byte was taken
+        part,    // lost, or the deadline passed, in the middle
+    };
+    enum class Received {
+        some,
+        timedOut,
+        closed, // by the other side, in an orderly way
+        lost,
+    };
+
+    Channel(Channel const&) = delete;
+    Channel& operator=(Channel const&) = delete;
+    // Shuts it down.
+    virtual ~Channel() = default;
+
+    // Sends all, waiting for the other side to take it.
+    virtual Sent send(unsigned char const* bytes, std::size_t length, Deadline& deadline) = 0;
+    // Sends what fits, without waiting. How much was taken.
+    virtual std::size_t sendSome(unsigned char const* bytes, std::size_t length) = 0;
+    // Receives what there is, `room` bytes at most, into `place`; waits for the first, for ever without a deadline. For
+    // what begins when it pleases the other side: the thread may wait awake for a moment.
+    virtual Received receive(unsigned char* place, std::size_t room, Deadline* deadline, std::size_t& count) = 0;
+    // The same for the rest of what has begun to arrive.
+    virtual Received receiveRest(unsigned char* place, std::size_t room, Deadline const& deadline,
+                                 std::size_t& count) = 0;
+    // Whether the other side has closed it, or sent something that was not received.
+    virtual bool isStale() const = 0;
+    // Tells the other side that nothing more will be sent; it may still send.
+    virtual void endSending() = 0;
+    // Takes nothing more: who waits in receive() returns. What is to be sent still is.
+    virtual void endReceiving() = 0;
+    // Ends it in both directions; who waits in it returns.
+    virtual void shutDown() = 0;
+
+protected:
+    Channel() = default;
+};
+
+} // namespace trs

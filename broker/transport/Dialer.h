@@ -1,0 +1,27 @@
+// The ways to one endpoint, whatever its transport.
+#pragma once
+
+#include "broker/transport/Channel.h"
+
+#include <cstddef>
+#include <memory>
+#include <string>
+
+namespace trs {
+
+class Dialer {
+public:
+    Dialer(Dialer const&) = delete;
+    Dialer& operator=(Dialer const&) = delete;
+    virtual ~Dialer() = default;
+
+    // How many ways there are, such as the addresses of a host; they are tried in their order.
+    virtual std::size_t ways() const = 0;
+    // A channel by that way, or null and why.
+    virtual std::unique_ptr<Channel> dial(std::size_t way, Deadline& deadline, std::string& why) const = 0;
+
+protected:
+    Dialer() = default;
+};
+
+} // namespace trs

@@ -1,0 +1,21 @@
+// From an endpoint to what its transport brings. A new transport is a pair of files with a channel, a listener and a
+// dialer, its word in Endpoint, and its lines in Transport.cpp.
+#pragma once
+
+#include "broker/transport/Dialer.h"
+#include "broker/transport/Endpoint.h"
+#include "broker/transport/Listener.h"
+
+#include <asio/io_context.hpp>
+
+#include <memory>
+#include <string>
+
+namespace trs {
+
+std::unique_ptr<Listener> makeListener(asio::io_context& context, Endpoint const& endpoint);
+// Null, and why, when there is no way to the endpoint. Names are looked up here and never during a call, because a
+// look-up knows no deadline.
+std::unique_ptr<Dialer> makeDialer(Endpoint const& endpoint, std::string& why);
+
+} // namespace trs
