@@ -78,7 +78,7 @@ TEST_F(Serving, SaysWhatIsWrongWithADocument)
         {message("<a>"), "mismatched tag at line 1"},
         {"<other><LoginRequest/></other>", "no message in /BTSMessage"},
         {"<BTSMessage><BTSMessageHdr/></BTSMessage>", "no message in /BTSMessage"},
-        {"<!DOCTYPE b [<!ENTITY a 'x'><!ENTITY b '&a;&a;'>" + std::string(5000, ' ') + "]>" + message("<a>&b;</a>"),
+        {"<!DOCTYPE b [<!ENTITY a 'x'><!ENTITY b '" + std::string(5000, 'a') + "'>]>" + message("<a>&b;</a>"),
          "parsing aborted at line 1"},
     };
     for (auto const& [document, reason] : cases) {
