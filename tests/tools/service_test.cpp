@@ -102,6 +102,11 @@ TEST_F(Serving, ServesNothingButItsPaths)
     EXPECT_EQ(post(std::string(1001, ' ')).status, 413);
     EXPECT_EQ(post(std::string(100'000, ' '), "", {"--header", "Transfer-Encoding: chunked"}).status, 413);
     EXPECT_EQ(post(std::string(1000, ' ')).status, 400);
+    for (char const* const type : {"multipart/form-data; boundary=x", "Multipart/Form-Data", "multipart/mixed"}) {
+        Reply const several = post("--x\r\n\r\n--x--", "", {"--header", std::string("Content-Type: ") + type});
+        EXPECT_EQ(several.status, 415) << type;
+        EXPECT_THAT(several.head, Not(HasSubstr("EXCEPTION_WHAT")));
+    }
 }
 
 TEST_F(Serving, FollowsTheUnit)
