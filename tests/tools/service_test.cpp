@@ -184,6 +184,29 @@ TEST_F(Serving, LogsEveryMessageAndAlarmButNoPassword)
     EXPECT_EQ(log("ruem_wbts_4711.xml.gz.1"), text);
 }
 
+TEST_F(Serving, LogsNoMoreOfADocumentThanItsClientMayWrite)
+{
+    Unit sim = unit();
+    std::string const filler(50'000, '"'); // each takes six bytes in the log
+    {
+        Adapter child = serve({"--max-body", "100000"});
+        post(filler);
+        post(message("<_seqNumber>" + filler + "</_seqNumber>"));
+        EXPECT_EQ(post(login("anna", "wrong" + filler)).status, 401);
+        std::string const session = post(login("anna", "secret")).session;
+        post(operation("supervision") + filler, session);
+        child.signal(SIGTERM);
+        EXPECT_EQ(child.waitForExit(), 0);
+    }
+    std::string const text = log();
+    EXPECT_THAT(text, AllOf(HasSubstr("status=\"400\" length=\"50000\">&quot;"), HasSubstr("length=\"50")));
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        bool const isStrangers = line.find("user=\"anna\"") == std::string::npos;
+        EXPECT_LT(line.size(), isStrangers ? 4096 + 200 : 100'000 + 200) << line.substr(0, 200);
+    }
+}
+
 TEST_F(Serving, EndsTheSessionWhenItsOperatorSays)
 {
     Unit sim = unit();
