@@ -157,6 +157,10 @@ TEST_F(Serving, LogsEveryMessageAndAlarmButNoPassword)
         Adapter child = serve();
         EXPECT_TRUE(child.writeLine("alarm 1,2"));
         child.readUntil("accepted");
+        EXPECT_TRUE(child.writeLine("alarm 7,7"));
+        child.readUntil("invalid");
+        EXPECT_THAT(curl("metrics").body, AllOf(HasSubstr("trsadapter_alarms_total{outcome=\"accepted\"} 1\n"),
+                                                HasSubstr("trsadapter_alarm_failures_total{reason=\"invalid\"} 1\n")));
         post(login("anna", "sesame"));
         std::string const session = post(login("anna", "secret")).session;
         for (int i = 0; i < 20; ++i) {

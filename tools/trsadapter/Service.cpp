@@ -63,7 +63,7 @@ Service::Service(Options const& options)
                     log_.add("address", {{"applied", address}});
                 },
                 [this](Adapter::Alarm const& alarm, Adapter::Outcome const& outcome) {
-                    metrics_.countAlarm(outcome.isAccepted);
+                    metrics_.countAlarm(outcome.failure);
                     log_.add("alarm", {{"type", std::to_string(alarm.type)},
                                        {"state", std::to_string(alarm.state)},
                                        {"outcome", outcome.text}});
