@@ -64,6 +64,19 @@ NmiRmiAdapterClient* NmiRmiInterface::getNmiRmiAdapterClient()
 
 bool NmiRmiInterface::sendAlarm(NmiRmiAdapterClient::AlarmInfo const& alarm)
 {
+    bool wasReached = false;
+    return sendAlarm(alarm, wasReached);
+}
+
+bool NmiRmiInterface::sendAlarm(NmiRmiAdapterClient::AlarmInfo const& alarm, bool& wasReached)
+{
     TreflectHandlerState const handlerState;
-    return isUsable(client, 6, __func__, __LINE__) && client->sendAlarmRmi(alarm);
+    wasReached = isUsable(client, 6, __func__, __LINE__);
+    return wasReached && client->sendAlarmRmi(alarm);
+}
+
+bool NmiRmiInterface::isConnected() const
+{
+    TreflectHandlerState const handlerState;
+    return client != nullptr && client->isConnected();
 }

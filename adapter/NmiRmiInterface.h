@@ -22,6 +22,10 @@ public:
     NmiRmiAdapterClient* getNmiRmiAdapterClient();
     // Sends an alarm. The agent's answer; false when it cannot be reached.
     bool sendAlarm(NmiRmiAdapterClient::AlarmInfo const& alarm);
+    // The same; `wasReached` tells whether the agent could be reached, so that it was sent.
+    bool sendAlarm(NmiRmiAdapterClient::AlarmInfo const& alarm, bool& wasReached);
+    // Whether the agent can be reached. Logs nothing.
+    bool isConnected() const;
 
 private:
     NmiRmiAdapterClient* client = nullptr;

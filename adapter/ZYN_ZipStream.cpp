@@ -19,14 +19,15 @@ ZYN_ZipStream& ZYN_ZipStream::read(char* buffer, unsigned int length)
 
 ZYN_ZipStream& ZYN_ZipStream::write(char* buffer, unsigned int length)
 {
-    gzwrite(handle, buffer, length);
+    hasFailed = (gzwrite(handle, buffer, length) == 0 && length != 0) || hasFailed;
     return *this;
 }
 
 void ZYN_ZipStream::close()
 {
     if (handle != nullptr) {
-        gzclose(handle);
+        int const outcome = gzclose(handle);
+        hasFailed = hasFailed || (outcome != Z_OK && outcome != Z_BUF_ERROR); // the latter of a file read in part
         handle = nullptr;
         lastCount = 0;
     }

@@ -43,12 +43,17 @@ public:
         c = static_cast<char>(handle != nullptr ? gzgetc(handle) : -1);
         return *this;
     }
-    // Writes `length` bytes, at most the int range. Nothing tells of an error, such as a full disk.
+    // Writes `length` bytes, at most the int range; fail() tells of an error.
     ZYN_ZipStream& write(char* buffer, unsigned int length);
     // Completes and closes the file: only then has all that was written reached it. A closed stream stays as it is.
     void close();
+    // Whether something that was written is not in the file, such as on a full disk; the rest of the writes is lost
+    // then, too. zlib keeps much before it writes: an error of a write may show with a later one, or with close(),
+    // which leaves the answer as it is.
+    bool fail() const { return hasFailed; }
 
 private:
     gzFile handle = nullptr;
     int lastCount = 0;
+    bool hasFailed = false;
 };

@@ -6,7 +6,7 @@
 ZynNmaWrapper::ZynNmaWrapper() : notificator(*this, &ZynNmaWrapper::publicIpAddrChangeDetected)
 {
     if (NmiRmiAdapterClient* const agent = nmiRmiInterface.getNmiRmiAdapterClient()) {
-        agent->operation("notifyPublicIpAddrChangeRmi").postObserve(&notificator);
+        isFollowing = agent->operation("notifyPublicIpAddrChangeRmi").postObserve(&notificator);
         setPublicIpAddr(agent->getPublicIpAddrRmi());
     }
     NmaLogHelper(6, __FILE__, __func__, __LINE__).message("setTrsPrivIpAddrMask.");
@@ -37,9 +37,18 @@ bool ZynNmaWrapper::sendAlarm(CertMgrAlarmInfo const& alarm)
     NmiRmiAdapterClient::AlarmInfo translated{};
     if (!zynToNmaAlarmInfo(alarm, translated)) {
         NmaLogHelper(6, __FILE__, __func__, __LINE__).message("zynToNmaAlarmInfo failed.");
-        return false;
+        return failAlarm(AlarmFailure::invalid);
     }
-    return nmiRmiInterface.sendAlarm(translated);
+    bool wasReached = false;
+    return nmiRmiInterface.sendAlarm(translated, wasReached) ||
+           failAlarm(wasReached ? AlarmFailure::notAccepted : AlarmFailure::notConnected);
+}
+
+bool ZynNmaWrapper::failAlarm(AlarmFailure why)
+{
+    lastFailure = why;
+    ++failureCount;
+    return false;
 }
 
 bool ZynNmaWrapper::zynToNmaAlarmInfo(CertMgrAlarmInfo const& from, NmiRmiAdapterClient::AlarmInfo& to)

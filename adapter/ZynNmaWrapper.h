@@ -4,6 +4,7 @@
 #include "adapter/NmiRmiInterface.h"
 #include "adapter/TreflectNotificator.h"
 
+#include <atomic>
 #include <string>
 
 // Follows the unit's public address into the platform's user environment, from construction on, and sends the
@@ -30,7 +31,27 @@ public:
     // Translates an alarm. Whether both fields were valid; an invalid one is left as it was in `to`.
     bool zynToNmaAlarmInfo(CertMgrAlarmInfo const& from, NmiRmiAdapterClient::AlarmInfo& to);
 
+    // Why sendAlarm() returned false.
+    enum class AlarmFailure {
+        none,
+        invalid,      // a field was, and nothing was sent
+        notConnected, // the agent could not be reached, and nothing was sent
+        notAccepted,  // the agent said so, or its answer did not come
+    };
+    // How many alarms were not accepted since construction, and why the last of them; from any thread.
+    unsigned long failedAlarms() const { return failureCount; }
+    AlarmFailure lastAlarmFailure() const { return lastFailure; }
+    // Whether the agent was reached in the constructor and tells of changes of the address.
+    bool followsAddress() const { return isFollowing; }
+    // Whether the agent can be reached now, which is asked of it.
+    bool isAgentConnected() const { return nmiRmiInterface.isConnected(); }
+
 private:
+    bool failAlarm(AlarmFailure why);
+
     TreflectNotificator<ZynNmaWrapper> notificator;
     NmiRmiInterface nmiRmiInterface;
+    bool isFollowing = false;
+    std::atomic<unsigned long> failureCount = 0;
+    std::atomic<AlarmFailure> lastFailure = AlarmFailure::none;
 };

@@ -1,6 +1,8 @@
 // XmlFeed: how a document reaches an expat parser, chunk by chunk, in time linear in its length.
 #pragma once
 
+#include "adapter/expatpp/XmlProlog.h"
+
 #include <cstddef>
 #include <expat.h>
 #include <string>
@@ -21,9 +23,7 @@ public:
     // chunk: it works faster then.
     void holdBack(std::size_t size);
 
-    // Nothing but elements and their content is still to come; expat knows, but does not tell.
-    void enterContent() { isInContent_ = true; }
-    bool isInContent() const { return isInContent_; }
+    XmlProlog& prolog() { return prolog_; }
 
 private:
     std::string held_;       // came, but was not shown to expat yet
@@ -31,5 +31,5 @@ private:
     std::size_t leastSize_ = 0;
     bool isParsing_ = false;
     bool hasFailed_ = false;
-    bool isInContent_ = false;
+    XmlProlog prolog_;
 };

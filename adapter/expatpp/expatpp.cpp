@@ -36,6 +36,7 @@ expatpp::expatpp(bool createParser, char const* encoding)
     XML_SetNotationDeclHandler(mParser, notationDeclCallback);
     XML_SetNotStandaloneHandler(mParser, notStandaloneHandlerCallback);
     XML_SetNamespaceDeclHandler(mParser, startNamespaceCallback, endNamespaceCallback);
+    XML_SetCommentHandler(mParser, commentCallback);
     XML_SetBillionLaughsAttackProtectionMaximumAmplification(mParser, AMPLIFICATION_MAX);
     XML_SetBillionLaughsAttackProtectionActivationThreshold(mParser, UNCHECKED_SIZE);
 }
@@ -73,19 +74,31 @@ XML_Size expatpp::XML_GetCurrentLineNumber() const
 
 void expatpp::startElementCallback(void* userData, char const* name, char const** atts)
 {
-    objectOf(userData).feed_->enterContent();
+    objectOf(userData).feed_->prolog().end();
     objectOf(userData).startElement(name, atts);
 }
 void expatpp::endElementCallback(void* userData, char const* name) { objectOf(userData).endElement(name); }
 void expatpp::charDataCallback(void* userData, char const* s, int len) { objectOf(userData).charData(s, len); }
 void expatpp::processingInstructionCallback(void* userData, char const* target, char const* data)
 {
-    objectOf(userData).processingInstruction(target, data);
+    expatpp& object = objectOf(userData);
+    object.feed_->prolog().leaveOut(object.mParser);
+    object.processingInstruction(target, data);
+}
+// Has the comment reported like whatever has no event of its own.
+void expatpp::commentCallback(void* userData, char const*)
+{
+    expatpp const& object = objectOf(userData);
+    XmlProlog& prolog = object.feed_->prolog();
+    prolog.setInComment(true);
+    XML_DefaultCurrent(object.mParser);
+    prolog.setInComment(false);
 }
 void expatpp::defaultHandlerCallback(void* userData, char const* s, int len)
 {
     expatpp& object = objectOf(userData);
-    if (!object.feed_->isInContent() && XML_GetCurrentByteIndex(object.mParser) >= PROLOG_SIZE_MAX) {
+    std::string_view const piece(s, static_cast<std::size_t>(len));
+    if (object.feed_->prolog().countBefore(piece, object.mParser) >= DECLARATIONS_SIZE_MAX) {
         XML_StopParser(object.mParser, XML_FALSE);
     }
     object.defaultHandler(s, len);

@@ -14,10 +14,10 @@
 // Time and memory are linear in the length of the document however it is cut into chunks (docs/bounds.md).
 class expatpp {
 public:
-    // How far into a document, in bytes, its prolog may go. expat expands entities by recursion and compares each
-    // attribute declaration with all before it; with this bound neither matters. Anything of a prolog that is reported
-    // to defaultHandler and begins later, as any declaration is, fails the parse with XML_ERROR_ABORTED.
-    static constexpr XML_Index PROLOG_SIZE_MAX = 4096;
+    // How many bytes of a document's prolog may be declarations, everything but comments, processing instructions and
+    // white space. expat expands entities by recursion and compares each attribute declaration with all before it; with
+    // this bound neither matters. A declaration that goes on behind it fails the parse with XML_ERROR_ABORTED.
+    static constexpr XML_Index DECLARATIONS_SIZE_MAX = 4096;
 
     // With `createParser`, makes an expat parser; a null `encoding` lets the document tell it. When memory does not
     // suffice for one, mParser stays null. Without, the derived class sets mParser, whose user data must be the
@@ -78,6 +78,8 @@ protected:
 
 private:
     friend class expatppNesting;
+
+    static void commentCallback(void* userData, char const* text);
 
     XmlFeed ownFeed_;
     XmlFeed* feed_ = &ownFeed_; // of the object that made the parser

@@ -136,6 +136,30 @@ TEST(ZynNmaWrapper, sendsOnlyValidAlarmsAndReturnsTheAgentsAnswer)
     EXPECT_THAT(agent.alarms, testing::ElementsAre("00 00 00 01 00 00 00 02", "00 00 00 00 00 00 00 00"));
 }
 
+TEST(ZynNmaWrapper, tellsHowManyAlarmsFailedAndWhyTheLast)
+{
+    using Failure = ZynNmaWrapper::AlarmFailure;
+    std::optional<Agent> agent(std::in_place);
+    ZynNmaWrapper wrapper;
+    EXPECT_TRUE(wrapper.followsAddress());
+    EXPECT_TRUE(wrapper.isAgentConnected());
+    EXPECT_TRUE(wrapper.sendAlarm({1, 2}));
+    EXPECT_EQ(wrapper.failedAlarms(), 0U);
+    EXPECT_EQ(wrapper.lastAlarmFailure(), Failure::none);
+
+    agent->answer = false;
+    wrapper.sendAlarm({0, 0});
+    EXPECT_EQ(wrapper.lastAlarmFailure(), Failure::notAccepted);
+    wrapper.sendAlarm({0, 3});
+    EXPECT_EQ(wrapper.lastAlarmFailure(), Failure::invalid);
+    agent.reset();
+    EXPECT_FALSE(wrapper.isAgentConnected());
+    wrapper.sendAlarm({0, 0});
+    EXPECT_EQ(wrapper.lastAlarmFailure(), Failure::notConnected);
+    EXPECT_EQ(wrapper.failedAlarms(), 3U);
+    EXPECT_FALSE(ZynNmaWrapper().followsAddress());
+}
+
 TEST(ZynNmaWrapper, setsTheMaskEvenWithoutAnAgent)
 {
     trs::UnitValues::instance().reset();

@@ -96,6 +96,25 @@ TEST_F(ZipStream, writesAGzipFileAtTheHighestLevel)
     EXPECT_EQ(readAll(), (Outcome{content, 0, true}));
 }
 
+TEST_F(ZipStream, tellsThatWhatWasWrittenIsNotInTheFile)
+{
+    std::string text = noise(300'000);
+    auto const length = static_cast<unsigned int>(text.size());
+    ZYN_ZipStream full("/dev/full", ZYN_ZipStream::out);
+    EXPECT_FALSE(full.write(text.data(), 3).fail()) << "zlib has it";
+    full.close();
+    EXPECT_TRUE(full.fail());
+    EXPECT_TRUE(ZYN_ZipStream("/dev/full", ZYN_ZipStream::out).write(text.data(), length).fail());
+    EXPECT_TRUE(ZYN_ZipStream("/nowhere/file", ZYN_ZipStream::out).write(text.data(), length).fail());
+
+    ZYN_ZipStream good(path(), ZYN_ZipStream::out);
+    good.write(text.data(), 0).write(text.data(), length).close();
+    EXPECT_FALSE(good.fail());
+    ZYN_ZipStream readInPart(path(), ZYN_ZipStream::in);
+    readInPart.read(text.data(), 10).close();
+    EXPECT_FALSE(readInPart.fail());
+}
+
 TEST_F(ZipStream, countsWhatItReads)
 {
     setBytes(gzip("abc"));

@@ -1,4 +1,5 @@
 // trsadapter serve under clients that do not behave, and under many that do.
+#include "tests/support/Text.h"
 #include "tests/tools/Service.h"
 
 namespace {
@@ -76,6 +77,27 @@ TEST_F(ServingBadly, SurvivesWhatIsNoRequest)
     ASSERT_EQ(std::system(("head -c 100000000 /dev/zero | gzip >" + bomb).c_str()), 0);
     EXPECT_EQ(curl("", {"--header", "Content-Encoding: gzip", "--data-binary", "@" + bomb}).status, 413);
     EXPECT_LT(residentKilobytes(child.id()), 400'000);
+}
+
+TEST_F(ServingBadly, AnswersAsAWholeWhateverRangesAreAsked)
+{
+    Unit sim = unit();
+    Adapter child = serve();
+    Reply const whole = curl("nowhere");
+    for (std::string const& ranges :
+         {std::string("0-1"), "0-" + support::repeated(",0-", 2600), std::string("9-1,x")}) {
+        for (char const* const name : {"Range", "rAnGe"}) {
+            std::string const header = std::string(name) + ": bytes=" + ranges;
+            Reply const reply = curl("nowhere", {"--header", header});
+            EXPECT_EQ(reply.status, 404);
+            EXPECT_EQ(reply.body, whole.body);
+            EXPECT_THAT(reply.head, testing::Not(HasSubstr("Content-Range")));
+            Reply const posted = post(operation("supervision"), "", {"--header", header});
+            EXPECT_EQ(posted.status, 401);
+            EXPECT_THAT(posted.body, HasSubstr("</BTSMessage>"));
+        }
+    }
+    EXPECT_THAT(curl("health", {"--head"}).head, HasSubstr("Accept-Ranges: none"));
 }
 
 TEST_F(ServingBadly, ServesOthersWhileConnectionsIdle)

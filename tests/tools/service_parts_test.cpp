@@ -9,7 +9,10 @@
 #include "tools/trsadapter/Sessions.h"
 #include "tools/trsadapter/XmlText.h"
 
+#include <algorithm>
+#include <csignal>
 #include <dlfcn.h>
+#include <sys/resource.h>
 
 extern "C" std::FILE* fopen(char const* path, char const* mode)
 {
@@ -156,7 +159,7 @@ TEST_F(Parts, LogsBeginNewFilesWhenTheyAreFull)
         trs::adapter::MessageLog log(logDirectory, 1000);
         EXPECT_EQ(log.open("x.gz"), "");
         for (int i = 0; i < 100; ++i) {
-            log.add("entry", {{"number", std::to_string(i)}}, std::string(900, 'x'));
+            log.add("entry", {{"number", std::to_string(i)}}, std::string(900, 'x'), 900);
         }
     }
     std::string all;
@@ -167,6 +170,43 @@ TEST_F(Parts, LogsBeginNewFilesWhenTheyAreFull)
                                     testing::Not(testing::HasSubstr("number=\"50\""))));
     EXPECT_FALSE(std::filesystem::exists(logDirectory + "/x.gz.10"));
     EXPECT_EQ(std::filesystem::status(logDirectory + "/x.gz").permissions(), std::filesystem::perms(0600));
+}
+
+TEST_F(Parts, LogsTellOnceThatTheirFileTakesNoMore)
+{
+    // Stands in for a full disk.
+    rlimit former{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &former), 0);
+    auto const limitFiles = [&former](rlim_t most) {
+        rlimit const limit{most, former.rlim_max};
+        ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+    };
+    auto* const formerHandler = std::signal(SIGXFSZ, SIG_IGN);
+    std::string noise(100'000, '\0');
+    std::generate(noise.begin(), noise.end(),
+                  [state = 1U]() mutable { return static_cast<char>((state = state * 1103515245 + 12345) >> 16); });
+    host::LogCapture const captured;
+    MessageLog log(logDirectory, 1'000'000);
+    EXPECT_EQ(log.open("x.gz"), "");
+    limitFiles(10'000);
+    for (int i = 0; i < 3; ++i) {
+        log.add("entry", {}, noise, noise.size() * 6);
+    }
+    EXPECT_FALSE(log.isOpen());
+    EXPECT_EQ(log.open("y.gz"), "");
+    log.close(); // so little that only closing writes it
+    EXPECT_EQ(log.open("z.gz"), "");
+    limitFiles(10);
+    log.close();
+    limitFiles(former.rlim_cur);
+    static_cast<void>(std::signal(SIGXFSZ, formerHandler));
+
+    std::vector<std::string> told;
+    for (host::LogEntry const& entry : captured.entries()) {
+        told.push_back(entry.text);
+    }
+    EXPECT_THAT(told, testing::ElementsAre(testing::HasSubstr("/x.gz is not complete, and closed: File too large"),
+                                           testing::HasSubstr("/z.gz is not complete, and closed: File too large")));
 }
 
 TEST(MessageLog, LeavesOutWhatAPasswordElementContains)

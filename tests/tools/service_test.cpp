@@ -78,7 +78,7 @@ TEST_F(Serving, SaysWhatIsWrongWithADocument)
         {message("<a>"), "mismatched tag at line 1"},
         {"<other><LoginRequest/></other>", "no message in /BTSMessage"},
         {"<BTSMessage><BTSMessageHdr/></BTSMessage>", "no message in /BTSMessage"},
-        {"<!DOCTYPE b [<!ENTITY a 'x'><!ENTITY b '&a;&a;'>" + std::string(5000, ' ') + "]>" + message("<a>&b;</a>"),
+        {"<!DOCTYPE b [<!ENTITY a 'x'><!ENTITY b '" + std::string(5000, 'a') + "'>]>" + message("<a>&b;</a>"),
          "parsing aborted at line 1"},
     };
     for (auto const& [document, reason] : cases) {
@@ -102,6 +102,11 @@ TEST_F(Serving, ServesNothingButItsPaths)
     EXPECT_EQ(post(std::string(1001, ' ')).status, 413);
     EXPECT_EQ(post(std::string(100'000, ' '), "", {"--header", "Transfer-Encoding: chunked"}).status, 413);
     EXPECT_EQ(post(std::string(1000, ' ')).status, 400);
+    for (char const* const type : {"multipart/form-data; boundary=x", "Multipart/Form-Data", "multipart/mixed"}) {
+        Reply const several = post("--x\r\n\r\n--x--", "", {"--header", std::string("Content-Type: ") + type});
+        EXPECT_EQ(several.status, 415) << type;
+        EXPECT_THAT(several.head, Not(HasSubstr("EXCEPTION_WHAT")));
+    }
 }
 
 TEST_F(Serving, FollowsTheUnit)
@@ -152,6 +157,10 @@ TEST_F(Serving, LogsEveryMessageAndAlarmButNoPassword)
         Adapter child = serve();
         EXPECT_TRUE(child.writeLine("alarm 1,2"));
         child.readUntil("accepted");
+        EXPECT_TRUE(child.writeLine("alarm 7,7"));
+        child.readUntil("invalid");
+        EXPECT_THAT(curl("metrics").body, AllOf(HasSubstr("trsadapter_alarms_total{outcome=\"accepted\"} 1\n"),
+                                                HasSubstr("trsadapter_alarm_failures_total{reason=\"invalid\"} 1\n")));
         post(login("anna", "sesame"));
         std::string const session = post(login("anna", "secret")).session;
         for (int i = 0; i < 20; ++i) {
@@ -177,6 +186,29 @@ TEST_F(Serving, LogsEveryMessageAndAlarmButNoPassword)
     EXPECT_TRUE(child.writeLine("quit"));
     EXPECT_EQ(child.waitForExit(), 0);
     EXPECT_EQ(log("ruem_wbts_4711.xml.gz.1"), text);
+}
+
+TEST_F(Serving, LogsNoMoreOfADocumentThanItsClientMayWrite)
+{
+    Unit sim = unit();
+    std::string const filler(50'000, '"'); // each takes six bytes in the log
+    {
+        Adapter child = serve({"--max-body", "100000"});
+        post(filler);
+        post(message("<_seqNumber>" + filler + "</_seqNumber>"));
+        EXPECT_EQ(post(login("anna", "wrong" + filler)).status, 401);
+        std::string const session = post(login("anna", "secret")).session;
+        post(operation("supervision") + filler, session);
+        child.signal(SIGTERM);
+        EXPECT_EQ(child.waitForExit(), 0);
+    }
+    std::string const text = log();
+    EXPECT_THAT(text, AllOf(HasSubstr("status=\"400\" length=\"50000\">&quot;"), HasSubstr("length=\"50")));
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        bool const isStrangers = line.find("user=\"anna\"") == std::string::npos;
+        EXPECT_LT(line.size(), isStrangers ? 4096 + 200 : 100'000 + 200) << line.substr(0, 200);
+    }
 }
 
 TEST_F(Serving, EndsTheSessionWhenItsOperatorSays)

@@ -1,7 +1,6 @@
 #include "tools/trsadapter/Adapter.h"
 
 #include "broker/CallFailure.h"
-#include "broker/Log.h"
 #include "broker/PrintableText.h"
 #include "broker/UnitValues.h"
 #include "platform/NmaLogHelper.h"
@@ -15,9 +14,21 @@ namespace trs::adapter {
 
 namespace {
 
-constexpr char const* notConnected = "NmiRmiAdapterClient is not connected.";
-constexpr char const* isInvalid = "zynToNmaAlarmInfo failed.";
 constexpr std::string_view publicAddress = "public IP address: ";
+
+Adapter::Outcome failed(ZynNmaWrapper::AlarmFailure why)
+{
+    using Failure = ZynNmaWrapper::AlarmFailure;
+    if (why == Failure::invalid) {
+        return {false, "invalid", "is invalid and was not sent"};
+    }
+    if (why == Failure::notConnected) {
+        return {false, "unreachable", "was not sent: the agent cannot be reached"};
+    }
+    CallFailure const& failure = lastCallFailure();
+    return failure.kind == CallFailure::Kind::none ? Adapter::Outcome{false, "refused", "delivered and refused"}
+                                                         : Adapter::Outcome{false, "call", "failed: " + failure.reason};
+}
 
 } // namespace
 
@@ -43,28 +54,21 @@ Adapter::~Adapter()
 bool Adapter::connect()
 {
     wrapper_.reset();
-    LogCapture const log; // the wrapper tells in no other way
     wrapper_ = std::make_unique<ZynNmaWrapper>();
-    bool const isReached = !log.contains(notConnected);
+    bool const isReached = wrapper_->followsAddress();
     tools::say(isReached ? "the agent is reached" : "the agent cannot be reached");
     return isReached;
 }
 
 bool Adapter::sendAlarm(Alarm const& alarm)
 {
-    LogCapture const log;
-    bool const isAccepted = wrapper_->sendAlarm(alarm);
-    CallFailure const& failure = lastCallFailure();
-    std::string const text = isAccepted                                ? "delivered and accepted"
-                             : log.contains(isInvalid)                 ? "is invalid and was not sent"
-                             : log.contains(notConnected)              ? "was not sent: the agent cannot be reached"
-                             : failure.kind != CallFailure::Kind::none ? "failed: " + failure.reason
-                                                                       : "delivered and refused";
-    tools::say(LogMakeString("alarm %d,%d ", alarm.type, alarm.state) + text);
+    Outcome const outcome =
+        wrapper_->sendAlarm(alarm) ? Outcome{true, "", "delivered and accepted"} : failed(wrapper_->lastAlarmFailure());
+    tools::say(LogMakeString("alarm %d,%d ", alarm.type, alarm.state) + outcome.text);
     if (listeners_.alarm) {
-        listeners_.alarm(alarm, {isAccepted, text});
+        listeners_.alarm(alarm, outcome);
     }
-    return isAccepted;
+    return outcome.isAccepted;
 }
 
 Adapter::Standing Adapter::standing()

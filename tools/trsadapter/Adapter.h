@@ -15,7 +15,8 @@ public:
 
     // What became of an alarm.
     struct Outcome {
-        bool isAccepted; // by the agent
+        bool isAccepted;     // by the agent
+        char const* failure; // a word for why it is not; empty when it is
         std::string text;
     };
     // Who else is told what the adapter says. Each may be empty, and is called on the thread on which it happens.

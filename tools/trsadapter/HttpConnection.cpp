@@ -6,6 +6,7 @@
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
+#include <utility>
 
 namespace trs::adapter {
 
@@ -24,6 +25,15 @@ constexpr milliseconds lookAround{100};
 
 // What a body takes on its way may be more than what it is: chunked, it has its chunks' sizes in it.
 constexpr std::size_t sentBodyMax(std::size_t bodyMax) { return 2 * bodyMax + 4096; }
+
+// Whether the line is the header of that name, which is in lower case.
+bool isHeader(std::string_view line, std::string_view name)
+{
+    return line.size() > name.size() && line[name.size()] == ':' &&
+           std::equal(name.begin(), name.end(), line.begin(), [](char wanted, char has) {
+               return has == wanted || (has >= 'A' && has <= 'Z' && has - 'A' + 'a' == wanted);
+           });
+}
 
 void addressOf(sockaddr_storage const& from, std::string& ip, int& port)
 {
@@ -58,10 +68,11 @@ bool HttpConnection::awaitRequest(std::atomic<int> const& waiting)
         }
     }
     end_ = steady_clock::now() + bounds_.request;
+    line_.clear();
+    lineBegin_ = 0;
     headSize_ = 0;
     bodySize_ = 0;
     isInBody_ = false;
-    isLineEmpty_ = true;
     hasWritten_ = false;
     return begin_ != received_ || fill();
 }
@@ -103,31 +114,72 @@ bool HttpConnection::fill()
 
 ssize_t HttpConnection::read(char* bytes, std::size_t size)
 {
-    if (refusal_ != 0 || (begin_ == received_ && !fill())) {
+    if (refusal_ != 0) {
+        return -1;
+    }
+    if (lineBegin_ == line_.size()) {
+        if (isInBody_) {
+            return readBody(bytes, size);
+        }
+        if (!readLine()) {
+            return refusal_ != 0 ? -1 : 0;
+        }
+    }
+    std::size_t const count = line_.copy(bytes, size, lineBegin_);
+    lineBegin_ += count;
+    return static_cast<ssize_t>(count);
+}
+
+ssize_t HttpConnection::readBody(char* bytes, std::size_t size)
+{
+    if (begin_ == received_ && !fill()) {
         return refusal_ != 0 ? -1 : 0;
     }
     std::size_t const count = std::min(size, received_ - begin_);
     std::copy_n(buffer_.begin() + static_cast<std::ptrdiff_t>(begin_), count, bytes);
     begin_ += count;
-    this->count({bytes, count});
-    return refusal_ != 0 ? -1 : static_cast<ssize_t>(count);
+    bodySize_ += count;
+    if (bodySize_ > sentBodyMax(bounds_.body)) {
+        refusal_ = 413;
+        return -1;
+    }
+    return static_cast<ssize_t>(count);
 }
 
-// Keeps account of what was read. The head ends with an empty line.
-void HttpConnection::count(std::string_view bytes)
+// The next line of the head that is for the reader. False at the end of the connection and for a bound that it breaks.
+bool HttpConnection::readLine()
 {
-    for (; !isInBody_ && !bytes.empty(); bytes.remove_prefix(1)) {
-        char const byte = bytes.front();
-        isInBody_ = byte == '\n' && isLineEmpty_ && headSize_ != 0;
-        isLineEmpty_ = byte == '\n' || (byte == '\r' && isLineEmpty_);
-        ++headSize_;
+    bool isFirst = headSize_ == 0;
+    do {
+        if (!takeLine()) {
+            return false;
+        }
+    } while (!std::exchange(isFirst, false) && isHeader(line_, "range"));
+    return true;
+}
+
+// The next line, or what comes of it before the connection ends. The head ends with an empty one.
+bool HttpConnection::takeLine()
+{
+    bool const isFirst = headSize_ == 0;
+    line_.clear();
+    lineBegin_ = 0;
+    while (!line_.ends_with('\n')) {
+        if (begin_ == received_ && !fill()) {
+            return refusal_ == 0 && !line_.empty();
+        }
+        std::string_view const came(buffer_.data() + begin_, received_ - begin_);
+        std::string_view const taken = came.substr(0, std::min(came.find('\n'), came.size() - 1) + 1);
+        line_ += taken;
+        begin_ += taken.size();
+        headSize_ += taken.size();
+        if (headSize_ > HttpServer::headSizeMax) {
+            refusal_ = 431;
+            return false;
+        }
     }
-    bodySize_ += bytes.size();
-    if (headSize_ > HttpServer::headSizeMax) {
-        refusal_ = 431;
-    } else if (bodySize_ > sentBodyMax(bounds_.body)) {
-        refusal_ = 413;
-    }
+    isInBody_ = !isFirst && (line_ == "\r\n" || line_ == "\n");
+    return true;
 }
 
 ssize_t HttpConnection::write(char const* bytes, std::size_t size)
@@ -166,7 +218,7 @@ std::string HttpConnection::address() const
 
 bool HttpConnection::is_readable() const
 {
-    return begin_ != received_ || await(POLLIN, end_, false) == Readiness::ready;
+    return lineBegin_ != line_.size() || begin_ != received_ || await(POLLIN, end_, false) == Readiness::ready;
 }
 
 bool HttpConnection::is_writable() const { return await(POLLOUT, end_, false) == Readiness::ready; }

@@ -15,6 +15,9 @@
 namespace trs::adapter {
 
 // For one thread. The socket is the caller's to close.
+//
+// A request reaches its reader without a header Range, and so is answered as a whole: httplib would take thousands of
+// ranges, by recursion, and repeat the response for each.
 class HttpConnection final : public httplib::Stream {
 public:
     // `stopping`: a descriptor that becomes readable when the server is to end.
@@ -47,7 +50,9 @@ private:
     enum class Readiness { ready, tooLate, stopping };
     Readiness await(short events, Time end, bool heedsStop) const;
     bool fill();
-    void count(std::string_view bytes);
+    bool readLine();
+    bool takeLine();
+    ssize_t readBody(char* bytes, std::size_t size);
 
     int socket_;
     int stopping_;
@@ -56,10 +61,11 @@ private:
     std::array<char, 8192> buffer_;
     std::size_t begin_ = 0; // of what was received and not read yet
     std::size_t received_ = 0;
-    std::size_t headSize_ = 0; // of what was read of the request
+    std::string line_;          // of the request's head
+    std::size_t lineBegin_ = 0; // of what was not read of it yet
+    std::size_t headSize_ = 0;  // of what was received of the request
     std::size_t bodySize_ = 0;
-    bool isInBody_ = false;
-    bool isLineEmpty_ = true; // the head's present line, up to here
+    bool isInBody_ = false; // behind line_
     int refusal_ = 0;
     bool isClosing_ = false;
     bool hasWritten_ = false;

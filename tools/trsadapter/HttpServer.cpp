@@ -7,7 +7,10 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <httplib.h>
+#include <string_view>
+#include <strings.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
 #include <thread>
@@ -36,6 +39,12 @@ char const* phrase(int status)
     default:
         return "Bad Request";
     }
+}
+
+bool isMultipart(std::string const& type)
+{
+    constexpr std::string_view multipart = "multipart/";
+    return ::strncasecmp(type.c_str(), multipart.data(), multipart.size()) == 0;
 }
 
 void setText(httplib::Response& response, int status, std::string const& text)
@@ -101,6 +110,10 @@ public:
                 refuse(response, response.status, "This is no request that can be answered.");
             }
         });
+        set_exception_handler([](auto const&, httplib::Response& response, std::exception_ptr const&) {
+            refuse(response, 500, "The request cannot be answered."); // and nothing of what the exception says
+        });
+        set_default_headers({{"Accept-Ranges", "none"}});
         set_logger([this](auto const&, httplib::Response const& response) { tell(response.status); });
     }
     Server(Server const&) = delete;
@@ -182,6 +195,8 @@ private:
         } else if ((", " + known->second + ',').find(", " + request.method + ',') == std::string::npos) {
             refuse(response, 405, "The methods of this path are " + known->second + '.');
             response.set_header("Allow", known->second);
+        } else if (request.method == "POST" && isMultipart(request.get_header_value("Content-Type"))) {
+            refuse(response, 415, "A body is one document, not several parts.");
         } else if (length > bounds_.body) {
             refuseBody(response);
         } else {

@@ -73,22 +73,25 @@ void MessageLog::close()
     end();
 }
 
-void MessageLog::add(char const* element, std::vector<Attribute> const& attributes, std::string const& text)
+void MessageLog::add(char const* element, std::vector<Attribute> const& attributes, std::string const& text,
+                     std::size_t most)
 {
     std::string entry =
         std::string("<") + element + " time=\"" + catalogue::timestamp(std::chrono::system_clock::now()) + '"';
     for (auto const& [name, value] : attributes) {
         ((((entry += ' ') += name) += "=\"") += xmlText(value)) += '"';
     }
-    entry += text.empty() ? "/>\n" : ">" + xmlText(text) + "</" + element + ">\n";
+    std::string_view rest = text;
+    std::string const kept = xmlTextOfHead(rest, most);
+    entry += rest.empty() ? std::string() : " length=\"" + std::to_string(text.size()) + '"';
+    entry += kept.empty() ? "/>\n" : '>' + kept + "</" + element + ">\n";
 
     std::lock_guard const lock(mutex_);
     if (file_ == nullptr) {
         return;
     }
     write(std::move(entry));
-    if (size_ >= fullSize_) {
-        end();
+    if (file_ != nullptr && size_ >= fullSize_ && end()) {
         if (std::string const why = begin(); !why.empty()) {
             NmaLogHelper(3, __FILE__, __func__, __LINE__).message("%s", why.c_str());
         }
@@ -118,19 +121,44 @@ std::string MessageLog::begin()
     return {};
 }
 
-void MessageLog::end()
+// Whether the file, if there was one, is complete.
+bool MessageLog::end()
 {
-    if (file_ != nullptr) {
-        write(std::string("</") + rootElement + ">\n");
-        file_->close();
-        file_.reset();
+    if (file_ == nullptr) {
+        return true;
     }
+    write(std::string("</") + rootElement + ">\n");
+    if (file_ == nullptr) {
+        return false;
+    }
+    errno = 0;
+    file_->close();
+    bool const isComplete = check();
+    file_.reset();
+    return isComplete;
 }
 
 void MessageLog::write(std::string text)
 {
+    errno = 0;
     file_->write(text.data(), static_cast<unsigned int>(text.size()));
     size_ += text.size();
+    check();
+}
+
+// Whether the file has taken all; else says so and gives it up.
+bool MessageLog::check()
+{
+    if (!file_->fail()) {
+        return true;
+    }
+    std::string const why =
+        errno != 0 ? std::strerror(errno) : "it takes no more"; // NOLINT(concurrency-mt-unsafe): as above
+    NmaLogHelper(3, __FILE__, __func__, __LINE__)
+        .message("log file %s is not complete, and closed: %s", host::printable(directory_ + '/' + name_).c_str(),
+                 why.c_str());
+    file_.reset();
+    return false;
 }
 
 std::string MessageLog::withoutPassword(std::string const& document)

@@ -16,6 +16,9 @@ namespace trs::adapter {
 //
 // What was written to it reaches the file completely when the log is closed or begins a new file, which it also does
 // when a file is full. A file that was there is kept under its name and ".1", the one before under ".2", and so on.
+//
+// A file that does not take what is written, as on a full disk, is logged once, and ends the log: it is not open until
+// it is opened again.
 class MessageLog {
 public:
     static constexpr int keptFiles = 9;
@@ -33,8 +36,11 @@ public:
     // Empty, or why it cannot be; what is added to the log is lost then.
     std::string open(std::string const& name);
     bool isOpen() const;
-    // Adds an entry with these attributes and the present time, and `text`, if any, as its content.
-    void add(char const* element, std::vector<Attribute> const& attributes, std::string const& text);
+    // Adds an entry with these attributes and the present time, and `text`, if any, as its content. Of a text that
+    // would take more than `most` bytes of the file, before compression, it has the beginning, and as an attribute the
+    // length of the whole.
+    void add(char const* element, std::vector<Attribute> const& attributes, std::string const& text = {},
+             std::size_t most = 0);
     void close();
     // Where the present file is.
     std::string path() const;
@@ -45,8 +51,9 @@ public:
 
 private:
     std::string begin();
-    void end();
+    bool end();
     void write(std::string text);
+    bool check();
 
     std::string const directory_;
     std::size_t const fullSize_;

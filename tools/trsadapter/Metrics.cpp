@@ -28,6 +28,10 @@ struct Metrics::Families {
                                                           .Name("trsadapter_alarms_total")
                                                           .Help("Alarms of the certificate manager, by outcome.")
                                                           .Register(registry);
+    prometheus::Family<prometheus::Counter>& alarmFailures = BuildCounter()
+                                                                 .Name("trsadapter_alarm_failures_total")
+                                                                 .Help("Alarms that were not accepted, by reason.")
+                                                                 .Register(registry);
     prometheus::Family<prometheus::Counter>& responses = BuildCounter()
                                                              .Name("trsadapter_http_responses_total")
                                                              .Help("HTTP responses, by status code.")
@@ -59,9 +63,12 @@ void Metrics::countMessage(std::string const& kind, std::string const& result, s
     families_->times.Observe(time.count());
 }
 
-void Metrics::countAlarm(bool isAccepted)
+void Metrics::countAlarm(std::string const& failure)
 {
-    families_->alarms.Add({{"outcome", isAccepted ? "accepted" : "failed"}}).Increment();
+    families_->alarms.Add({{"outcome", failure.empty() ? "accepted" : "failed"}}).Increment();
+    if (!failure.empty()) {
+        families_->alarmFailures.Add({{"reason", failure}}).Increment();
+    }
 }
 
 void Metrics::countResponse(int status) { families_->responses.Add({{"code", std::to_string(status)}}).Increment(); }

@@ -19,7 +19,8 @@ public:
 
     // A message was answered. Kind and result are words of the vocabulary.
     void countMessage(std::string const& kind, std::string const& result, std::chrono::duration<double> time);
-    void countAlarm(bool isAccepted);
+    // An alarm; `failure` is a word for why it was not accepted, empty when it was.
+    void countAlarm(std::string const& failure);
     // A response of HTTP, of whatever request.
     void countResponse(int status);
 

@@ -17,6 +17,9 @@ namespace {
 
 constexpr char const* loopback = "127.0.0.1";
 
+// How much the log has of a document from or to a client without a session, in bytes as they are written.
+constexpr std::size_t strangersTextMax = 4096;
+
 // The cookie of the session; empty when the header has none.
 std::string sessionIn(std::string const& cookies)
 {
@@ -59,15 +62,13 @@ Service::Service(Options const& options)
       handler_(credentials_, sessions_, identity_), log_(options.logDirectory, options.logFileSize),
       adapter_({[this](std::string const& address) {
                     identity_.setPublicAddress(address);
-                    log_.add("address", {{"applied", address}}, {});
+                    log_.add("address", {{"applied", address}});
                 },
                 [this](Adapter::Alarm const& alarm, Adapter::Outcome const& outcome) {
-                    metrics_.countAlarm(outcome.isAccepted);
-                    log_.add("alarm",
-                             {{"type", std::to_string(alarm.type)},
-                              {"state", std::to_string(alarm.state)},
-                              {"outcome", outcome.text}},
-                             {});
+                    metrics_.countAlarm(outcome.failure);
+                    log_.add("alarm", {{"type", std::to_string(alarm.type)},
+                                       {"state", std::to_string(alarm.state)},
+                                       {"outcome", outcome.text}});
                 }}),
       server_(options.bounds)
 {
@@ -146,14 +147,16 @@ HttpServer::Response Service::take(HttpServer::Request const& request)
 {
     auto const begin = std::chrono::steady_clock::now();
     MessageHandler::Answer const answer = handler_.handle({request.body, request.address, sessionIn(request.cookies)});
+    // Clients without a session must not have the log begin file after file until all is gone that was in it.
+    std::size_t const most = answer.user.empty() ? strangersTextMax : options_.bounds.body;
     log_.add("received",
              {{"from", request.address},
               {"user", answer.user},
               {"kind", answer.kind},
               {"result", answer.result},
               {"status", std::to_string(answer.status)}},
-             MessageLog::withoutPassword(request.body));
-    log_.add("sent", {{"to", request.address}}, answer.document);
+             MessageLog::withoutPassword(request.body), most);
+    log_.add("sent", {{"to", request.address}}, answer.document, most);
     metrics_.countMessage(answer.kind, answer.result, std::chrono::steady_clock::now() - begin);
 
     HttpServer::Response response{answer.status, "text/xml; charset=utf-8", answer.document, {}};

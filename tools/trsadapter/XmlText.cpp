@@ -31,43 +31,45 @@ std::size_t characterLength(std::string_view text)
     return isOverlong || isSurrogate || isBeyond || isNoCharacter ? 0 : length;
 }
 
+// What stands for the character, or the byte that is none, that `bytes` begins with and that has this length.
+std::string escaped(std::string_view bytes, std::size_t length)
+{
+    switch (bytes.front()) {
+    case '<':
+        return "&lt;";
+    case '>':
+        return "&gt;";
+    case '&':
+        return "&amp;";
+    case '"':
+        return "&quot;";
+    case '\t':
+        return "&#9;";
+    case '\n':
+        return "&#10;";
+    case '\r':
+        return "&#13;";
+    default:
+        return length != 0 ? std::string(bytes.substr(0, length))
+                           : LogMakeString("\\x%02x", static_cast<unsigned>(static_cast<unsigned char>(bytes.front())));
+    }
+}
+
 } // namespace
 
-std::string xmlText(std::string_view bytes)
+std::string xmlText(std::string_view bytes) { return xmlTextOfHead(bytes, std::string::npos); }
+
+std::string xmlTextOfHead(std::string_view& bytes, std::size_t most)
 {
     std::string text;
-    text.reserve(bytes.size() + bytes.size() / 8);
+    text.reserve(std::min(bytes.size() + bytes.size() / 8, most));
     while (!bytes.empty()) {
         std::size_t const length = characterLength(bytes);
-        switch (bytes.front()) {
-        case '<':
-            text += "&lt;";
+        std::string const next = escaped(bytes, length);
+        if (next.size() > most - text.size()) {
             break;
-        case '>':
-            text += "&gt;";
-            break;
-        case '&':
-            text += "&amp;";
-            break;
-        case '"':
-            text += "&quot;";
-            break;
-        case '\t':
-            text += "&#9;";
-            break;
-        case '\n':
-            text += "&#10;";
-            break;
-        case '\r':
-            text += "&#13;";
-            break;
-        default:
-            if (length == 0) {
-                text += LogMakeString("\\x%02x", static_cast<unsigned>(static_cast<unsigned char>(bytes.front())));
-            } else {
-                text += bytes.substr(0, length);
-            }
         }
+        text += next;
         bytes.remove_prefix(std::max<std::size_t>(length, 1));
     }
     return text;
