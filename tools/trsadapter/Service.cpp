@@ -126,6 +126,7 @@ void Service::look()
 
 void Service::stop()
 {
+    handler_.stop();
     server_.stop();
     log_.close();
 }
