@@ -4,12 +4,14 @@
 #include "tests/tools/Service.h"
 #include "tools/trsadapter/Credentials.h"
 #include "tools/trsadapter/Document.h"
+#include "tools/trsadapter/LoginPace.h"
 #include "tools/trsadapter/MessageLog.h"
 #include "tools/trsadapter/Service.h"
 #include "tools/trsadapter/Sessions.h"
 #include "tools/trsadapter/XmlText.h"
 
 #include <algorithm>
+#include <crypt.h>
 #include <csignal>
 #include <dlfcn.h>
 #include <sys/resource.h>
@@ -24,6 +26,19 @@ extern "C" int access(char const* path, int mode)
 {
     static auto const libcs = reinterpret_cast<decltype(&access)>(dlsym(RTLD_NEXT, "access"));
     return libcs(support::ConfigFiles::redirected(path).c_str(), mode);
+}
+
+namespace {
+
+std::vector<std::string> hashed; // with which method, cost and salt
+
+} // namespace
+
+extern "C" char* crypt_rn(char const* phrase, char const* setting, void* data, int size) noexcept
+{
+    static auto const libcrypts = reinterpret_cast<decltype(&crypt_rn)>(dlsym(RTLD_NEXT, "crypt_rn"));
+    hashed.emplace_back(setting);
+    return libcrypts(phrase, setting, data, size);
 }
 
 namespace {
@@ -153,6 +168,77 @@ TEST_F(Parts, CredentialsAreReadAnewForEveryLogin)
     EXPECT_THAT(trs::adapter::Credentials("/dev/zero").check(), testing::HasSubstr("not a regular file"));
 }
 
+TEST_F(Parts, LoginsHashTheSameWhoeverLogsIn)
+{
+    // Each with its own salt, in an order that is not that of cost.
+    char const* const settings[] = {"$6$rounds=1000$a1",
+                                    "$6$rounds=3000$b1",
+                                    "$6$rounds=3000$b2",
+                                    "$7$7U..../....c1",
+                                    "$6$d1",
+                                    "$6$d2",
+                                    "$2b$04$eeeeeeeeeeeeeeeeeeeeee",
+                                    "$y$j75$f1f1",
+                                    "$7$7U..../....c2",
+                                    "$y$j75$f2f2"};
+    std::string text;
+    for (char const* const setting : settings) {
+        crypt_data room{};
+        text += (text.empty() ? "first:" : "\nuser" + std::to_string(text.size()) + ':');
+        text += ::crypt_r("secret", setting, &room);
+    }
+    writeCredentials(text);
+    trs::adapter::Credentials const file(credentials);
+    EXPECT_EQ(file.check(), "");
+    std::string const last = text.substr(text.rfind('\n') + 1, text.rfind(':') - text.rfind('\n') - 1);
+    for (std::string const& user : {"nobody"s, "first"s, last}) {
+        hashed.clear();
+        EXPECT_EQ(file.accepts(user, "secret"), user != "nobody");
+        for (std::string& setting : hashed) {
+            setting.resize(setting.starts_with("$6$d") ? 3 : 6);
+        }
+        EXPECT_THAT(hashed, testing::UnorderedElementsAre("$6$rou", "$6$rou", "$7$7U.", "$6$", "$2b$04", "$y$j75"))
+            << user;
+    }
+}
+
+TEST(LoginPace, HoldsBackWhoSendsWrongPasswordsAndNobodyElse)
+{
+    trs::adapter::LoginPace pace;
+    trs::adapter::LoginPace::Time now{};
+    auto const waits = [&](std::string const& address, std::string const& user,
+                           trs::adapter::LoginPace::Duration patience = 5s) {
+        auto const begin = pace.admit(address, user, now, patience);
+        return begin ? std::chrono::duration_cast<std::chrono::milliseconds>(*begin - now).count() : -1;
+    };
+    for (int const expected : {0, 250, 500, 1000, 2000, 4000, 4000}) {
+        EXPECT_EQ(waits("10.0.0.1", "anna"), expected);
+        now += std::chrono::milliseconds(expected);
+        pace.noteWrong("10.0.0.1", "anna", now);
+    }
+    EXPECT_EQ(waits("10.0.0.1", "bert"), 0);
+    EXPECT_EQ(waits("10.0.0.2", "anna"), 0);
+    EXPECT_EQ(waits("10.0.0.1", "anna", 3999ms), -1) << "which takes nobody's turn";
+    EXPECT_EQ(waits("10.0.0.1", "anna"), 4000);
+    EXPECT_EQ(waits("10.0.0.1", "anna"), -1) << "behind the one that waits";
+    now += 4s;
+    EXPECT_EQ(waits("10.0.0.1", "anna"), 4000);
+
+    for (int i = 0; i < 5000; ++i) {
+        pace.noteWrong("10.0.0.3", std::to_string(i), now);
+        pace.noteWrong("10.0.0.3", std::string(100'000, 'x') + std::to_string(i), now);
+    }
+    EXPECT_EQ(pace.remembered(), trs::adapter::LoginPace::mostRemembered);
+    EXPECT_EQ(waits("10.0.0.3", std::string(100'000, 'x')), 4000) << "long names count by their beginning";
+    now += 4s;
+    EXPECT_EQ(waits("10.0.0.1", "anna"), 4000) << "many others do not make it forgotten";
+    pace.noteRight("10.0.0.1", "anna");
+    EXPECT_EQ(waits("10.0.0.1", "anna"), 0);
+    EXPECT_EQ(waits("10.0.0.3", "4999"), 0) << "250 ms are over";
+    now += 10min;
+    EXPECT_EQ(waits("10.0.0.3", std::string(100'000, 'x')), 0);
+}
+
 TEST_F(Parts, LogsBeginNewFilesWhenTheyAreFull)
 {
     {
@@ -185,8 +271,8 @@ TEST_F(Parts, LogsTellOnceThatTheirFileTakesNoMore)
     std::string noise(100'000, '\0');
     std::generate(noise.begin(), noise.end(),
                   [state = 1U]() mutable { return static_cast<char>((state = state * 1103515245 + 12345) >> 16); });
-    host::LogCapture const captured;
-    MessageLog log(logDirectory, 1'000'000);
+    trs::LogCapture const captured;
+    trs::adapter::MessageLog log(logDirectory, 1'000'000);
     EXPECT_EQ(log.open("x.gz"), "");
     limitFiles(10'000);
     for (int i = 0; i < 3; ++i) {
@@ -202,7 +288,7 @@ TEST_F(Parts, LogsTellOnceThatTheirFileTakesNoMore)
     static_cast<void>(std::signal(SIGXFSZ, formerHandler));
 
     std::vector<std::string> told;
-    for (host::LogEntry const& entry : captured.entries()) {
+    for (trs::LogEntry const& entry : captured.entries()) {
         told.push_back(entry.text);
     }
     EXPECT_THAT(told, testing::ElementsAre(testing::HasSubstr("/x.gz is not complete, and closed: File too large"),

@@ -27,7 +27,7 @@ Adapter::Outcome failed(ZynNmaWrapper::AlarmFailure why)
     }
     CallFailure const& failure = lastCallFailure();
     return failure.kind == CallFailure::Kind::none ? Adapter::Outcome{false, "refused", "delivered and refused"}
-                                                         : Adapter::Outcome{false, "call", "failed: " + failure.reason};
+                                                   : Adapter::Outcome{false, "call", "failed: " + failure.reason};
 }
 
 } // namespace

@@ -4,12 +4,14 @@
 #include "broker/PrintableText.h"
 #include "platform/NmaLogHelper.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <crypt.h>
 #include <cstring>
 #include <fcntl.h>
 #include <memory>
+#include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
@@ -83,6 +85,20 @@ std::string hashOf(std::string const& password, std::string const& hash)
     return copy;
 }
 
+// The method of a hash and its cost: what stands before the salt.
+std::string_view settingOf(std::string_view hash)
+{
+    constexpr std::string_view rounds = "rounds=";
+    constexpr std::size_t scryptCost = 11; // letters, without an end
+    std::size_t const method = std::min(hash.find('$', 1), hash.size() - 1) + 1;
+    std::string_view const name = hash.substr(0, method);
+    if (name == "$7$") {
+        return hash.substr(0, method + scryptCost);
+    }
+    bool const hasDefaultCost = name == "$6$" && !hash.substr(method).starts_with(rounds);
+    return hasDefaultCost ? name : hash.substr(0, hash.find('$', method));
+}
+
 // In a time that does not tell where the texts differ.
 bool areEqual(std::string const& a, std::string const& b)
 {
@@ -142,12 +158,23 @@ bool Credentials::accepts(std::string const& user, std::string const& password) 
         NmaLogHelper(3, __FILE__, __func__, __LINE__).message("%s", why.c_str());
         return false;
     }
+    // The user's own hash, and one of each other cost: the time tells neither who exists nor whose hash is cheap.
     auto const found = hashes.find(user);
-    bool const isKnown = found != hashes.end();
-    std::string const& expected = isKnown ? found->second : hashes.begin()->second;
+    std::map<std::string_view, std::string const*> compared;
+    if (found != hashes.end()) {
+        compared.emplace(settingOf(found->second), &found->second);
+    }
+    for (auto const& [name, hash] : hashes) {
+        compared.emplace(settingOf(hash), &hash);
+    }
+    bool isRight = false;
+    for (auto const& [setting, hash] : compared) {
+        bool const isEqual = areEqual(hashOf(password, *hash), *hash);
+        isRight = isRight || (isEqual && found != hashes.end() && hash == &found->second);
+    }
     // A hash is of the password up to its first NUL byte.
     bool const isComplete = password.find('\0') == std::string::npos && !password.empty();
-    return areEqual(hashOf(password, expected), expected) && isKnown && isComplete;
+    return isRight && isComplete;
 }
 
 } // namespace trs::adapter

@@ -16,8 +16,8 @@ public:
 
     // Empty, or why nobody can log in: the file, the line and what is wrong with it.
     std::string check() const;
-    // Whether the password is that of the user. It takes the time of a hash, also for a user that does not exist. False
-    // for every user when the file cannot be used, which is logged.
+    // Whether the password is that of the user. Whoever asks, and for whatever name, it takes the time of one hash for
+    // every method and cost that the file has. False for every user when the file cannot be used, which is logged.
     bool accepts(std::string const& user, std::string const& password) const;
 
 private:

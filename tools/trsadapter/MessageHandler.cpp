@@ -8,7 +8,6 @@
 #include "platform/NmaLogHelper.h"
 
 #include <algorithm>
-#include <chrono>
 #include <iterator>
 #include <sstream>
 
@@ -19,9 +18,6 @@ namespace {
 // The operations that the adapter carries out, by their index.
 char const* const acknowledgement = xoh::OPERATION_NAMES[0];
 char const* const supervision = xoh::OPERATION_NAMES[12];
-
-constexpr std::ptrdiff_t mostHashesAtOnce = 2;
-constexpr std::chrono::seconds hashPatience{5};
 
 std::string pathOf(std::string const& messageElement)
 {
@@ -52,7 +48,7 @@ std::string whatIsWrong(ZYN_XmlParser const& message)
 } // namespace
 
 MessageHandler::MessageHandler(Credentials const& credentials, Sessions& sessions, Identity const& identity)
-    : credentials_(credentials), sessions_(sessions), identity_(identity), hashing_(mostHashesAtOnce)
+    : logins_(credentials), sessions_(sessions), identity_(identity)
 {
 }
 
@@ -88,12 +84,11 @@ MessageHandler::Answer MessageHandler::logIn(ZYN_XmlParser const& message, Reque
         return answer(message, status, xoh::KIND_LOGIN_REQUEST, reason, fields);
     };
     std::string const user = message.getValue(xoh::PATH_LOGIN_USER_NAME);
-    if (!hashing_.try_acquire_for(hashPatience)) {
+    Logins::Verdict const verdict = logins_.check(user, message.getValue(xoh::PATH_LOGIN_PASSWORD), request.address);
+    if (verdict == Logins::Verdict::busy) {
         return refused(503, xoh::RESULT_EXECUTION_ERROR);
     }
-    bool const isAccepted = credentials_.accepts(user, message.getValue(xoh::PATH_LOGIN_PASSWORD));
-    hashing_.release();
-    if (!isAccepted) {
+    if (verdict == Logins::Verdict::wrong) {
         NmaLogHelper(4, __FILE__, __func__, __LINE__)
             .message("login of '%s' from %s refused", printable(user).c_str(), request.address.c_str());
         return refused(401, xoh::RESULT_INVALID_LOGIN);

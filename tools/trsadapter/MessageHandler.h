@@ -1,13 +1,12 @@
 // Answers the messages of site management clients.
 #pragma once
 
-#include "tools/trsadapter/Credentials.h"
 #include "tools/trsadapter/Document.h"
 #include "tools/trsadapter/Identity.h"
+#include "tools/trsadapter/Logins.h"
 #include "tools/trsadapter/Sessions.h"
 
 #include <optional>
-#include <semaphore>
 #include <string>
 #include <vector>
 
@@ -35,6 +34,8 @@ public:
     MessageHandler(Credentials const& credentials, Sessions& sessions, Identity const& identity);
 
     Answer handle(Request const& request);
+    // Logins that wait are answered at once, and no more are taken.
+    void stop() { logins_.stop(); }
 
 private:
     Answer logIn(ZYN_XmlParser const& message, Request const& request);
@@ -44,10 +45,9 @@ private:
                   std::vector<Field> const& fields) const;
     Answer refuse(ZYN_XmlParser const& message, int status, std::string const& kind, std::string const& reason) const;
 
-    Credentials const& credentials_;
+    Logins logins_;
     Sessions& sessions_;
     Identity const& identity_;
-    std::counting_semaphore<> hashing_; // a hash takes a processor's time and some 16 MiB
 };
 
 } // namespace trs::adapter

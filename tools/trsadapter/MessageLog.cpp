@@ -155,7 +155,7 @@ bool MessageLog::check()
     std::string const why =
         errno != 0 ? std::strerror(errno) : "it takes no more"; // NOLINT(concurrency-mt-unsafe): as above
     NmaLogHelper(3, __FILE__, __func__, __LINE__)
-        .message("log file %s is not complete, and closed: %s", host::printable(directory_ + '/' + name_).c_str(),
+        .message("log file %s is not complete, and closed: %s", trs::printable(directory_ + '/' + name_).c_str(),
                  why.c_str());
     file_.reset();
     return false;

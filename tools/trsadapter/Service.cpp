@@ -128,6 +128,7 @@ void Service::look()
 
 void Service::stop()
 {
+    handler_.stop();
     server_.stop();
     log_.close();
 }
