@@ -43,7 +43,7 @@ std::unique_ptr<Connection> Connector::connect(Deadline& deadline, std::string& 
                 return connection;
             }
         } else {
-            why = "no connection: " + why;
+            why.insert(0, "no connection: ");
         }
         if (deadline.remaining() == 0) {
             break;

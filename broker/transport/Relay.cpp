@@ -17,7 +17,7 @@ namespace trs {
 
 class Relay::Parts {
 public:
-    Parts(Endpoint listen, Endpoint itsServer, Tap itsTap, Complain itsComplain)
+    Parts(Endpoint const& listen, Endpoint itsServer, Tap itsTap, Complain itsComplain)
         : server(std::move(itsServer)), tap(std::move(itsTap)), complain(std::move(itsComplain)),
           listener(makeListener(context, listen)), signals(context), timer(context)
     {
@@ -158,8 +158,8 @@ private:
     Thread toServer_;
 };
 
-Relay::Relay(Endpoint listen, Endpoint server, Tap tap, Complain complain)
-    : parts_(std::make_unique<Parts>(std::move(listen), std::move(server), std::move(tap), std::move(complain)))
+Relay::Relay(Endpoint const& listen, Endpoint server, Tap tap, Complain complain)
+    : parts_(std::make_unique<Parts>(listen, std::move(server), std::move(tap), std::move(complain)))
 {
 }
 

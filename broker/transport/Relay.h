@@ -26,7 +26,7 @@ public:
     // Is told why a connection could not be carried on, as the server is not reached.
     using Complain = std::function<void(std::string const& why)>;
 
-    Relay(Endpoint listen, Endpoint server, Tap tap, Complain complain);
+    Relay(Endpoint const& listen, Endpoint server, Tap tap, Complain complain);
     Relay(Relay const&) = delete;
     Relay& operator=(Relay const&) = delete;
     ~Relay();
