@@ -1,0 +1,65 @@
+#include "broker/machine/RepeatedLines.h"
+
+#include "platform/NmaLogHelper.h"
+
+namespace trs {
+
+namespace {
+
+constexpr auto toldEvery = std::chrono::seconds(1);
+
+} // namespace
+
+RepeatedLines::RepeatedLines(std::function<Clock::time_point()> now) : now_(std::move(now)) {}
+
+RepeatedLines::~RepeatedLines()
+{
+    for (auto const& [text, kind] : kinds_) {
+        tellCount(kind, now_());
+    }
+}
+
+void RepeatedLines::tell(int severity, std::string const& kind, std::string const& detail)
+{
+    std::lock_guard const lock(mutex_);
+    Clock::time_point const now = now_();
+    tellOverdue(now);
+    auto const [place, isFirst] = kinds_.try_emplace(kind, Kind{severity, now});
+    if (isFirst) {
+        LogDispatch(severity, kind + detail);
+        return;
+    }
+    ++place->second.count;
+    place->second.last = kind + detail;
+}
+
+void RepeatedLines::tellCount(Kind const& kind, Clock::time_point now)
+{
+    if (kind.count == 1) {
+        LogDispatch(kind.severity, kind.last);
+    } else if (kind.count > 1) {
+        auto const seconds = std::chrono::duration_cast<std::chrono::seconds>(now - kind.since).count();
+        std::string const time = seconds < 2 ? "second" : std::to_string(seconds) + " s";
+        LogDispatch(kind.severity,
+                    kind.last + " (and " + std::to_string(kind.count - 1) + " more like it in the last " + time + ")");
+    }
+}
+
+void RepeatedLines::tellOverdue(Clock::time_point now)
+{
+    for (auto place = kinds_.begin(); place != kinds_.end();) {
+        Kind& kind = place->second;
+        if (now - kind.since < toldEvery) {
+            ++place;
+        } else if (kind.count == 0) {
+            place = kinds_.erase(place);
+        } else {
+            tellCount(kind, now);
+            kind.since = now;
+            kind.count = 0;
+            ++place;
+        }
+    }
+}
+
+} // namespace trs
