@@ -10,8 +10,24 @@
 #include "platform/NmaLogHelper.h"
 
 #include <algorithm>
+#include <system_error>
 
 namespace trs {
+
+namespace {
+
+// The attempt's complaint, or why the system lets it fail, which Asio throws.
+template <class Attempt>
+std::string complaintOf(std::string const& endpoint, Attempt&& attempt)
+{
+    try {
+        return attempt();
+    } catch (std::system_error const& error) {
+        return LogMakeString("endpoint '%s': %s", endpoint.c_str(), error.code().message().c_str());
+    }
+}
+
+} // namespace
 
 Broker::Broker() = default;
 
@@ -45,10 +61,12 @@ std::string Broker::serve(std::string const& endpoint)
     RunPermissionPause const waiting;
     std::lock_guard const changing(changing_);
     std::lock_guard const lock(mutex_);
-    if (server_ == nullptr) {
-        server_ = std::make_unique<Server>(tap_);
-    }
-    return server_->listen(parsed);
+    return complaintOf(endpoint, [&] {
+        if (server_ == nullptr) {
+            server_ = std::make_unique<Server>(tap_);
+        }
+        return server_->listen(parsed);
+    });
 }
 
 void Broker::setTap(ServerTap* tap)
@@ -74,8 +92,12 @@ std::string Broker::addPeer(std::string const& endpoint, TreflectORB const** pee
     }
     RunPermissionPause const waiting;
     std::lock_guard const changing(changing_);
-    std::string why;
-    std::unique_ptr<Dialer> dialer = makeDialer(parsed, why);
+    std::unique_ptr<Dialer> dialer;
+    std::string const why = complaintOf(endpoint, [&] {
+        std::string wrong;
+        dialer = makeDialer(parsed, wrong);
+        return wrong;
+    });
     if (dialer == nullptr) {
         return why;
     }

@@ -80,14 +80,16 @@ bool SocketListener::removeStaleSocket(SocketAddress const& address, std::string
         return false;
     }
     int const probe = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    bool const isRefused = probe >= 0 &&
-                           ::connect(probe, address.data(), static_cast<socklen_t>(address.size())) != 0 &&
-                           (errno == ECONNREFUSED || errno == ENOENT);
+    int error = probe < 0 ? errno : 0;
     if (probe >= 0) {
+        error = ::connect(probe, address.data(), static_cast<socklen_t>(address.size())) != 0 ? errno : 0;
         ::close(probe);
     }
-    if (!isRefused) {
-        why = LogMakeString("endpoint '%s' cannot be served: a live process serves there", endpoint_.text().c_str());
+    if (error != ECONNREFUSED && error != ENOENT) {
+        bool const isAlive = error == 0 || error == EAGAIN; // whose queue is full
+        why = LogMakeString("endpoint '%s' cannot be served: %s", endpoint_.text().c_str(),
+                            isAlive ? "a live process serves there"
+                                    : ("there is a socket: " + systemErrorText(error)).c_str());
         return false;
     }
     ::unlink(path);
