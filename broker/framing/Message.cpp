@@ -49,13 +49,23 @@ bool isBodyAllowed(MessageKind kind, std::uint8_t detail)
 
 Greeting makeGreeting() { return {'T', 'O', 'I', 'P', version >> 8, version & 0xff, 0, 0}; }
 
+Greeting makeFullGreeting()
+{
+    Greeting greeting = makeGreeting();
+    greeting.back() = 1;
+    return greeting;
+}
+
 GreetingCheck checkGreeting(Greeting const& greeting)
 {
     Greeting const own = makeGreeting();
     if (!std::equal(own.begin(), own.begin() + 4, greeting.begin())) {
         return GreetingCheck::foreign;
     }
-    return greeting == own ? GreetingCheck::good : GreetingCheck::otherVersion;
+    if (greeting == own) {
+        return GreetingCheck::good;
+    }
+    return greeting == makeFullGreeting() ? GreetingCheck::full : GreetingCheck::otherVersion;
 }
 
 void beginMessage(TipprmiStream& message, MessageKind kind, std::uint8_t detail)

@@ -3,7 +3,7 @@
 // A connection begins with a greeting of 8 bytes in each direction, the connecting side's first:
 //     4  the characters "TOIP"
 //     2  the version of this format, 1
-//     2  zero
+//     2  zero; 1 when the accepting side has no room for another connection, which then ends
 //
 // Then messages follow, of TIPPRMI_MAX_MESSAGE bytes at most. Each begins with 12 bytes:
 //     4  the number of bytes that follow these four
@@ -36,9 +36,11 @@
 namespace trs {
 
 using Greeting = std::array<unsigned char, 8>;
-enum class GreetingCheck { good, otherVersion, foreign };
+enum class GreetingCheck { good, full, otherVersion, foreign };
 
 Greeting makeGreeting();
+// Of a server that is full.
+Greeting makeFullGreeting();
 GreetingCheck checkGreeting(Greeting const& greeting);
 
 enum class MessageKind : std::uint8_t {

@@ -47,7 +47,8 @@ void SubscriberTable::dropIfEmpty(Table::iterator place)
     }
 }
 
-bool SubscriberTable::add(OperationKey const& key, std::shared_ptr<Subscriber> const& sink, bool isRenewal)
+SubscriberTable::Added SubscriberTable::add(OperationKey const& key, std::shared_ptr<Subscriber> const& sink,
+                                            bool isRenewal)
 {
     std::lock_guard const lock(mutex_);
     auto const place = table_.try_emplace(key).first;
@@ -56,24 +57,29 @@ bool SubscriberTable::add(OperationKey const& key, std::shared_ptr<Subscriber> c
     if (isNew) {
         sinks.push_back(sink);
     }
-    if (markObject(key.oid) || isRenewal) {
-        return true;
+    bool const isThere = markObject(key.oid);
+    if (!isNew) {
+        return isThere || isRenewal ? Added::before : Added::noSuchObject;
     }
-    if (isNew) {
-        sinks.pop_back();
-        dropIfEmpty(place);
+    if (isThere || isRenewal) {
+        return Added::yes;
     }
-    return false;
+    sinks.pop_back();
+    dropIfEmpty(place);
+    return Added::noSuchObject;
 }
 
-void SubscriberTable::remove(OperationView const& operation, Subscriber const& sink)
+bool SubscriberTable::remove(OperationView const& operation, Subscriber const& sink)
 {
     std::lock_guard const lock(mutex_);
     auto const place = table_.find(operation);
-    if (place != table_.end()) {
-        std::erase_if(place->second.sinks, [&sink](auto const& present) { return present.get() == &sink; });
-        dropIfEmpty(place);
+    if (place == table_.end()) {
+        return false;
     }
+    std::size_t const removed =
+        std::erase_if(place->second.sinks, [&sink](auto const& present) { return present.get() == &sink; });
+    dropIfEmpty(place);
+    return removed != 0;
 }
 
 void SubscriberTable::removeAll(Subscriber const& sink)

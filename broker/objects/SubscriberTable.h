@@ -19,9 +19,12 @@ class SubscriberTable {
 public:
     static SubscriberTable& instance();
 
-    // False when there is no such object now, unless `isRenewal`: the object may come later then.
-    bool add(OperationKey const& key, std::shared_ptr<Subscriber> const& sink, bool isRenewal);
-    void remove(OperationView const& operation, Subscriber const& sink);
+    enum class Added { yes, before, noSuchObject };
+
+    // There must be such an object now, unless `isRenewal`: it may come later then.
+    Added add(OperationKey const& key, std::shared_ptr<Subscriber> const& sink, bool isRenewal);
+    // Whether there was such a subscription.
+    bool remove(OperationView const& operation, Subscriber const& sink);
     void removeAll(Subscriber const& sink);
     // One more or one less observer in this process.
     void addLocal(OperationKey const& key, TreflectServerObject& server);

@@ -1,5 +1,6 @@
 #include "broker/serving/Server.h"
 
+#include "broker/framing/Message.h"
 #include "broker/objects/RunPermission.h"
 #include "broker/transport/Transport.h"
 #include "platform/NmaLogHelper.h"
@@ -7,13 +8,20 @@
 #include <asio/executor_work_guard.hpp>
 #include <asio/post.hpp>
 
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
 namespace trs {
 
 namespace {
 
-constexpr std::size_t mostConnections = 1024;
+// Refused connections stay open until others have come, so that the clients read why before they notice the end.
+constexpr std::size_t keptRefusals = 8;
 
 } // namespace
+
+Server::Server(ServerTap* tap, std::size_t mostConnections) : tap_(tap), mostConnections_(mostConnections) {}
 
 Server::~Server()
 {
@@ -22,12 +30,21 @@ Server::~Server()
     acceptor_.join();
     listeners_.clear();
     {
-        std::lock_guard const lock(mutex_);
-        for (Handler& handler : handlers_) {
+        std::unique_lock lock(mutex_);
+        std::ranges::for_each(handlers_, [](Handler& handler) {
+            if (handler.connection != nullptr) {
+                handler.connection->endReceiving();
+            }
+        });
+        Deadline const deadline;
+        ended_.wait_for(lock, std::chrono::milliseconds(deadline.duration()), [this] {
+            return std::ranges::all_of(handlers_, [](Handler const& each) { return each.connection == nullptr; });
+        });
+        std::ranges::for_each(handlers_, [](Handler& handler) {
             if (handler.connection != nullptr) {
                 handler.connection->shutDown();
             }
-        }
+        });
     }
     handlers_.clear(); // joins their threads
 }
@@ -67,16 +84,15 @@ std::vector<std::string> Server::endpoints() const
 // On the accepting thread.
 void Server::admit(std::unique_ptr<Channel> channel, std::string const& endpoint)
 {
-    auto connection = std::make_unique<ServerConnection>(std::move(channel), endpoint, tap_);
     removeEnded();
     std::lock_guard const lock(mutex_);
-    if (handlers_.size() >= mostConnections) {
-        LogDispatch(4, LogMakeString("a connection to %s is closed: there are %zu already", endpoint.c_str(),
-                                     handlers_.size()));
+    if (handlers_.size() >= mostConnections_ && !makeRoom()) {
+        log_.tell(4, "a connection to " + endpoint + " is refused: there are as many as may be, and all are busy");
+        refuse(std::move(channel));
         return;
     }
     Handler& handler = handlers_.emplace_back();
-    handler.connection = std::move(connection);
+    handler.connection = std::make_unique<ServerConnection>(std::move(channel), endpoint, tap_, log_);
     bool const isStarted = handler.thread.start([this, &handler, served = handler.connection.get()] {
         becomeHandlerThread();
         served->serve();
@@ -84,10 +100,53 @@ void Server::admit(std::unique_ptr<Channel> channel, std::string const& endpoint
         std::unique_ptr<ServerConnection> ended;
         std::lock_guard const ending(mutex_);
         ended = std::move(handler.connection);
+        ended_.notify_all();
     });
     if (!isStarted) {
-        LogDispatch(3, "a connection to " + endpoint + " is closed: no thread could be started");
+        log_.tell(3, "a connection to " + endpoint + " is closed: no thread could be started");
         handlers_.pop_back();
+    }
+}
+
+// Under the lock. False when nobody can give way.
+bool Server::makeRoom()
+{
+    for (;;) {
+        std::size_t count = 0;
+        ServerConnection* longest = nullptr;
+        ServerConnection::Rest best;
+        for (Handler const& handler : handlers_) {
+            ServerConnection::Rest const rest = handler.connection != nullptr
+                                                    ? handler.connection->rest()
+                                                    : ServerConnection::Rest{false, ServerConnection::dismissed};
+            count += rest.since != ServerConnection::dismissed ? 1 : 0;
+            if (rest.since >= 0 && (longest == nullptr || std::pair(rest.isSubscribed, rest.since) <
+                                                              std::pair(best.isSubscribed, best.since))) {
+                longest = handler.connection.get();
+                best = rest;
+            }
+        }
+        if (count < mostConnections_) {
+            return true;
+        }
+        if (longest == nullptr) {
+            return false;
+        }
+        if (longest->dismiss(best.since)) {
+            log_.tell(4, "an idle connection is closed: there are as many as may be, and another one has come");
+            return true;
+        }
+    }
+}
+
+void Server::refuse(std::unique_ptr<Channel> channel)
+{
+    Greeting const greeting = makeFullGreeting();
+    channel->sendSome(greeting.data(), greeting.size());
+    channel->endSending();
+    refused_.push_back(std::move(channel));
+    if (refused_.size() > keptRefusals) {
+        refused_.pop_front();
     }
 }
 

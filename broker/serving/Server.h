@@ -1,12 +1,16 @@
 // The server's side of this process's broker.
 #pragma once
 
+#include "broker/machine/RepeatedLines.h"
 #include "broker/machine/Thread.h"
 #include "broker/serving/ServerConnection.h"
 #include "broker/transport/Listener.h"
 
 #include <asio/io_context.hpp>
 
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
 #include <list>
 #include <memory>
 #include <mutex>
@@ -16,13 +20,16 @@
 namespace trs {
 
 // Listens on any number of endpoints, with one thread that accepts connections and one handler thread for each of
-// them.
+// them. When there are as many connections as may be, the one that has been idle longest gives way to a new one, those
+// with subscriptions last; one whose request is being answered never does.
 class Server {
 public:
-    explicit Server(ServerTap* tap) : tap_(tap) {}
+    // Throws std::system_error when the system has no descriptors for it, as listen() does. `tap` may be null.
+    explicit Server(ServerTap* tap, std::size_t mostConnections = 1024);
     Server(Server const&) = delete;
     Server& operator=(Server const&) = delete;
-    // Ends listening and all connections, and waits for the threads. Gives the run permission back meanwhile.
+    // Ends listening and all connections, and waits for the threads. Requests that are being answered have the time of
+    // a call for that. Gives the run permission back meanwhile.
     ~Server();
 
     // Empty, or why the endpoint cannot be served.
@@ -38,12 +45,18 @@ private:
 
     void admit(std::unique_ptr<Channel> channel, std::string const& endpoint);
     void removeEnded();
+    bool makeRoom();
+    void refuse(std::unique_ptr<Channel> channel);
 
-    ServerTap* const tap_; // null: none
+    ServerTap* const tap_;
+    std::size_t const mostConnections_;
+    RepeatedLines log_;
     asio::io_context context_{1};
     std::vector<std::unique_ptr<Listener>> listeners_;
     Thread acceptor_;
+    std::deque<std::unique_ptr<Channel>> refused_; // the acceptor's own
     std::mutex mutex_;
+    std::condition_variable ended_; // a connection has
     std::list<Handler> handlers_;
 };
 

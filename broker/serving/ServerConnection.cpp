@@ -3,7 +3,8 @@
 #include "broker/objects/Execution.h"
 #include "broker/objects/RunPermission.h"
 #include "broker/objects/SubscriberTable.h"
-#include "platform/NmaLogHelper.h"
+
+#include <chrono>
 
 namespace trs {
 
@@ -11,7 +12,14 @@ namespace {
 
 // Streams that have held a longer message are not kept.
 constexpr std::size_t greatestKeptStorage = 65536;
-constexpr std::size_t mostSubscriptions = 16384;
+constexpr std::size_t mostSubscribed = std::size_t{1024} * 1024; // bytes of one connection
+constexpr std::size_t subscriptionSize = 64;                     // besides the identifier
+
+std::int64_t restClock()
+{
+    auto const time = std::chrono::steady_clock::now().time_since_epoch();
+    return std::chrono::duration_cast<std::chrono::nanoseconds>(time).count();
+}
 
 void releaseStorage(TipprmiStream& stream)
 {
@@ -34,18 +42,36 @@ void finishReply(TipprmiStream& reply, ReplyStatus status, std::uint32_t number)
 
 } // namespace
 
-ServerConnection::ServerConnection(std::unique_ptr<Channel> channel, std::string endpoint, ServerTap* tap)
-    : endpoint_(std::move(endpoint)), tap_(tap), connection_(std::move(channel)), lastStub_(StubTable::unbound())
+ServerConnection::ServerConnection(std::unique_ptr<Channel> channel, std::string const& endpoint, ServerTap* tap,
+                                   RepeatedLines& log)
+    : begin_("a connection to " + endpoint + " is closed: "), tap_(tap), log_(log), connection_(std::move(channel)),
+      lastStub_(StubTable::unbound()), outlet_(std::make_shared<Outlet>(connection_, log, begin_)),
+      restsSince_(restClock())
 {
 }
 
 ServerConnection::~ServerConnection()
 {
-    if (sink_ != nullptr) {
-        sink_->close();
-        SubscriberTable::instance().removeAll(*sink_);
-    }
+    SubscriberTable::instance().removeAll(*outlet_);
+    outlet_->close();
 }
+
+void ServerConnection::endReceiving()
+{
+    isEnding_ = true;
+    connection_.endReceiving();
+}
+
+bool ServerConnection::dismiss(std::int64_t since)
+{
+    if (!restsSince_.compare_exchange_strong(since, dismissed)) {
+        return false;
+    }
+    connection_.shutDown();
+    return true;
+}
+
+void ServerConnection::logClosed(std::string const& why, int severity) { log_.tell(severity, begin_ + why); }
 
 void ServerConnection::serve()
 {
@@ -57,15 +83,15 @@ void ServerConnection::serve()
     for (;;) {
         switch (connection_.receiveNext(message)) {
         case Connection::Received::message:
-            if (!answer(message, reply)) {
+            if (!answerNext(message, reply)) {
                 return;
             }
             break;
         case Connection::Received::malformed:
-            logMalformed();
+            logClosed("a malformed message came");
             return;
         case Connection::Received::timedOut:
-            LogDispatch(4, "a connection to " + endpoint_ + " is closed: a message that was begun did not end in time");
+            logClosed("a message that was begun did not end in time");
             return;
         case Connection::Received::closed:
         case Connection::Received::lost:
@@ -84,29 +110,35 @@ bool ServerConnection::greet()
     case Connection::Received::message:
         break;
     case Connection::Received::timedOut:
-        LogDispatch(6, "a connection to " + endpoint_ + " is closed: no greeting came in time");
+        logClosed("no greeting came in time", 6);
         return false;
     default:
         return false;
     }
     GreetingCheck const check = checkGreeting(greeting);
-    if (check == GreetingCheck::foreign) {
-        LogDispatch(4, "a connection to " + endpoint_ + " is closed: what connected is no broker");
+    if (check == GreetingCheck::foreign || check == GreetingCheck::full) {
+        logClosed("what connected is no broker");
         return false;
     }
     // A broker of another version is told this one's.
     greeting = makeGreeting();
     bool const isSent = connection_.send(greeting.data(), greeting.size(), deadline) == Connection::Sent::all;
     if (check == GreetingCheck::otherVersion) {
-        LogDispatch(4, "a connection to " + endpoint_ + " is closed: the broker that connected speaks another version");
+        logClosed("the broker that connected speaks another version");
         return false;
     }
     return isSent;
 }
 
-void ServerConnection::logMalformed() const
+// Unless the connection was dismissed while the message came.
+bool ServerConnection::answerNext(TipprmiStream& message, TipprmiStream& reply)
 {
-    LogDispatch(4, "a connection to " + endpoint_ + " is closed: a malformed message came");
+    if (restsSince_.exchange(busy) == dismissed || isEnding_) {
+        return false;
+    }
+    bool const isAnswered = answer(message, reply);
+    restsSince_ = restClock();
+    return isAnswered;
 }
 
 bool ServerConnection::answer(TipprmiStream& message, TipprmiStream& reply)
@@ -125,13 +157,13 @@ bool ServerConnection::answer(TipprmiStream& message, TipprmiStream& reply)
             return answerSubscribe(header, address, reply);
         }
         if (isWhole && header.kind == MessageKind::unsubscribe) {
-            if (sink_ != nullptr) {
-                SubscriberTable::instance().remove(address.view(), *sink_);
+            if (SubscriberTable::instance().remove(address.view(), *outlet_)) {
+                subscribed_ -= subscriptionSize + address.id.size();
             }
             return true;
         }
     }
-    logMalformed();
+    logClosed("a malformed message came");
     return false;
 }
 
@@ -139,7 +171,7 @@ bool ServerConnection::answerRequest(MessageHeader const& header, TipprmiStream&
 {
     ObjectAddress address{};
     if (!readAddress(request, address)) {
-        logMalformed();
+        logClosed("a malformed message came");
         return false;
     }
     reply.clear();
@@ -160,10 +192,13 @@ bool ServerConnection::answerTapped(MessageHeader const& header, ObjectAddress c
         status = execute(header.detail != 0, address, request, reply);
     }
     finishReply(reply, status, header.number);
-    return call->answer(reply, [this](unsigned char const* bytes, std::size_t length) {
-        Deadline deadline;
-        return connection_.send(bytes, length, deadline) == Connection::Sent::all;
-    });
+    Outlet::Answer answer(*outlet_);
+    bool const isAnswered = call->answer(
+        reply, [&answer](unsigned char const* bytes, std::size_t length) { return answer.send(bytes, length); });
+    if (!isAnswered) {
+        outlet_->abandon(); // perhaps in the middle of the answer
+    }
+    return isAnswered;
 }
 
 ReplyStatus ServerConnection::execute(bool flag, ObjectAddress const& address, TipprmiStream& request,
@@ -207,37 +242,27 @@ bool ServerConnection::answerLocate(MessageHeader const& header, ObjectAddress c
 
 bool ServerConnection::answerSubscribe(MessageHeader const& header, ObjectAddress const& address, TipprmiStream& reply)
 {
-    if (++subscriptions_ > mostSubscriptions) {
-        LogDispatch(4, "a connection to " + endpoint_ + " is closed: it subscribed too often");
-        return false;
-    }
-    if (sink_ == nullptr) {
-        sink_ = std::make_shared<EventSink>(connection_);
-    }
+    outlet_->admitNotifications();
     OperationKey const key(TipprmiOID(std::string(address.id), NamespaceId(address.space)), address.classId,
                            address.opIndex);
-    bool const isThere = SubscriberTable::instance().add(key, sink_, header.detail != 0);
+    SubscriberTable::Added const added = SubscriberTable::instance().add(key, outlet_, header.detail != 0);
+    if (added == SubscriberTable::Added::yes) {
+        subscribed_ += subscriptionSize + address.id.size();
+        if (subscribed_ > mostSubscribed) {
+            logClosed("its subscriptions take too much memory");
+            return false;
+        }
+    }
     reply.clear();
     beginMessage(reply, MessageKind::subscriptionReply);
-    reduceReply(reply, isThere ? ReplyStatus::done : ReplyStatus::noSuchObject);
+    reduceReply(reply, added == SubscriberTable::Added::noSuchObject ? ReplyStatus::noSuchObject : ReplyStatus::done);
     finishMessage(reply, header.number);
     return send(reply);
 }
 
 bool ServerConnection::send(TipprmiStream const& message)
 {
-    if (sink_ != nullptr) {
-        sink_->send(message); // notifications go over the same connection
-        return true;
-    }
-    Deadline deadline;
-    if (connection_.send(message.data(), message.size(), deadline) == Connection::Sent::all) {
-        return true;
-    }
-    if (deadline.remaining() == 0) {
-        LogDispatch(4, "a connection to " + endpoint_ + " is closed: its reply was not taken in time");
-    }
-    return false;
+    return Outlet::Answer(*outlet_).send(message.data(), message.size());
 }
 
 } // namespace trs

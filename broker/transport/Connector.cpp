@@ -14,6 +14,9 @@ bool Connector::greet(Connection& connection, Deadline& deadline, std::string& w
             switch (checkGreeting(greeting)) {
             case GreetingCheck::good:
                 return true;
+            case GreetingCheck::full:
+                why = "the server is full";
+                return false;
             case GreetingCheck::otherVersion:
                 why = "the broker there speaks another version";
                 return false;

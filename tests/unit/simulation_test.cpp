@@ -193,8 +193,18 @@ TEST_F(Simulation, TimePassesByCommandAndOverTheWire)
     EXPECT_TRUE(simulator.applyScenario(scenario, wrong) == RunClient::OK) << wrong;
     EXPECT_TRUE(simulator.applyScenario("{", wrong) == RunClient::FAILED);
     EXPECT_EQ(wrong, "the scenario is no JSON");
-    simulator.execute("stop", wrong); // the answer may be lost with the unit
-    EXPECT_EQ(sim.waitForExit(), 0);
+}
+
+TEST_F(Fleet, AUnitThatIsStoppedByACallAnswersIt)
+{
+    SimulatorClient const simulator{TipprmiOID(SimulatorClient::SIMULATOR_OID)};
+    peerAt(endpoint);
+    for (int round = 0; round < 50; ++round) {
+        Unit sim = unit();
+        std::string wrong;
+        ASSERT_TRUE(simulator.execute("stop", wrong) == RunClient::OK) << round;
+        EXPECT_EQ(sim.waitForExit(), 0);
+    }
 }
 
 TEST_F(Fleet, ManyUnitsRunAtOnce)
