@@ -93,7 +93,7 @@ std::string Broker::addPeer(std::string const& endpoint, TreflectORB const** pee
     RunPermissionPause const waiting;
     std::lock_guard const changing(changing_);
     std::unique_ptr<Dialer> dialer;
-    std::string const why = complaintOf(endpoint, [&] {
+    std::string why = complaintOf(endpoint, [&] {
         std::string wrong;
         dialer = makeDialer(parsed, wrong);
         return wrong;

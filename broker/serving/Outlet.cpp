@@ -154,6 +154,7 @@ void Outlet::close()
         changed_.notify_all();
     }
     drainer_.join();
+    std::lock_guard const lock(mutex_); // somebody may be notifying still
     if (!why_.empty()) {
         log_.tell(4, begin_ + why_, ", " + std::to_string(lost_ + waiting_) + " notifications are lost");
     }
