@@ -1,6 +1,8 @@
 #include "catalogue/Value.h"
 
 #include "broker/PrintableText.h"
+#include "catalogue/File.h"
+#include "catalogue/Json.h"
 #include "catalogue/ObjectName.h"
 #include "platform/NmaLogHelper.h"
 #include "rmi/ResponseInfo.h"
@@ -10,8 +12,6 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
-#include <fstream>
-#include <iterator>
 #include <optional>
 
 namespace trs::catalogue {
@@ -218,18 +218,17 @@ std::string writeObject(TipprmiStream& stream, Value const& value)
     return {};
 }
 
-std::string parseJson(std::string const& text, Value& value)
+// JSON, or that of a file.
+std::string parseComposed(std::string const& text, Value& value)
 {
     std::string json = text;
     if (text.starts_with('@')) {
-        std::ifstream file(text.substr(1), std::ios::binary);
-        if (!file) {
-            return "file '" + printable(text.substr(1)) + "' cannot be read";
+        if (std::string why = readWholeFile(text.substr(1), json); !why.empty()) {
+            return why;
         }
-        json.assign(std::istreambuf_iterator<char>(file), {});
     }
-    value = Value::parse(json, nullptr, false);
-    return value.is_discarded() ? '\'' + printable(text) + "' is no JSON" : std::string();
+    std::string const wrong = parseJson(json, value);
+    return wrong.empty() ? wrong : '\'' + printable(text) + "' is " + wrong;
 }
 
 // The number, or the text when it is none: it may be the name of one.
@@ -394,7 +393,7 @@ std::string parseValue(Type const& type, std::string const& text, Value& value)
     bool const isComposed = type.kind == Kind::record || type.kind == Kind::sequence ||
                             (type.kind == Kind::array && (!isAddress(type) || text.starts_with('[')));
     if (isComposed) {
-        return parseJson(text, value);
+        return parseComposed(text, value);
     }
     if (type.kind == Kind::text || type.kind == Kind::array) {
         value = text;

@@ -164,7 +164,10 @@ void PerformanceService::setRecord(Record const& record)
 
 void PerformanceService::advance(unsigned long seconds)
 {
-    for (unsigned long left = seconds; left != 0;) {
+    // Of a longer time the intervals in the middle would be forgotten again.
+    constexpr unsigned long remembered = (PerformanceServiceClient::NumOfHistoricIntervals + 1UL) * intervalSeconds;
+    unsigned long left = seconds <= remembered ? seconds : remembered + (seconds - remembered) % intervalSeconds;
+    while (left != 0) {
         unsigned long const step = std::min(left, intervalSeconds - elapsed_);
         left -= step;
         elapsed_ = (elapsed_ + step) % intervalSeconds;

@@ -2,16 +2,15 @@
 
 #include "broker/PrintableText.h"
 #include "catalogue/Call.h"
+#include "catalogue/File.h"
+#include "catalogue/Json.h"
 #include "catalogue/ObjectName.h"
 #include "catalogue/Text.h"
 #include "unit/OperationPairs.h"
 #include "unit/Unit.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-#include <fstream>
+#include <cstdint>
 #include <map>
 
 namespace trs::sim::scenario {
@@ -38,6 +37,8 @@ constexpr Switch switches[] = {{"ConditionClient", "isActive", "raise", "cancel"
 
 // What follows from the time alone.
 constexpr std::string_view elapsedTime = "getElapsedTime";
+
+constexpr unsigned long lastSecond = UINT32_MAX; // of the time, as it travels
 
 constexpr std::string_view performance = "PerformanceServiceClient";
 constexpr std::string_view adapterData = "getAdapterData";
@@ -348,6 +349,9 @@ std::string applyTime(Unit& unit, Value const& document)
     if (!document["time"].is_number_unsigned() || document["time"] < now) {
         return "\"time\" is no number of seconds, or before the unit's " + std::to_string(now);
     }
+    if (document["time"].get<unsigned long>() > lastSecond) {
+        return "\"time\" is " + document["time"].dump() + ", and a unit's ends with " + std::to_string(lastSecond);
+    }
     unit.inventory().clock().advance(document["time"].get<unsigned long>() - now);
     return {};
 }
@@ -412,26 +416,19 @@ std::string apply(Unit& unit, Value const& document)
 
 std::string load(Unit& unit, std::string const& file)
 {
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream) {
-        return inQuotes(file) + " cannot be read: " + std::strerror(errno); // NOLINT(concurrency-mt-unsafe)
+    std::string text;
+    if (std::string why = catalogue::readWholeFile(file, text); !why.empty()) {
+        return why;
     }
-    Value const document = Value::parse(stream, nullptr, false);
-    return document.is_discarded() ? inQuotes(file) + " is no JSON" : apply(unit, document);
+    Value document;
+    std::string const wrong = catalogue::parseJson(text, document);
+    return wrong.empty() ? scenario::apply(unit, document) : inQuotes(file) + " is " + wrong;
 }
 
 std::string store(Unit& unit, std::string const& file)
 {
-    std::string const made = file + ".new";
-    std::ofstream stream(made, std::ios::binary | std::ios::trunc);
-    stream << catalogue::toJson(save(unit)) << '\n';
-    stream.close();
-    if (!stream || std::rename(made.c_str(), file.c_str()) != 0) {
-        std::string const why = std::strerror(errno); // NOLINT(concurrency-mt-unsafe)
-        std::remove(made.c_str());
-        return inQuotes(file) + " cannot be written: " + why;
-    }
-    return {};
+    std::error_code const error = catalogue::writeWholeFile(file, catalogue::toJson(save(unit)) + '\n');
+    return error ? catalogue::whyNotWritten(file, error) : std::string();
 }
 
 } // namespace trs::sim::scenario

@@ -1,5 +1,6 @@
 #include "unit/Simulator.h"
 
+#include "catalogue/Json.h"
 #include "unit/Scenario.h"
 #include "unit/Status.h"
 #include "unit/Unit.h"
@@ -8,7 +9,7 @@ namespace trs::sim {
 
 namespace {
 
-constexpr unsigned long longestAdvance = 100UL * 24 * 60 * 60; // seconds: what the work takes grows with it
+constexpr unsigned long longestAdvance = 100UL * 24 * 60 * 60; // seconds
 
 } // namespace
 
@@ -41,8 +42,9 @@ void Simulator::serveTimeAndState()
             return GetClient::OK;
         })
         .on<&SimulatorClient::applyScenario>([this](std::string const& scenario, std::string& wrong) {
-            catalogue::Value const document = catalogue::Value::parse(scenario, nullptr, false);
-            wrong = document.is_discarded() ? "the scenario is no JSON" : scenario::apply(unit_, document);
+            catalogue::Value document;
+            wrong = catalogue::parseJson(scenario, document);
+            wrong = wrong.empty() ? scenario::apply(unit_, document) : "the scenario is " + wrong;
             return statusOf<RunClient>(wrong.empty());
         })
         .on<&SimulatorClient::getCallCount>([this](unsigned long& count) {

@@ -134,7 +134,7 @@ TEST(Values, AreReadAndWrittenAsPeopleWriteThem)
         {addresses, R"([{"ipAddress":"10.0.0.1"}])", "[0]: 'address2' is missing, a field of IfNetClient::IpAddrInfo"},
         {addresses, R"([{"ip":"10.0.0.1"}])", "[0]: 'ip' is no field of IfNetClient::IpAddrInfo"},
         {addresses, "[{]", "'[{]' is no JSON"},
-        {addresses, "@/nowhere", "file '/nowhere' cannot be read"},
+        {addresses, "@/nowhere", "'/nowhere' cannot be read: No such file or directory"},
         {location, "LocationId:a/b:c", R"("LocationId:a/b:c")"},
         {location, "none", "null"},
         {location, "a/b",

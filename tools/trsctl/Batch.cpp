@@ -1,13 +1,14 @@
 // trsctl batch: many command lines, one after the other, over one connection.
 #include "broker/PrintableText.h"
+#include "catalogue/File.h"
 #include "catalogue/Text.h"
 #include "tools/trsctl/Program.h"
 #include "tools/trsctl/Verbs.h"
 
 #include <cstdio>
-#include <fstream>
 #include <iostream>
 #include <memory>
+#include <sstream>
 
 namespace trs::ctl {
 
@@ -48,14 +49,20 @@ ExitCode runLines(std::istream& lines, std::string const& name, bool goesOn, Pro
 ExitCode runFile(BatchWords const& words, Program::Options const& options)
 {
     if (words.file == "-") {
-        return runLines(std::cin, "standard input", words.goesOn, options);
-    }
-    std::ifstream file(words.file);
-    if (!file) {
-        std::fprintf(stderr, "'%s' cannot be read\n", printable(words.file).c_str());
+        ExitCode const code = runLines(std::cin, "standard input", words.goesOn, options);
+        if (std::ferror(stdin) == 0) {
+            return code;
+        }
+        std::perror("standard input");
         return ExitCode::usage;
     }
-    return runLines(file, words.file, words.goesOn, options);
+    std::string text;
+    if (std::string const why = catalogue::readWholeFile(words.file, text); !why.empty()) {
+        std::fprintf(stderr, "%s\n", why.c_str());
+        return ExitCode::usage;
+    }
+    std::istringstream lines(text);
+    return runLines(lines, words.file, words.goesOn, options);
 }
 
 // A batch may hold batches, but not without end.

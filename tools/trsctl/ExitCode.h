@@ -8,6 +8,7 @@ namespace trs::ctl {
 enum class ExitCode : int {
     good = 0,
     different = 1,       // what was compared is not the same
+    outputLost = 1,      // what was to be written is not all there: make room
     usage = 2,           // correct the command line
     noSuchObject = 3,    // look for the object: `trsctl tree`
     refused = 4,         // the unit refused; ask it for something else

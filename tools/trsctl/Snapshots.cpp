@@ -2,6 +2,8 @@
 #include "broker/Broker.h"
 #include "broker/PrintableText.h"
 #include "catalogue/Constants.h"
+#include "catalogue/File.h"
+#include "catalogue/Json.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Colour.h"
 #include "tools/support/Console.h"
@@ -10,13 +12,9 @@
 #include "tools/trsctl/References.h"
 #include "tools/trsctl/Verbs.h"
 
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <deque>
 #include <fnmatch.h>
-#include <fstream>
-#include <iostream>
 #include <map>
 #include <memory>
 #include <set>
@@ -133,24 +131,20 @@ ExitCode take(Unit const& unit, std::string const& object, Value& document)
     return ExitCode::good;
 }
 
-ExitCode complainOfFile(std::string const& file, std::string const& why)
+ExitCode complainOfFile(std::string const& why)
 {
-    std::fprintf(stderr, "'%s' %s\n", printable(file).c_str(), why.c_str());
+    std::fprintf(stderr, "%s\n", why.c_str());
     return ExitCode::usage;
 }
 
 ExitCode write(std::string const& file, Value const& document)
 {
-    std::string const made = file + ".new"; // so that a file is there as a whole or not at all
-    std::ofstream stream(made, std::ios::binary | std::ios::trunc);
-    stream << catalogue::toJson(document) << '\n';
-    stream.close();
-    if (!stream || std::rename(made.c_str(), file.c_str()) != 0) {
-        std::string const why = std::strerror(errno); // NOLINT(concurrency-mt-unsafe)
-        std::remove(made.c_str());
-        return complainOfFile(file, "cannot be written: " + why);
+    std::error_code const error = catalogue::writeWholeFile(file, catalogue::toJson(document) + '\n');
+    if (!error) {
+        return ExitCode::good;
     }
-    return ExitCode::good;
+    complainOfFile(catalogue::whyNotWritten(file, error));
+    return catalogue::isFull(error) ? ExitCode::outputLost : ExitCode::usage;
 }
 
 ExitCode snapshot(Unit const& unit, std::string const& object, std::string const& file)
@@ -175,16 +169,17 @@ ExitCode load(Program::Options options, std::string const& source, Value& docume
         Broker::instance().removePeers(); // the other side is another unit
         return code;
     }
-    std::ifstream file;
-    if (source != "-") {
-        file.open(source, std::ios::binary);
-        if (!file) {
-            return complainOfFile(source, "cannot be read");
-        }
+    std::string text;
+    std::string const why = source == "-" ? catalogue::readStandardInput(text) : catalogue::readWholeFile(source, text);
+    if (!why.empty()) {
+        return complainOfFile(why);
     }
-    document = Value::parse(source == "-" ? std::cin : file, nullptr, false);
-    bool const isSnapshot = document.is_object() && document.contains("objects") && document["objects"].is_object();
-    return isSnapshot ? ExitCode::good : complainOfFile(source, "is no snapshot");
+    std::string wrong = catalogue::parseJson(text, document);
+    if (wrong.empty()) {
+        bool const isSnapshot = document.is_object() && document.contains("objects") && document["objects"].is_object();
+        wrong = isSnapshot ? "" : "no snapshot";
+    }
+    return wrong.empty() ? ExitCode::good : complainOfFile('\'' + printable(source) + "' is " + wrong);
 }
 
 std::string placeOf(std::string place, std::string const& path)

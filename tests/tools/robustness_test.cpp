@@ -1,0 +1,135 @@
+// What the programs do with hostile documents, files that are none, and disks that are full.
+#include "catalogue/File.h"
+#include "catalogue/SimulatorClient.h"
+#include "rmi/TreflectHandlerState.h"
+#include "tests/tools/Trsctl.h"
+#include "unit/Scenario.h"
+#include "unit/Unit.h"
+
+#include <filesystem>
+#include <fstream>
+
+namespace {
+
+using testing::HasSubstr;
+namespace fs = std::filesystem;
+
+std::string contentOf(std::string const& file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+std::string nested(std::size_t depth) { return std::string(depth, '[') + std::string(depth, ']'); }
+
+class Robustness : public TrsctlTest {
+protected:
+    Robustness() { fs::create_directory(scratch); }
+    ~Robustness() override { fs::remove_all(scratch); }
+
+    std::string file(std::string const& name) const { return scratch + '/' + name; }
+    std::string written(std::string const& name, std::string const& content) const
+    {
+        std::ofstream(file(name), std::ios::binary) << content;
+        return file(name);
+    }
+    // A line of a shell, which finds the programs by their names.
+    static Result shell(std::string const& line)
+    {
+        ChildProcess child("/bin/sh", {"-c", "PATH=" + program("") + ":$PATH; " + line});
+        int const code = child.waitForExit();
+        return {code, joined(child.readRest()), joined(child.readRest(ChildProcess::Stream::error))};
+    }
+    std::string trsctl() const { return "trsctl --unit " + endpoint + ' '; }
+
+    std::string const scratch = path + ".files";
+};
+
+TEST_F(Robustness, ADocumentIsRefusedWhenItIsNestedTooDeep)
+{
+    Unit const sim = unit({"--clock", "stepped"});
+    std::string const deep = written("deep.json", nested(100'000));
+    std::string const snapshot = written("snapshot.json", R"({"objects": )" + nested(100'000) + '}');
+    std::string const limit = "nested more than 100 levels deep";
+    for (Arguments const& arguments : {Arguments{"call", "IfNet:IfNet/Transport", "setIpAddrSequence", "@" + deep},
+                                       Arguments{"diff", snapshot, snapshot}, Arguments{"diff", deep, deep}}) {
+        Result const result = run(arguments);
+        EXPECT_EQ(result.code, 2);
+        EXPECT_THAT(result.error, HasSubstr(limit));
+    }
+    ChildProcess loading(program("trssim"), {"--listen", endpoint + ".other", "--scenario", deep});
+    EXPECT_EQ(loading.waitForExit(), 2);
+    loading.readUntil(limit, ChildProcess::Stream::error);
+
+    SimulatorClient const simulator{TipprmiOID(SimulatorClient::SIMULATOR_OID)};
+    trs::Broker::instance().addPeer(endpoint);
+    TreflectHandlerState const running;
+    std::string wrong;
+    EXPECT_TRUE(simulator.applyScenario(nested(250'000), wrong) == RunClient::FAILED);
+    EXPECT_THAT(wrong, HasSubstr(limit));
+    EXPECT_TRUE(simulator.applyScenario(R"({"time": 1000000000000000})", wrong) == RunClient::FAILED);
+    EXPECT_EQ(wrong, "\"time\" is 1000000000000000, and a unit's ends with 4294967295");
+    EXPECT_TRUE(simulator.applyScenario(R"({"time": 4294967295})", wrong) == RunClient::OK) << wrong;
+    EXPECT_TRUE(simulator.applyScenario("[\"" + std::string(200, '[') + "\\\"\"]", wrong) == RunClient::FAILED);
+    EXPECT_EQ(wrong, "a scenario is a JSON object") << "brackets in a text nest nothing";
+}
+
+TEST_F(Robustness, TimeThatPassesAtOnceLeavesTheSameAsTimeThatPassesBitByBit)
+{
+    auto const after = [](std::vector<unsigned long> const& steps) {
+        trs::sim::Unit unit;
+        for (unsigned long const seconds : steps) {
+            unit.advance(seconds);
+        }
+        TreflectHandlerState const running;
+        return trs::sim::scenario::save(unit);
+    };
+    EXPECT_EQ(after({500, 300'000}), after(std::vector<unsigned long>(3005, 100)));
+}
+
+TEST_F(Robustness, ADirectoryIsNoFile)
+{
+    std::string const told = "Is a directory";
+    for (std::string const& line :
+         {trsctl() + "call IfNet:IfNet/Transport setIpAddrSequence @" + scratch, trsctl() + "batch " + scratch,
+          trsctl() + "batch <" + scratch, trsctl() + "diff " + scratch + ' ' + scratch,
+          trsctl() + "diff - " + scratch + " <" + scratch, "trssim --listen " + endpoint + " --scenario " + scratch}) {
+        Result const result = shell(line);
+        EXPECT_EQ(result.code, 2) << line;
+        EXPECT_THAT(result.error, HasSubstr(told)) << line;
+    }
+    std::string const huge = written("huge", "");
+    fs::resize_file(huge, trs::catalogue::mostOfAFile + 1);
+    EXPECT_THAT(run({"diff", huge, huge}).error, HasSubstr("more than 64 MiB"));
+}
+
+TEST_F(Robustness, AFileIsWrittenAsAWholeOrStaysAsItWas)
+{
+    using trs::catalogue::writeWholeFile;
+    std::string const kept = written("kept", "old");
+    fs::permissions(kept, fs::perms::owner_all | fs::perms::others_read);
+    fs::create_symlink("kept", file("link"));
+    fs::create_symlink("made", file("dangling"));
+    EXPECT_FALSE(writeWholeFile(file("link"), "new"));
+    EXPECT_FALSE(writeWholeFile(file("dangling"), "made"));
+    EXPECT_EQ(contentOf(kept), "new");
+    EXPECT_EQ(fs::status(kept).permissions(), fs::perms::owner_all | fs::perms::others_read);
+    EXPECT_EQ(contentOf(file("made")), "made");
+    EXPECT_TRUE(fs::is_symlink(file("link")) && fs::is_symlink(file("dangling")));
+
+    EXPECT_EQ(writeWholeFile("/dev/full", "x"), std::errc::no_space_on_device);
+    EXPECT_TRUE(fs::is_character_file("/dev/full"));
+    EXPECT_EQ(writeWholeFile(scratch, "x"), std::errc::is_a_directory);
+    EXPECT_EQ(writeWholeFile(file("none/x"), "x"), std::errc::no_such_file_or_directory);
+
+    Unit sim = unit({"--clock", "stepped"});
+    EXPECT_EQ(shell(trsctl() + "snapshot -o /dev/stdout | grep -c getMtu >&2").code, 0);
+    Result const full = shell("trap '' XFSZ; ulimit -f 1; " + trsctl() + "snapshot -o " + kept);
+    EXPECT_EQ(full.code, 1);
+    EXPECT_EQ(full.error, "'" + kept + "' cannot be written: File too large\n");
+    EXPECT_EQ(contentOf(kept), "new");
+    EXPECT_EQ(sim.rejects("save /dev/full"), "save: '/dev/full' cannot be written: No space left on device");
+    EXPECT_EQ(std::distance(fs::directory_iterator(scratch), {}), 4) << "something was left behind";
+}
+
+} // namespace
