@@ -1,12 +1,9 @@
 #include "unit/CallLog.h"
 
-#include "broker/PrintableText.h"
 #include "catalogue/MessageText.h"
 #include "catalogue/Text.h"
+#include "platform/NmaLogHelper.h"
 #include "platform/TipprmiStream.h"
-
-#include <cerrno>
-#include <cstring>
 
 namespace trs::sim {
 
@@ -23,17 +20,11 @@ TipprmiStream streamOf(std::string_view bytes)
 
 } // namespace
 
-CallLog::~CallLog()
-{
-    if (file_ != nullptr) {
-        static_cast<void>(std::fclose(file_));
-    }
-}
-
 std::string CallLog::open(std::string const& file)
 {
-    file_ = std::fopen(file.c_str(), "we");
-    return file_ != nullptr ? "" : "'" + printable(file) + "' cannot be written: " + std::strerror(errno);
+    name_ = file;
+    std::error_code const error = file_.open(file);
+    return error ? catalogue::whyNotWritten(file, error) : std::string();
 }
 
 void CallLog::write(Entry const& entry)
@@ -62,8 +53,10 @@ void CallLog::write(Entry const& entry)
     }
     std::lock_guard const lock(mutex_);
     line["number"] = ++count_;
-    static_cast<void>(std::fprintf(file_, "%s\n", catalogue::toJson(line, -1).c_str()));
-    static_cast<void>(std::fflush(file_));
+    std::error_code const error = file_.append(catalogue::toJson(line, -1) + '\n');
+    if (error && isWhole_.exchange(false)) {
+        LogDispatch(3, catalogue::whyNotWritten(name_, error) + ": calls are missing in it");
+    }
 }
 
 } // namespace trs::sim

@@ -2,9 +2,10 @@
 #pragma once
 
 #include "broker/framing/Message.h"
+#include "catalogue/File.h"
 
+#include <atomic>
 #include <chrono>
-#include <cstdio>
 #include <mutex>
 #include <string>
 
@@ -18,11 +19,12 @@ public:
     explicit CallLog(bool isTimed) : isTimed_(isTimed) {}
     CallLog(CallLog const&) = delete;
     CallLog& operator=(CallLog const&) = delete;
-    ~CallLog();
 
     // Replaces what the file holds. Empty, or why it cannot be written.
     std::string open(std::string const& file);
-    bool isOpen() const { return file_ != nullptr; }
+    bool isOpen() const { return file_.isOpen(); }
+    // False once a line could not be written, which was logged then.
+    bool isWhole() const { return isWhole_; }
 
     using Time = std::chrono::system_clock::time_point;
     struct Entry {
@@ -38,7 +40,9 @@ public:
 private:
     bool const isTimed_;
     std::mutex mutex_;
-    std::FILE* file_ = nullptr;
+    std::string name_;
+    catalogue::GrowingFile file_;
+    std::atomic<bool> isWhole_ = true;
     unsigned long count_ = 0;
 };
 

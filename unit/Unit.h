@@ -37,6 +37,8 @@ public:
     // Logs the calls that come over connections to this file (CallLog.h), from the first serve() on. Empty, or why it
     // cannot.
     std::string logCalls(std::string const& file) { return log_.open(file); }
+    // Whether all calls could be logged.
+    bool hasLoggedAllCalls() const { return log_.isWhole(); }
     unsigned long callCount() const { return gate_.count(); }
 
     // Lets time pass.

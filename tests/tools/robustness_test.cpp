@@ -87,13 +87,38 @@ TEST_F(Robustness, TimeThatPassesAtOnceLeavesTheSameAsTimeThatPassesBitByBit)
     EXPECT_EQ(after({500, 300'000}), after(std::vector<unsigned long>(3005, 100)));
 }
 
+TEST_F(Robustness, ACaptureFromTheEndOfTimeIsRefused)
+{
+    Unit const sim = unit({"--clock", "stepped"});
+    std::string const relayed = endpoint + ".relay";
+    ChildProcess between(program("trsctl"),
+                         {"--unit", endpoint, "capture", "--listen", relayed, "--count", "2", "-w", file("c")});
+    between.readUntil("relaying", ChildProcess::Stream::error);
+    shell("trsctl --unit " + relayed + " get IpNode mtu"); // whose answer may be lost with the relay
+    EXPECT_EQ(between.waitForExit(), 0);
+
+    std::string content = contentOf(file("c"));
+    std::size_t place = 0;
+    for (int block = 0; block < 2; ++block) { // behind which the first packet stands
+        std::uint32_t length = 0;
+        std::memcpy(&length, content.data() + place + 4, sizeof length);
+        place += length;
+    }
+    std::memcpy(content.data() + place + 12, "\0\0\0\x80\0\0\0\0", 8); // -2^63, were it signed
+    written("c", content);
+    Result const result = run({"decode", file("c")});
+    EXPECT_EQ(result.code, 2);
+    EXPECT_THAT(result.error, HasSubstr("9223372036854775808 ns is after the year 2262"));
+}
+
 TEST_F(Robustness, ADirectoryIsNoFile)
 {
     std::string const told = "Is a directory";
     for (std::string const& line :
          {trsctl() + "call IfNet:IfNet/Transport setIpAddrSequence @" + scratch, trsctl() + "batch " + scratch,
           trsctl() + "batch <" + scratch, trsctl() + "diff " + scratch + ' ' + scratch,
-          trsctl() + "diff - " + scratch + " <" + scratch, "trssim --listen " + endpoint + " --scenario " + scratch}) {
+          trsctl() + "diff - " + scratch + " <" + scratch, trsctl() + "decode " + scratch,
+          trsctl() + "stats " + scratch, "trssim --listen " + endpoint + " --scenario " + scratch}) {
         Result const result = shell(line);
         EXPECT_EQ(result.code, 2) << line;
         EXPECT_THAT(result.error, HasSubstr(told)) << line;
@@ -130,6 +155,35 @@ TEST_F(Robustness, AFileIsWrittenAsAWholeOrStaysAsItWas)
     EXPECT_EQ(contentOf(kept), "new");
     EXPECT_EQ(sim.rejects("save /dev/full"), "save: '/dev/full' cannot be written: No space left on device");
     EXPECT_EQ(std::distance(fs::directory_iterator(scratch), {}), 4) << "something was left behind";
+}
+
+TEST_F(Robustness, ACaptureEndsWithItsLastWholeMessageWhenTheDiskIsFull)
+{
+    Unit const sim = unit({"--clock", "stepped"});
+    std::string const relayed = endpoint + ".relay";
+    ChildProcess between("/bin/sh", {"-c", "trap '' XFSZ; ulimit -f 2; exec " + program("trsctl") + " --unit " +
+                                               endpoint + " capture --listen " + relayed + " -w " + file("c")});
+    between.readUntil("relaying", ChildProcess::Stream::error);
+    ChildProcess calls(
+        "/bin/sh", {"-c", "while " + program("trsctl") + " --unit " + relayed + " get IpNode mtu; do :; done 2>&1"});
+    EXPECT_EQ(between.waitForExit(), 1);
+    between.readUntil("takes no more: File too large", ChildProcess::Stream::error);
+    calls.waitForExit();
+    Result const decoded = run({"decode", file("c")});
+    EXPECT_EQ(decoded.code, 0) << decoded.error;
+    EXPECT_THAT(decoded.output, HasSubstr("getMtu"));
+}
+
+TEST_F(Robustness, ALogOfCallsThatIsNotWholeIsToldOnce)
+{
+    Unit sim = unit({"--clock", "stepped", "--log-calls", "/dev/full"});
+    EXPECT_EQ(run({"get", "IpNode", "mtu"}).code, 0);
+    EXPECT_EQ(run({"get", "IpNode", "mtu"}).code, 0);
+    sim.writeLine("stop");
+    EXPECT_EQ(sim.waitForExit(), 1);
+    std::vector<std::string> const told = sim.readRest(ChildProcess::Stream::error);
+    ASSERT_EQ(told.size(), 1U);
+    EXPECT_THAT(told[0], HasSubstr("'/dev/full' cannot be written: No space left on device"));
 }
 
 } // namespace

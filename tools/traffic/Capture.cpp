@@ -1,9 +1,7 @@
 #include "tools/traffic/Capture.h"
 
-#include "broker/PrintableText.h"
-
 #include <array>
-#include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <istream>
 
@@ -146,17 +144,12 @@ bool readPdu(std::string_view bytes, Packet& packet)
 
 std::string CaptureWriter::open(std::string const& file)
 {
-    file_.reset(std::fopen(file.c_str(), "wbe"));
-    std::string const bytes = beginning();
-    bool const isWritten = file_ != nullptr &&
-                           std::fwrite(bytes.data(), 1, bytes.size(), file_.get()) == bytes.size() &&
-                           std::fflush(file_.get()) == 0;
-    return isWritten ? ""
-                     : "'" + printable(file) +
-                           "' cannot be written: " + std::strerror(errno); // NOLINT(concurrency-mt-unsafe)
+    std::error_code error = file_.open(file);
+    error = error ? error : file_.append(beginning());
+    return error ? catalogue::whyNotWritten(file, error) : std::string();
 }
 
-bool CaptureWriter::write(Packet const& packet)
+std::error_code CaptureWriter::write(Packet const& packet)
 {
     std::string const data = pdu(packet);
     auto const time = static_cast<std::uint64_t>(
@@ -173,8 +166,7 @@ bool CaptureWriter::write(Packet const& packet)
     append(body, std::uint16_t{4});
     append(body, std::uint32_t{packet.direction == Direction::fromServer ? 1U : 2U}); // inbound, outbound
     append(body, std::uint32_t{0});
-    std::string const bytes = block(enhancedPacket, body);
-    return std::fwrite(bytes.data(), 1, bytes.size(), file_.get()) == bytes.size() && std::fflush(file_.get()) == 0;
+    return file_.append(block(enhancedPacket, body));
 }
 
 bool CaptureReader::fail(std::string why)
@@ -230,6 +222,9 @@ bool CaptureReader::read(Packet& packet)
             return fail("a packet is not one of a unit");
         }
         auto const time = std::uint64_t{take<std::uint32_t>(body, 4)} << 32 | take<std::uint32_t>(body, 8);
+        if (time > INT64_MAX) {
+            return fail("a packet's time of " + std::to_string(time) + " ns is after the year 2262");
+        }
         packet.time = Conversation::Time(std::chrono::duration_cast<Conversation::Time::duration>(
             std::chrono::nanoseconds(static_cast<std::int64_t>(time))));
         return true;

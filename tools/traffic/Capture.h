@@ -3,11 +3,10 @@
 #pragma once
 
 #include "broker/transport/Relay.h"
+#include "catalogue/File.h"
 #include "tools/traffic/Conversation.h"
 
-#include <cstdio>
 #include <iosfwd>
-#include <memory>
 #include <string>
 
 namespace trs::traffic {
@@ -24,14 +23,11 @@ class CaptureWriter {
 public:
     // Replaces what the file holds. Empty, or why it cannot be written.
     std::string open(std::string const& file);
-    // False when it cannot be written.
-    bool write(Packet const& packet);
+    // What does not fit leaves no trace: the file ends with the last packet that did.
+    std::error_code write(Packet const& packet);
 
 private:
-    struct Close {
-        void operator()(std::FILE* file) const { static_cast<void>(std::fclose(file)); }
-    };
-    std::unique_ptr<std::FILE, Close> file_;
+    catalogue::GrowingFile file_;
 };
 
 class CaptureReader {

@@ -9,6 +9,8 @@
 #include "tools/trsctl/Verbs.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <filesystem>
 #include <fmt/format.h>
 #include <fstream>
 #include <iostream>
@@ -145,8 +147,11 @@ ExitCode readCapture(std::string const& file, Traffic::Act const& act)
     std::ifstream opened;
     if (file != "-") {
         opened.open(file, std::ios::binary);
-        if (!opened) {
-            return complain('\'' + printable(file) + "' cannot be read");
+        std::error_code error(errno, std::generic_category());
+        bool const isDirectory = std::filesystem::is_directory(file); // which can be opened
+        if (!opened || isDirectory) {
+            error = isDirectory ? std::make_error_code(std::errc::is_a_directory) : error;
+            return complain('\'' + printable(file) + "' cannot be read: " + error.message());
         }
     }
     traffic::CaptureReader reader(file == "-" ? std::cin : opened);
@@ -163,11 +168,16 @@ ExitCode capture(Program::Options const& options, TrafficWords const& words)
     if (std::string const why = writer.open(words.file); !why.empty()) {
         return complain(why);
     }
-    bool isWritten = true;
+    std::error_code error;
     ExitCode const code = relay(options, words, [&](traffic::Packet const& packet, traffic::Conversation::Told const&) {
-        return isWritten = writer.write(packet);
+        error = writer.write(packet);
+        return !error;
     });
-    return isWritten ? code : complain('\'' + printable(words.file) + "' takes no more");
+    if (!error) {
+        return code;
+    }
+    complain('\'' + printable(words.file) + "' takes no more: " + error.message() + "; it has all messages before");
+    return ExitCode::outputLost;
 }
 
 // What is counted of each operation.

@@ -19,6 +19,7 @@ constexpr char const* description = "A simulated unit: objects of all interfaces
                                     "Simulator execute` takes them too.";
 
 constexpr int cannotServe = 1;
+constexpr int hasLostOutput = 1;
 constexpr unsigned mostUnits = 1000;
 
 enum class TimeSource { real, stepped };
@@ -152,7 +153,7 @@ int run(Options const& options, bool endsWithInput)
             return cannotServe;
         }
     }
-    return 0;
+    return unit.hasLoggedAllCalls() ? 0 : hasLostOutput;
 }
 
 // The options of one unit of several.
