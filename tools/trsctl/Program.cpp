@@ -13,8 +13,8 @@ constexpr char const* description =
     "An OBJECT is Class:identifier, or a well-known identifier alone: IpNode, NmiRmiAdapterServer.";
 
 constexpr char const* exitCodes =
-    "0 done, 1 a difference was found or output was lost, 2 wrong usage, 3 no such object, 4 refused by the unit, 5 no reply in time,\n"
-    "6 unit not reached or lost, 7 malformed reply, 8 no such operation there.";
+    "0 done, 1 a difference was found or output was lost, 2 wrong usage, 3 no such object, 4 refused by the unit,\n"
+    "5 no reply in time, 6 unit not reached or lost, 7 malformed reply, 8 no such operation there.";
 
 void addOptions(tools::CommandLine& line, Program::Options& options)
 {
