@@ -25,8 +25,8 @@ public:
     Broker& operator=(Broker const&) = delete;
     ~Broker() = delete;
 
-    // Listens on `unix:PATH`, `tcp:HOST:PORT` or `tcp:PORT`, which is 127.0.0.1; port 0 lets the system choose one.
-    // Empty, or why it cannot.
+    // Listens on `unix:PATH`, `tcp:HOST:PORT` or `tcp:PORT`, which is 127.0.0.1; port 0 lets the system choose one. Or
+    // on `memory:NAME`, which peers of this process alone reach, without a socket. Empty, or why it cannot.
     std::string serve(std::string const& endpoint);
     // What is listened on, with the ports that the system chose.
     std::vector<std::string> endpoints() const;
