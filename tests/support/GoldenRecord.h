@@ -22,7 +22,7 @@ inline std::map<std::string, std::vector<std::string>, std::less<>> const& lines
 {
     static auto const read = [] {
         std::map<std::string, std::vector<std::string>, std::less<>> classes;
-        std::ifstream file(std::filesystem::path(__FILE__).parent_path() / "../data/catalogue.tsv");
+        std::ifstream file(std::filesystem::path(TRSMAN_SOURCE_DIR) / "tests/data/catalogue.tsv");
         std::string line;
         std::getline(file, line); // the column heads
         while (std::getline(file, line)) {

@@ -13,11 +13,7 @@ protected:
 
     // A program, or a script of the sources, by its path there.
     static std::string program(std::string const& name) { return TRSMAN_TOOLS_DIR "/" + name; }
-    static std::string source(std::string const& name)
-    {
-        std::string const here = __FILE__;
-        return here.substr(0, here.rfind("tests/support/")) + name;
-    }
+    static std::string source(std::string const& name) { return TRSMAN_SOURCE_DIR "/" + name; }
     // A unit that serves at the test's socket.
     struct Unit : ChildProcess {
         Unit(std::string const& endpoint, Arguments arguments)
