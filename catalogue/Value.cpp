@@ -242,6 +242,24 @@ Value readNumber(std::string const& text)
     return error == std::errc() && next == end && begin != end ? Value(number) : Value(text);
 }
 
+// On one line. A terminal takes U+007F to U+009F for controls, which JSON need not escape, but may.
+std::string dumped(Value const& value)
+{
+    std::string const plain = value.dump(-1, ' ', false, Value::error_handler_t::replace);
+    std::string text;
+    std::size_t copied = 0;
+    for (std::size_t i = plain.find_first_of("\x7f\xc2"); i != std::string::npos;
+         i = plain.find_first_of("\x7f\xc2", i + 1)) {
+        std::size_t const length = plain[i] == '\x7f' ? 1 : 2;
+        auto const control = static_cast<unsigned char>(plain[i + length - 1]);
+        if (control < 0xa0) {
+            text.append(plain, copied, i - copied) += LogMakeString("\\u%04x", static_cast<unsigned>(control));
+            copied = i + length;
+        }
+    }
+    return text.append(plain, copied);
+}
+
 // Each part on a line of its own, but for lists of plain values. `margin`: a line's end and the indentation of the
 // next.
 void appendJson(std::string& text, Value const& value, std::string const& margin, std::string const& step)
@@ -249,7 +267,7 @@ void appendJson(std::string& text, Value const& value, std::string const& margin
     bool const isList =
         value.is_array() && std::ranges::none_of(value, [](Value const& part) { return part.is_structured(); });
     if (!value.is_structured() || value.empty() || isList) {
-        text += value.dump(-1, ' ', false, Value::error_handler_t::replace);
+        text += dumped(value);
         return;
     }
     std::string const inner = margin + step;
@@ -259,7 +277,7 @@ void appendJson(std::string& text, Value const& value, std::string const& margin
         (text += separator) += inner;
         separator = ",";
         if (value.is_object()) {
-            text += Value(name).dump(-1, ' ', false, Value::error_handler_t::replace) + ": ";
+            text += dumped(name) + ": ";
         }
         appendJson(text, part, inner, step);
     }
@@ -421,17 +439,20 @@ void forEachLeaf(Value const& value, LeafVisitor const& visit, std::string const
             ((element += '[') += std::to_string(i)) += ']';
             forEachLeaf(value[i], visit, element);
         }
-    } else if (value.is_string()) {
-        visit(path, printable(value.get<std::string>()));
     } else {
-        visit(path, value.is_null() ? "none" : toJson(value, -1));
+        visit(path, value);
     }
+}
+
+std::string textOf(Value const& leaf)
+{
+    return leaf.is_string() ? leaf.get<std::string>() : leaf.is_null() ? "none" : toJson(leaf, -1);
 }
 
 std::string toJson(Value const& value, int indent)
 {
     if (indent < 0) {
-        return value.dump(indent, ' ', false, Value::error_handler_t::replace);
+        return dumped(value);
     }
     std::string text;
     appendJson(text, value, "\n", std::string(static_cast<std::size_t>(indent), ' '));

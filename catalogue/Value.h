@@ -32,12 +32,16 @@ void writeStatus(TipprmiStream& stream, bool isDone);
 // arrays JSON, or that of the file FILE as "@FILE". Empty, or what is wrong with the text; writeValue() tells the rest.
 std::string parseValue(Type const& type, std::string const& text, Value& value);
 
-// Calls `visit` with each part that has none of its own: its path, such as "addresses[0].ipAddress", and its text.
-// An empty sequence is a part, "[]".
-using LeafVisitor = std::function<void(std::string const& path, std::string const& text)>;
+// Calls `visit` with each part that has none of its own, and its path, such as "addresses[0].ipAddress". An empty
+// sequence is a part.
+using LeafVisitor = std::function<void(std::string const& path, Value const& leaf)>;
 void forEachLeaf(Value const& value, LeafVisitor const& visit, std::string const& path = {});
 
-// As JSON text; bytes that are no UTF-8 are replaced.
+// Such a part as people read it: a text as it is, which a terminal needs escaped (broker/PrintableText.h); "none",
+// "[]".
+std::string textOf(Value const& leaf);
+
+// As JSON text; bytes that are no UTF-8 are replaced. Control characters are escaped, those behind ASCII too.
 std::string toJson(Value const& value, int indent = 2);
 
 } // namespace trs::catalogue

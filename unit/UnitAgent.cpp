@@ -13,7 +13,7 @@ UnitAgent::UnitAgent(std::string const& address, Listener listener) : listener_(
     servant_
         .on<&NmiRmiAdapterClient::notifyPublicIpAddrChangeRmi>([this] {
             answer("notifyPublicIpAddrChangeRmi");
-            say(address_.empty() ? "an empty address announced" : "address " + printable(address_) + " announced");
+            say(address_.empty() ? "an empty address announced" : "address " + escaped(address_) + " announced");
         })
         .on<&NmiRmiAdapterClient::getPublicIpAddrRmi>([this] {
             answer("getPublicIpAddrRmi");
@@ -27,7 +27,7 @@ UnitAgent::UnitAgent(std::string const& address, Listener listener) : listener_(
         });
 }
 
-void UnitAgent::sayAddress() const { say(address_.empty() ? "no address" : "address " + printable(address_)); }
+void UnitAgent::sayAddress() const { say(address_.empty() ? "no address" : "address " + escaped(address_)); }
 
 void UnitAgent::setAddress(std::string const& address)
 {

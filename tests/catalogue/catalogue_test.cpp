@@ -168,10 +168,25 @@ TEST(Values, OfAReplyThatLiesAreNoneAndTakeNoMemory)
 TEST(Values, HaveLeavesWithTheirPaths)
 {
     std::string leaves;
-    trs::catalogue::forEachLeaf(
-        Value::parse(R"({"a":[{"b":1,"c":null},{"b":[],"c":"x\n"}],"d":true})"),
-        [&leaves](std::string const& path, std::string const& text) { leaves += path + '=' + text + ' '; });
-    EXPECT_EQ(leaves, "a[0].b=1 a[0].c=none a[1].b=[] a[1].c=x\\x0a d=true ");
+    trs::catalogue::forEachLeaf(Value::parse(R"({"a":[{"b":1,"c":null},{"b":[],"c":"x\n"}],"d":true})"),
+                                [&leaves](std::string const& path, Value const& leaf) {
+                                    leaves += path + '=' + trs::catalogue::textOf(leaf) + ' ';
+                                });
+    EXPECT_EQ(leaves, "a[0].b=1 a[0].c=none a[1].b=[] a[1].c=x\n d=true ");
+}
+
+// JSON may be read on a terminal, and must be what it was.
+TEST(Values, AreJsonWithoutControlCharacters)
+{
+    std::string const text = "\x1b[2J\x7f \xc2\x9b"
+                             "2J\xc2\x85 \xc2\xa0\xc3\x84 \\x9b";
+    Value const value{{text, text + std::string(2000, 'x') + "\xc2\x80"}};
+    for (int const indent : {-1, 2}) {
+        std::string const json = trs::catalogue::toJson(value, indent);
+        EXPECT_THAT(json, testing::HasSubstr("\\u001b[2J\\u007f \\u009b2J\\u0085 \xc2\xa0\xc3\x84 \\\\x9b"));
+        EXPECT_EQ(json.find_first_of("\x1b\x7f"), std::string::npos);
+        EXPECT_EQ(Value::parse(json), value);
+    }
 }
 
 // People write and read the constants that classes publish by name.

@@ -164,7 +164,7 @@ TEST_F(TrsctlLive, ComparesSnapshots)
     Json const line = Json::parse(
         run({"diff", path + ".a", path + ".b", "--format", "json", "--ignore", "*Vlan*"}).output, nullptr, false);
     EXPECT_EQ(line["place"], "IpNode:IpNode getMtu.mtu");
-    EXPECT_EQ(line["after"], "1400");
+    EXPECT_EQ(line["after"], 1400);
 
     std::ofstream(path + ".b") << "{\"objects\": 1}";
     for (std::string const& side : {path + ".b", path + ".none"}) {

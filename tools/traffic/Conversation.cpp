@@ -14,16 +14,15 @@ using catalogue::Value;
 
 constexpr std::size_t greetingSize = 8;
 constexpr std::size_t lengthSize = 4;    // of the field that messages begin with
-constexpr std::size_t mostShown = 64;    // bytes of what is no message
 constexpr std::size_t mostOpen = 10'000; // requests that wait for an answer
 
 std::string hexadecimal(std::string_view bytes)
 {
     std::string text;
-    for (char const each : bytes.substr(0, mostShown)) {
+    for (char const each : bytes) {
         text += LogMakeString("%02x", static_cast<unsigned>(static_cast<unsigned char>(each)));
     }
-    return text + (bytes.size() > mostShown ? "..." : "");
+    return text;
 }
 
 // A message whose content does not fit its operation is shown with what could be read.

@@ -37,7 +37,7 @@ Adapter::Adapter(Listeners listeners) : listeners_(std::move(listeners))
     UnitValues::instance().setListener([this](std::string const& told) {
         if (told.starts_with(publicAddress)) {
             std::string const address = told.substr(publicAddress.size());
-            tools::say("applied " + printable(address));
+            tools::say("applied " + escaped(address));
             if (listeners_.applied) {
                 listeners_.applied(address);
             }

@@ -126,7 +126,7 @@ void addOptions(tools::CommandLine& line, Options& options)
 void saySiteConfiguration()
 {
     auto const text = [](bool isKnown, std::string const& value) {
-        return isKnown && !value.empty() ? printable(value) : "unknown";
+        return isKnown && !value.empty() ? escaped(value) : "unknown";
     };
     auto const asked = [&text](bool (*ask)(std::string&)) {
         std::string value;
@@ -160,7 +160,7 @@ void addCommands(tools::Console& console, Adapter& adapter)
                  [&adapter](catalogue::Words const&) { return adapter.announce(); }});
     console.add({"address", "", "says the address that was applied last", [](catalogue::Words const&) {
                      std::string const address = UnitValues::instance().publicAddress();
-                     tools::say(address.empty() ? "no address" : "address " + printable(address));
+                     tools::say(address.empty() ? "no address" : "address " + escaped(address));
                      return std::string();
                  }});
     console.add(
@@ -179,7 +179,7 @@ void addServeCommands(tools::Console& console, Sessions& sessions)
     using catalogue::Words;
     console.add({"session", "", "says who is logged in", [&sessions](catalogue::Words const&) {
                      std::optional<Sessions::Session> const active = sessions.active();
-                     tools::say(active ? "session of " + printable(active->user) + " from " + active->address
+                     tools::say(active ? "session of " + escaped(active->user) + " from " + active->address
                                        : "no session");
                      return std::string();
                  }});

@@ -1,4 +1,5 @@
 // trsctl watch and wait: what happens at a unit.
+#include "broker/PrintableText.h"
 #include "broker/calls/Observation.h"
 #include "catalogue/Constants.h"
 #include "catalogue/MessageText.h"
@@ -117,11 +118,12 @@ void show(Value const& event, Format format)
         return;
     }
     std::string line;
-    catalogue::forEachLeaf(event, [&line](std::string const& path, std::string const& text) {
+    catalogue::forEachLeaf(event, [&line](std::string const& path, Value const& leaf) {
         constexpr std::string_view parameters = "parameters.";
         bool const isParameter = path.starts_with(parameters);
         if (isParameter || path != "parameters") {
-            line += (line.empty() ? "" : " ") + (isParameter ? path.substr(parameters.size()) + '=' : "") + text;
+            line += (line.empty() ? "" : " ") + (isParameter ? path.substr(parameters.size()) + '=' : "") +
+                    escaped(catalogue::textOf(leaf));
         }
     });
     tools::say(line);

@@ -1,5 +1,6 @@
 #include "tools/trsctl/Output.h"
 
+#include "broker/PrintableText.h"
 #include "tools/support/Colour.h"
 #include "tools/support/Console.h"
 
@@ -18,8 +19,11 @@ std::string upper(std::string text)
 }
 
 // The first row is a head, or none.
-void writeAligned(std::vector<std::vector<std::string>> const& rows, bool hasHead)
+void writeAligned(std::vector<std::vector<std::string>> rows, bool hasHead)
 {
+    for (auto& row : rows) {
+        std::ranges::transform(row, row.begin(), escaped);
+    }
     std::vector<std::size_t> widths;
     for (auto const& row : rows) {
         widths.resize(std::max(widths.size(), row.size()));
@@ -69,7 +73,7 @@ void writeRows(std::vector<std::string> const& head, std::vector<std::vector<std
         lines.push_back(std::move(captions));
     }
     lines.insert(lines.end(), rows.begin(), rows.end());
-    writeAligned(lines, format == Format::table);
+    writeAligned(std::move(lines), format == Format::table);
 }
 
 void writeResults(catalogue::Value const& results, Format format)
@@ -80,8 +84,8 @@ void writeResults(catalogue::Value const& results, Format format)
     }
     std::vector<std::vector<std::string>> rows;
     if (!results.empty()) {
-        catalogue::forEachLeaf(results, [&rows](std::string const& path, std::string const& text) {
-            rows.push_back({path, text});
+        catalogue::forEachLeaf(results, [&rows](std::string const& path, catalogue::Value const& leaf) {
+            rows.push_back({path, catalogue::textOf(leaf)});
         });
     }
     if (format == Format::table) {
@@ -89,7 +93,7 @@ void writeResults(catalogue::Value const& results, Format format)
         return;
     }
     for (auto const& row : rows) {
-        tools::say(tools::coloured(row[0], tools::Colour::name) + ' ' + row[1]);
+        tools::say(tools::coloured(escaped(row[0]), tools::Colour::name) + ' ' + escaped(row[1]));
     }
 }
 

@@ -15,7 +15,7 @@ enum class Format { text, json, table };
 std::vector<std::pair<std::string, Format>> formatNames();
 
 // Writes a value to standard output: as JSON, or its leaves, a line each with path and text, which the table aligns
-// under a head. All formats have the same leaves.
+// under a head. All formats have the same leaves, and all of them; texts are escaped where they are no JSON.
 void writeResults(catalogue::Value const& results, Format format);
 
 // Writes rows of a table, its columns aligned; the text format has no head.

@@ -63,7 +63,9 @@ std::string Predicate::parse(std::string const& text, Predicate& predicate)
 bool Predicate::holds(catalogue::Value const& value) const
 {
     std::map<std::string, std::string> leaves;
-    catalogue::forEachLeaf(value, [&leaves](std::string const& path, std::string const& text) { leaves[path] = text; });
+    catalogue::forEachLeaf(value, [&leaves](std::string const& path, catalogue::Value const& leaf) {
+        leaves[path] = catalogue::textOf(leaf);
+    });
     return std::all_of(comparisons_.begin(), comparisons_.end(), [&leaves](Comparison const& each) {
         auto const leaf = leaves.find(each.path);
         if (leaf == leaves.end()) {

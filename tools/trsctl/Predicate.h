@@ -10,7 +10,7 @@ namespace trs::ctl {
 
 // Comparisons, all of which must hold: "mtu>=1400 and flags~IFF__UP". The left side is a path as text output has it,
 // the operator one of = != < <= > >= and ~, which means "contains". Where both sides are numbers, they are compared as
-// such.
+// such; a text is compared as it is, and not as a terminal shows it.
 class Predicate {
 public:
     // Holds always.

@@ -12,6 +12,8 @@
 #include "tools/trsctl/References.h"
 #include "tools/trsctl/Verbs.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <deque>
 #include <fnmatch.h>
@@ -160,10 +162,12 @@ ExitCode snapshot(Unit const& unit, std::string const& object, std::string const
     return write(file, document);
 }
 
+bool isEndpoint(std::string const& source) { return source.starts_with("unix:") || source.starts_with("tcp:"); }
+
 // A side of a comparison: an endpoint, a file, or standard input as "-".
 ExitCode load(Program::Options options, std::string const& source, Value& document)
 {
-    if (source.starts_with("unix:") || source.starts_with("tcp:")) {
+    if (isEndpoint(source)) {
         options.unit = source;
         ExitCode const code = take(options.unitOf(), "", document);
         Broker::instance().removePeers(); // the other side is another unit
@@ -188,78 +192,98 @@ std::string placeOf(std::string place, std::string const& path)
     return place;
 }
 
-// By "object operation.path".
-std::map<std::string, std::string> leavesOf(Value const& document)
+// The leaves of a document by "object operation.path"; null for the object itself.
+using Leaves = std::map<std::string, Value const*>;
+
+Leaves leavesOf(Value const& document)
 {
-    std::map<std::string, std::string> leaves;
+    Leaves leaves;
     for (auto const& [object, told] : document["objects"].items()) {
-        leaves[object];
-        catalogue::forEachLeaf(told, [&, &name = object](std::string const& path, std::string const& text) {
-            leaves[placeOf(name, path)] = text;
+        leaves[object] = nullptr;
+        catalogue::forEachLeaf(told, [&, &name = object](std::string const& path, Value const& leaf) {
+            leaves[placeOf(name, path)] = &leaf;
         });
     }
     return leaves;
 }
 
-struct Differences {
-    std::vector<std::string> const& ignored;
-    Format format;
-    std::size_t count = 0;
+bool isSame(Value const* one, Value const* other)
+{
+    return one == nullptr || other == nullptr ? one == other : *one == *other;
+}
 
-    // `sign`: - only before, + only after, ~ another value.
-    void add(char sign, std::string const& place, std::string const& before, std::string const& after)
+std::string after(char const* separator, Value const* leaf)
+{
+    return leaf != nullptr ? separator + escaped(catalogue::textOf(*leaf)) : std::string();
+}
+
+class Differences {
+public:
+    Differences(std::vector<std::string> const& ignored, Format format) : ignored_(ignored), format_(format) {}
+
+    // Shows a place. `sign`: - only before, + only now, ~ another leaf.
+    void add(char sign, std::string const& place, Value const* before, Value const* now)
     {
-        for (std::string const& pattern : ignored) {
-            if (::fnmatch(pattern.c_str(), place.c_str(), 0) == 0) {
-                return;
-            }
-        }
-        ++count;
-        if (format == Format::json) {
-            tools::say(catalogue::toJson({{"change", sign == '~'   ? "changed"
-                                                     : sign == '+' ? "added"
-                                                                   : "removed"},
-                                          {"place", place},
-                                          {"before", before},
-                                          {"after", after}},
-                                         -1));
+        if (std::ranges::any_of(ignored_, [&place](std::string const& pattern) {
+                return ::fnmatch(pattern.c_str(), place.c_str(), 0) == 0;
+            })) {
             return;
         }
-        std::string const values = sign == '~' ? before + " -> " + after : sign == '+' ? after : before;
+        isEmpty_ = false;
+        if (format_ == Format::json) {
+            Value line{{"change", sign == '~' ? "changed" : sign == '+' ? "added" : "removed"}, {"place", place}};
+            if (before != nullptr) {
+                line["before"] = *before;
+            }
+            if (now != nullptr) {
+                line["after"] = *now;
+            }
+            tools::say(catalogue::toJson(line, -1));
+            return;
+        }
         std::string const line =
-            std::string(1, sign) + ' ' + printable(place) + (values.empty() ? "" : ' ' + printable(values));
+            sign + (' ' + escaped(place)) + after(" ", before) + after(sign == '~' ? " -> " : " ", now);
         tools::say(sign == '~' ? line : tools::coloured(line, sign == '+' ? tools::Colour::good : tools::Colour::bad));
     }
+    bool areNone() const { return isEmpty_; }
+
+private:
+    std::vector<std::string> const& ignored_;
+    Format const format_;
+    bool isEmpty_ = true;
 };
 
 ExitCode diff(Program::Options const& options, std::vector<std::string> const& sides,
               std::vector<std::string> const& ignored)
 {
-    Value before;
-    Value after;
-    if (ExitCode const code = load(options, sides[0], before); code != ExitCode::good) {
-        return code;
+    std::array<Value, 2> documents;
+    for (std::size_t i = 0; i < documents.size(); ++i) {
+        if (ExitCode const code = load(options, sides[i], documents[i]); code != ExitCode::good) {
+            return code;
+        }
     }
-    if (ExitCode const code = load(options, sides[1], after); code != ExitCode::good) {
-        return code;
+    if (isEndpoint(sides[0]) != isEndpoint(sides[1])) {
+        // A snapshot has what is no UTF-8 replaced, and so must have what it is compared with.
+        Value& live = documents[isEndpoint(sides[0]) ? 0 : 1];
+        catalogue::parseJson(catalogue::toJson(live, -1), live);
     }
-    Differences differences{ignored, options.format};
-    std::map<std::string, std::string> const old = leavesOf(before);
-    std::map<std::string, std::string> const now = leavesOf(after);
-    for (auto const& [place, text] : old) {
+    Leaves const before = leavesOf(documents[0]);
+    Leaves const now = leavesOf(documents[1]);
+    Differences differences(ignored, options.format);
+    for (auto const& [place, leaf] : before) {
         auto const found = now.find(place);
         if (found == now.end()) {
-            differences.add('-', place, text, "");
-        } else if (found->second != text) {
-            differences.add('~', place, text, found->second);
+            differences.add('-', place, leaf, nullptr);
+        } else if (!isSame(leaf, found->second)) {
+            differences.add('~', place, leaf, found->second);
         }
     }
-    for (auto const& [place, text] : now) {
-        if (!old.contains(place)) {
-            differences.add('+', place, "", text);
+    for (auto const& [place, leaf] : now) {
+        if (!before.contains(place)) {
+            differences.add('+', place, nullptr, leaf);
         }
     }
-    return differences.count == 0 ? ExitCode::good : ExitCode::different;
+    return differences.areNone() ? ExitCode::good : ExitCode::different;
 }
 
 } // namespace

@@ -91,10 +91,11 @@ void show(traffic::Packet const& packet, traffic::Conversation::Told const& told
         return;
     }
     std::string text;
-    catalogue::forEachLeaf(line, [&text](std::string const& path, std::string const& leaf) {
+    catalogue::forEachLeaf(line, [&text](std::string const& path, catalogue::Value const& value) {
         constexpr std::string_view plain[] = {"time", "direction", "kind", "object", "operation", "status"};
         bool const isPlain = std::ranges::find(plain, path) != std::end(plain);
-        std::string word = printable(isPlain ? leaf : path + '=' + leaf);
+        std::string const leaf = catalogue::textOf(value);
+        std::string word = escaped(isPlain ? leaf : path + '=' + leaf);
         if (path == "status" || path == "wrong") {
             word = tools::coloured(word, leaf == "done" ? tools::Colour::good : tools::Colour::bad);
         } else if (path == "object" || path == "operation") {

@@ -65,7 +65,7 @@ private:
 void sayText(Node const& node, std::size_t level)
 {
     std::string const via = node.operation.empty() ? "" : "  (" + node.operation + (node.isSeen ? ", above)" : ")");
-    tools::say(std::string(2 * level, ' ') + tools::coloured(printable(node.object), tools::Colour::name) +
+    tools::say(std::string(2 * level, ' ') + tools::coloured(escaped(node.object), tools::Colour::name) +
                tools::coloured(via, tools::Colour::aside));
     for (Node const& child : node.children) {
         sayText(child, level + 1);

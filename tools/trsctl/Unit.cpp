@@ -151,7 +151,7 @@ std::string Unit::describe(catalogue::Operation const& operation, Outcome const&
                 continue;
             }
             auto const told = outcome.results[std::string(operation.parameterNames()[i])].get<std::string>();
-            text += told.empty() ? "" : ": " + printable(told);
+            text += told.empty() ? "" : ": " + told;
         }
         return text + "; it was carried out";
     }
@@ -165,7 +165,7 @@ ExitCode Unit::complain(Target const& target, catalogue::Operation const& operat
         return complainOfArguments(operation, outcome.wrong);
     }
     std::fprintf(stderr, "%s %s at %s: %s\n", target.name.text().c_str(), std::string(operation.name).c_str(),
-                 options_.endpoint.c_str(), describe(operation, outcome).c_str());
+                 options_.endpoint.c_str(), escaped(describe(operation, outcome)).c_str());
     return outcome.kind == Outcome::Kind::refused ? ExitCode::refused : exitCodeOf(outcome.failure);
 }
 

@@ -50,6 +50,7 @@ public:
     // Says why a call has no results.
     ExitCode complain(Target const& target, catalogue::Operation const& operation,
                       catalogue::Outcome const& outcome) const;
+    // The same as data: what a unit says is in it as it is.
     static std::string describe(catalogue::Operation const& operation, catalogue::Outcome const& outcome);
     Options const& options() const { return options_; }
 
