@@ -239,32 +239,6 @@ std::string resolve(std::string const& text, Place const& place, Value& value)
     return {};
 }
 
-// Without case and underscores: what MIN_UDP_PORT and MinUdpPort have in common.
-std::string squashed(std::string_view name)
-{
-    std::string text;
-    for (char const each : name) {
-        if (each != '_') {
-            text += static_cast<char>(std::tolower(static_cast<unsigned char>(each)));
-        }
-    }
-    return text;
-}
-
-std::optional<std::int64_t> limit(std::vector<std::string_view> const& classes, std::string const& what,
-                                  char const* end)
-{
-    for (std::string_view const className : classes) {
-        for (Constant const& each : allConstants()) {
-            if (each.className == className && each.value.is_number() && each.name.ends_with(end) &&
-                squashed(each.name.substr(0, each.name.size() - std::string_view(end).size())) == what) {
-                return each.value.get<std::int64_t>();
-            }
-        }
-    }
-    return std::nullopt;
-}
-
 std::vector<std::string_view> classesOf(Class const* type, Operation const& operation)
 {
     std::vector<std::string_view> classes;
@@ -322,34 +296,6 @@ void nameConstants(Operation const& operation, Value& values)
             name(*operation.parameters[i].type, values[parameter]);
         }
     }
-}
-
-std::vector<std::string> beyondLimits(Class const& type, Operation const& operation, std::string_view name,
-                                      Type const& parameter, Value const& value)
-{
-    std::vector<std::string_view> const classes = classesOf(&type, operation);
-    std::vector<std::string> lines;
-    constexpr std::string_view setter = "set";
-    std::string const subject =
-        squashed(operation.name.starts_with(setter) ? operation.name.substr(setter.size()) : name);
-    Value copy = value;
-    forEachInteger(parameter, copy, {"", "", classes}, [&](Value const& integer, Place const& place) {
-        if (!integer.is_number_integer()) {
-            return;
-        }
-        auto const number = integer.get<std::int64_t>();
-        std::string const what = place.field.empty() ? subject : squashed(place.field);
-        auto const least = limit(place.classes, what, "_MIN");
-        auto const most = limit(place.classes, what, "_MAX");
-        auto const step = limit(place.classes, what, "_STEP");
-        std::string const shown = std::string(place.field.empty() ? name : place.field) + ' ' + std::to_string(number);
-        if (least && most && (number < *least || number > *most)) {
-            lines.push_back(shown + " is not from " + std::to_string(*least) + " to " + std::to_string(*most));
-        } else if (least && step && *step > 1 && (number - *least) % *step != 0) {
-            lines.push_back(shown + " is not in steps of " + std::to_string(*step) + " from " + std::to_string(*least));
-        }
-    });
-    return lines;
 }
 
 } // namespace trs::catalogue

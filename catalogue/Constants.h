@@ -28,9 +28,4 @@ std::string resolveConstants(Class const& type, Operation const& operation, Type
 // TRANSPORT_MODE_ constant", "IFF__ bits". The values are "result" and parameters by name, as many as there are.
 void nameConstants(Operation const& operation, Value& values);
 
-// Where a value is outside the limits that the class publishes for it, X_MIN, X_MAX and X_STEP: a line for each.
-// `value` is that of an in-parameter, `name` the parameter's.
-std::vector<std::string> beyondLimits(Class const& type, Operation const& operation, std::string_view name,
-                                      Type const& parameter, Value const& value);
-
 } // namespace trs::catalogue

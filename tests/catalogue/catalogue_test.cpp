@@ -1,6 +1,7 @@
 // The catalogue at run time, against the golden record, and values of its types as text, JSON and bytes.
 #include "catalogue/Class.h"
 #include "catalogue/Constants.h"
+#include "catalogue/Limits.h"
 #include "catalogue/Value.h"
 #include "platform/TipprmiStream.h"
 #include "tests/support/GoldenRecord.h"

@@ -3,6 +3,7 @@
 #include "broker/Broker.h"
 #include "broker/PrintableText.h"
 #include "catalogue/Constants.h"
+#include "catalogue/Limits.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Progress.h"
 
