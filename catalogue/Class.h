@@ -48,6 +48,8 @@ struct Type {
 
     // As a signature has it: "long", "TipprmiSequence<IfNetClient::IpAddrInfo>".
     std::string text() const;
+    // What the header says of a record's field, when it names constants or a limit; else empty.
+    std::string_view commentOf(std::string_view field) const;
 };
 
 struct Parameter {

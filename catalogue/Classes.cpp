@@ -30,6 +30,16 @@ constexpr Declaration declarations[] = {
 #include "catalogue/Declarations.inc" // made by declarations.awk
 };
 
+struct FieldComment {
+    std::string_view record;
+    std::string_view field;
+    std::string_view comment;
+};
+
+constexpr FieldComment fieldComments[] = {
+#include "catalogue/Fields.inc" // made by constants.awk
+};
+
 Declaration const& declarationOf(Operation const& operation)
 {
     using Key = std::pair<std::string_view, std::string_view>;
@@ -59,6 +69,13 @@ std::string Type::text() const
     default:
         return std::string(name);
     }
+}
+
+std::string_view Type::commentOf(std::string_view field) const
+{
+    auto const* const found = std::ranges::find_if(
+        fieldComments, [&](FieldComment const& each) { return each.record == name && each.field == field; });
+    return found != std::end(fieldComments) ? found->comment : std::string_view();
 }
 
 std::vector<std::string_view> Operation::parameterNames() const

@@ -33,15 +33,6 @@ std::vector<Constant> const& allConstants()
     return constants;
 }
 
-struct FieldComment {
-    std::string_view record;
-    std::string_view field;
-    std::string_view comment;
-};
-constexpr FieldComment fieldComments[] = {
-#include "catalogue/Fields.inc" // made by constants.awk
-};
-
 bool isInteger(Type const& type)
 {
     switch (type.kind) {
@@ -76,7 +67,7 @@ void addChain(Class const* type, std::vector<std::string_view>& classes)
 // Calls `act` with each integer of a value, with the record and field that it is in, if any; and with those names of
 // the classes where constants for it are looked for.
 struct Place {
-    std::string_view record;
+    Type const* record; // null: none
     std::string_view field;
     std::vector<std::string_view> const& classes;
 };
@@ -96,7 +87,7 @@ void forEachInteger(Type const& type, Value& value, Place const& place, Act cons
         for (Field const& field : type.fields) {
             std::string const name(field.name);
             if (value.contains(name)) {
-                forEachInteger(*field.type, value[name], {type.name, field.name, classes}, act);
+                forEachInteger(*field.type, value[name], {&type, field.name, classes}, act);
             }
         }
     }
@@ -185,10 +176,7 @@ std::string nameOf(std::int64_t number, Family const& family)
 
 std::string_view commentOf(Place const& place)
 {
-    auto const* const found = std::ranges::find_if(fieldComments, [&](FieldComment const& each) {
-        return each.record == place.record && each.field == place.field;
-    });
-    return found != std::end(fieldComments) ? found->comment : std::string_view();
+    return place.record != nullptr ? place.record->commentOf(place.field) : std::string_view();
 }
 
 // The constant of that name which a number at that place may be; null when there is none.
@@ -264,7 +252,7 @@ std::string resolveConstants(Class const& type, Operation const& operation, Type
 {
     std::vector<std::string_view> const classes = classesOf(&type, operation);
     std::string wrong;
-    forEachInteger(parameter, value, {"", "", classes}, [&wrong](Value& integer, Place const& place) {
+    forEachInteger(parameter, value, {nullptr, "", classes}, [&wrong](Value& integer, Place const& place) {
         if (wrong.empty() && integer.is_string()) {
             wrong = resolve(integer.get<std::string>(), place, integer);
         }
@@ -277,7 +265,7 @@ void nameConstants(Operation const& operation, Value& values)
     std::vector<std::string_view> const classes = classesOf(nullptr, operation);
     Family const ofOperation = familyIn(operation.comment(), classes);
     auto const name = [&](Type const& type, Value& value) {
-        forEachInteger(type, value, {"", "", classes}, [&](Value& integer, Place const& place) {
+        forEachInteger(type, value, {nullptr, "", classes}, [&](Value& integer, Place const& place) {
             Family const family = place.field.empty() ? ofOperation : familyIn(commentOf(place), place.classes);
             std::string const named =
                 integer.is_number_integer() ? nameOf(integer.get<std::int64_t>(), family) : std::string();

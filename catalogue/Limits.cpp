@@ -1,100 +1,246 @@
 #include "catalogue/Limits.h"
 
-#include "catalogue/Constants.h"
+#include "broker/PrintableText.h"
+#include "catalogue/LimitTable.h"
 
 #include <algorithm>
-#include <cctype>
-#include <functional>
 #include <optional>
 
 namespace trs::catalogue {
 
 namespace {
 
-// The class and its bases, each once.
-void addWithBases(Class const* type, std::vector<Class const*>& classes)
+// The way to a value that is being checked.
+struct ValuePath {
+    ValuePath const* outer; // null: a parameter
+    std::string_view name;
+    std::size_t index; // of an element, which has no name
+
+    std::string text() const
+    {
+        std::string const before = outer != nullptr ? outer->text() : std::string();
+        return name.empty() ? before + '[' + std::to_string(index) + ']'
+                            : before + (outer != nullptr ? "." : "") + std::string(name);
+    }
+};
+
+// The number of a value; nothing when it is none. Greater ones than the greatest travel as no type.
+std::optional<std::int64_t> integerOf(Value const& value)
 {
-    for (; type != nullptr; type = type->base()) {
-        if (std::ranges::find(classes, type) == classes.end()) {
-            classes.push_back(type);
+    bool const isGreat = value.is_number_unsigned() && value.get<std::uint64_t>() > INT64_MAX;
+    return value.is_number_integer() && !isGreat ? std::optional(value.get<std::int64_t>()) : std::nullopt;
+}
+
+// The mask of "255.255.0.0" or of four numbers; nothing when it is none.
+std::optional<std::uint32_t> maskOf(Value const& value)
+{
+    std::uint32_t mask = 0;
+    if (value.is_array() && value.size() == 4) {
+        for (Value const& each : value) {
+            std::optional<std::int64_t> const octet = integerOf(each);
+            if (!octet || *octet < 0 || *octet > UINT8_MAX) {
+                return std::nullopt;
+            }
+            mask = mask << 8 | static_cast<std::uint32_t>(*octet);
         }
+        return mask;
+    }
+    if (!value.is_string()) {
+        return std::nullopt;
+    }
+    std::uint32_t octet = 0;
+    for (char const each : value.get_ref<std::string const&>()) {
+        if (each == '.') {
+            mask = (mask | octet) << 8;
+            octet = 0;
+        } else if (each >= '0' && each <= '9') {
+            octet = octet * 10 + static_cast<std::uint32_t>(each - '0');
+        } else {
+            return std::nullopt;
+        }
+    }
+    return mask | octet;
+}
+
+bool isWithin(Limit const& limit, std::int64_t number)
+{
+    switch (limit.kind) {
+    case Limit::Kind::named:
+        return std::ranges::any_of(limit.names, [number](NamedValue const& each) { return each.value == number; });
+    case Limit::Kind::bits:
+        for (NamedValue const& each : limit.names) {
+            number &= ~each.value.get<std::int64_t>();
+        }
+        return number == 0 || limit.orOthers;
+    default:
+        return (limit.orZero && number == 0) ||
+               (number >= limit.least && number <= limit.most && (number - limit.least) % limit.step == 0);
     }
 }
 
-// Calls `act` with each integer of a value, the field that it is in, if any, and the classes that may limit it.
-using ActOnInteger = std::function<void(std::int64_t number, std::string_view field, std::vector<Class const*> const&)>;
-
-void forEachNumber(Type const& type, Value const& value, std::string_view field,
-                   std::vector<Class const*> const& classes, ActOnInteger const& act)
+// Whether the value is within; of what has another type the limit says nothing.
+bool isWithin(Limit const& limit, Value const& value)
 {
-    if (value.is_number_integer()) {
-        act(value.get<std::int64_t>(), field, classes);
-    } else if (type.kind == Type::Kind::sequence && value.is_array()) {
-        for (Value const& element : value) {
-            forEachNumber(*type.element, element, field, classes, act);
+    switch (limit.kind) {
+    case Limit::Kind::netmask: {
+        std::optional<std::uint32_t> const mask = maskOf(value);
+        return !mask || (~*mask & (~*mask + 1)) == 0;
+    }
+    case Limit::Kind::characters:
+        return !value.is_string() ||
+               isWithin(limit, static_cast<std::int64_t>(value.get_ref<std::string const&>().size()));
+    case Limit::Kind::entries:
+        return !value.is_array() || isWithin(limit, static_cast<std::int64_t>(value.size()));
+    default:
+        break;
+    }
+    if (value.is_string() && limit.kind == Limit::Kind::named) {
+        auto const isIt = [&](NamedValue const& each) { return each.value == value || each.name == value; };
+        return !limit.names.front().value.is_string() || std::ranges::any_of(limit.names, isIt);
+    }
+    std::optional<std::int64_t> const number = integerOf(value);
+    return !number || isWithin(limit, *number);
+}
+
+std::string shownValue(Limit const& limit, Value const& value)
+{
+    switch (limit.kind) {
+    case Limit::Kind::characters:
+        return std::to_string(value.get_ref<std::string const&>().size()) + " characters";
+    case Limit::Kind::entries:
+        return std::to_string(value.size()) + " entries";
+    case Limit::Kind::netmask:
+        return value.is_string() ? printable(value.get_ref<std::string const&>()) : toJson(value, -1);
+    default:
+        return printable(toJson(value, -1));
+    }
+}
+
+class LimitCheck {
+public:
+    explicit LimitCheck(std::size_t most) : most_(most) {}
+
+    void look(LimitedValue const& limited, Value const& value, ValuePath const& path)
+    {
+        for (Limit const& limit : limited.limits) {
+            if (found_.size() < most_ && !isWithin(limit, value)) {
+                found_.push_back({path.text(), shownValue(limit, value), limit.text()});
+            }
         }
-    } else if (type.kind == Type::Kind::record && value.is_object()) {
-        std::vector<Class const*> withOwner = classes;
-        addWithBases(findClass(type.name.substr(0, type.name.find(':'))), withOwner);
-        for (Field const& each : type.fields) {
-            if (auto const found = value.find(each.name); found != value.end()) {
-                forEachNumber(*each.type, *found, each.name, withOwner, act);
+        if (value.is_object()) {
+            for (LimitedValue const& field : limited.fields) {
+                if (auto const found = value.find(field.name); found != value.end()) {
+                    look(field, *found, {&path, field.name, 0});
+                }
+            }
+        } else if (value.is_array() && !limited.element.empty()) {
+            for (std::size_t i = 0; i < value.size() && found_.size() < most_; ++i) {
+                look(limited.element.front(), value[i], {&path, {}, i});
             }
         }
     }
-}
 
-// Without case and underscores: what MIN_UDP_PORT and MinUdpPort have in common.
-std::string squashed(std::string_view name)
-{
-    std::string text;
-    for (char const each : name) {
-        if (each != '_') {
-            text += static_cast<char>(std::tolower(static_cast<unsigned char>(each)));
-        }
-    }
-    return text;
-}
+    std::vector<Violation> found() { return std::move(found_); }
 
-std::optional<std::int64_t> limit(std::vector<Class const*> const& classes, std::string const& what,
-                                  std::string_view end)
+private:
+    std::size_t most_;
+    std::vector<Violation> found_;
+};
+
+void list(LimitedValue const& limited, std::string const& path, bool isIn, std::vector<LimitedPart>& parts)
 {
-    for (Class const* const type : classes) {
-        for (Constant const* const each : constantsOf(*type)) {
-            if (each->value.is_number() && each->name.ends_with(end) &&
-                squashed(each->name.substr(0, each->name.size() - end.size())) == what) {
-                return each->value.get<std::int64_t>();
-            }
-        }
+    for (Limit const& limit : limited.limits) {
+        parts.push_back({path, &limit, isIn});
     }
-    return std::nullopt;
+    for (LimitedValue const& field : limited.fields) {
+        list(field, path + '.' + field.name, isIn, parts);
+    }
+    for (LimitedValue const& element : limited.element) {
+        list(element, path + "[]", isIn, parts);
+    }
 }
 
 } // namespace
 
-std::vector<std::string> beyondLimits(Class const& type, Operation const& operation, std::string_view name,
-                                      Type const& parameter, Value const& value)
+std::string Limit::text() const
 {
-    std::vector<Class const*> classes;
-    addWithBases(&type, classes);
-    addWithBases(findClass(operation.classId), classes);
-    std::vector<std::string> lines;
-    constexpr std::string_view setter = "set";
-    std::string const subject =
-        squashed(operation.name.starts_with(setter) ? operation.name.substr(setter.size()) : name);
-    forEachNumber(parameter, value, "", classes, [&](auto number, auto field, auto const& publishers) {
-        std::string const what = field.empty() ? subject : squashed(field);
-        auto const least = limit(publishers, what, "_MIN");
-        auto const most = limit(publishers, what, "_MAX");
-        auto const step = limit(publishers, what, "_STEP");
-        std::string const shown = std::string(field.empty() ? name : field) + ' ' + std::to_string(number);
-        if (least && most && (number < *least || number > *most)) {
-            lines.push_back(shown + " is not from " + std::to_string(*least) + " to " + std::to_string(*most));
-        } else if (least && step && *step > 1 && (number - *least) % *step != 0) {
-            lines.push_back(shown + " is not in steps of " + std::to_string(*step) + " from " + std::to_string(*least));
+    std::string const range = (orZero ? "0 or " : "") + std::to_string(least) + std::string("..") +
+                              std::to_string(most) + (step != 1 ? " in steps of " + std::to_string(step) : "");
+    std::string list;
+    switch (kind) {
+    case Kind::netmask:
+        return "a contiguous netmask";
+    case Kind::characters:
+        return range + " characters";
+    case Kind::entries:
+        return range + " entries";
+    case Kind::named:
+    case Kind::bits:
+        for (NamedValue const& each : names) {
+            bool const isItsName = each.value.is_string() && each.value == each.name;
+            list += (list.empty() ? "" : ", ") + std::string(each.name) +
+                    (isItsName ? "" : " (" + toJson(each.value, -1) + ')');
         }
-    });
-    return lines;
+        return (kind == Kind::named ? "one of " : "made of the bits ") + list + (orOthers ? " and others" : "");
+    default:
+        return range;
+    }
+}
+
+Value Limit::json() const
+{
+    Value range{{"least", least}, {"most", most}};
+    if (step != 1) {
+        range["step"] = step;
+    }
+    if (orZero) {
+        range["orZero"] = true;
+    }
+    Value list = Value::object();
+    for (NamedValue const& each : names) {
+        list[std::string(each.name)] = each.value;
+    }
+    switch (kind) {
+    case Kind::netmask:
+        return {{"netmask", true}};
+    case Kind::characters:
+        return {{"characters", range}};
+    case Kind::entries:
+        return {{"entries", range}};
+    case Kind::named:
+        return {{"oneOf", list}};
+    case Kind::bits:
+        return orOthers ? Value{{"bits", list}, {"orOthers", true}} : Value{{"bits", list}};
+    default:
+        return range;
+    }
+}
+
+std::string Violation::text() const { return path + ": " + value + " is not " + allowed; }
+
+bool hasLimits(Operation const& operation)
+{
+    return std::ranges::any_of(limitedValues(operation), &LimitedValue::isIn);
+}
+
+std::vector<Violation> violations(Operation const& operation, std::span<Value const> in, std::size_t most)
+{
+    LimitCheck check(most);
+    for (LimitedValue const& parameter : limitedValues(operation)) {
+        if (parameter.isIn && parameter.place < in.size()) {
+            check.look(parameter, in[parameter.place], {nullptr, parameter.name, 0});
+        }
+    }
+    return check.found();
+}
+
+std::vector<LimitedPart> limitedParts(Operation const& operation)
+{
+    std::vector<LimitedPart> parts;
+    for (LimitedValue const& value : limitedValues(operation)) {
+        list(value, value.name, value.isIn, parts);
+    }
+    return parts;
 }
 
 } // namespace trs::catalogue

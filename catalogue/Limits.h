@@ -1,18 +1,81 @@
-// The limits of values.
+// The limits of values: what an operation's arguments may be, as its comment and those of record fields state it
+// (docs/limits.md), and as types have it: octets of addresses, enumerations. Checks are for whoever asks: calls go out,
+// and answers come in, whatever their values.
 #pragma once
 
 #include "catalogue/Class.h"
 #include "catalogue/Value.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace trs::catalogue {
 
-// Where a value is outside the limits that the class publishes for it, X_MIN, X_MAX and X_STEP: a line for each.
-// `value` is that of an in-parameter, `name` the parameter's.
-std::vector<std::string> beyondLimits(Class const& type, Operation const& operation, std::string_view name,
-                                      Type const& parameter, Value const& value);
+struct NamedValue {
+    std::string_view name;
+    Value value; // a number or a text
+};
+
+// What one value may be.
+struct Limit {
+    enum class Kind {
+        range,      // a number from `least` to `most`, in steps of `step` from `least` on, or 0 where `orZero`
+        named,      // one of `names`
+        bits,       // a number made of the bits of `names`, and of others where `orOthers`
+        netmask,    // an IPv4 mask: ones, then zeros
+        characters, // a text of `least` to `most` octets
+        entries,    // a sequence of `least` to `most` elements
+    };
+
+    Kind kind = Kind::range;
+    std::int64_t least = 0;
+    std::int64_t most = 0;
+    std::int64_t step = 1;
+    bool orZero = false;
+    bool orOthers = false;
+    std::vector<NamedValue> names = {};
+
+    // What goes on behind "is not": "68..65535", "0..1000000 in steps of 100", "one of ENABLED (11), DISABLED (12)".
+    std::string text() const;
+    // For programs: {"least": 68, "most": 65535}, {"oneOf": {"ENABLED": 11, "DISABLED": 12}}, as docs/limits.md has it.
+    Value json() const;
+};
+
+// Whether values of the operation's in-parameters can be outside limits. Prepared once; a lookup.
+bool hasLimits(Operation const& operation);
+
+// A value that is outside a limit.
+struct Violation {
+    std::string path;    // from the parameter on: "params.vlanId", "routes[2].netmask", "address[3]"
+    std::string value;   // as it was given; of a text or a sequence its length, "21 characters", "4 entries"
+    std::string allowed; // Limit::text()
+
+    // "params.vlanId: 5000 is not 1..4094"
+    std::string text() const;
+};
+
+// What is outside limits in the values of the in-parameters, in their order; the first `most` of it. Values that are
+// not of their parameter's type, or missing, are passed over: writeValue() tells of them. Takes no memory when all is
+// well.
+std::vector<Violation> violations(Operation const& operation, std::span<Value const> in,
+                                  std::size_t most = static_cast<std::size_t>(-1));
+
+// A part of a parameter, or of the result, that has a limit.
+struct LimitedPart {
+    std::string path; // "mtu", "result", "params.vlanId", "routes[].netmask"; "[]" is any element
+    Limit const* limit;
+    bool isIn; // else told by the operation, and for information
+};
+
+// All of the operation, in the order of its parameters and fields.
+std::vector<LimitedPart> limitedParts(Operation const& operation);
+
+// What is wrong with the comments' limits: those that belong to no parameter or field, or that cannot be. Empty in a
+// catalogue that is right; a line for each, with the operation or field.
+std::vector<std::string> const& wrongLimits();
 
 } // namespace trs::catalogue

@@ -1,5 +1,6 @@
 # What a compiler does not keep of constants: with TABLE=constants a line CONSTANT(class, name) for each that a proxy class
-# publishes, with TABLE=fields a line {"record", "field", "comment"} for each field whose comment names some.
+# publishes, with TABLE=fields a line {"record", "field", "comment"} for each field whose comment names some,
+# or has a limit.
 
 FNR == 1 {
     class = ""
@@ -24,12 +25,13 @@ TABLE == "constants" && class != "" && /^    static (constexpr [a-z ]+ [A-Za-z0-
     sub(/.* /, "", name)
     printf "CONSTANT(%s, %s)\n", class, name
 }
-TABLE == "fields" && record != "" && /; \/\/ .*[A-Z]_+ (bits|constant)/ {
+TABLE == "fields" && record != "" && /; *\/\/ .*([A-Z]_+ (bits|constant)|[.][.]|contiguous netmask|as [A-Za-z:]+\(\))/ {
     name = $0
-    sub(/[ =;{].*/, "", name)
-    split($0, parts, "; // ")
-    name = parts[1]
+    comment = $0
+    sub(/; *\/\/ .*/, "", name)
     sub(/ *[={].*/, "", name)
     sub(/.* /, "", name)
-    printf "{\"%s\", \"%s\", \"%s\"},\n", record, name, parts[2]
+    sub(/.*; *\/\/ /, "", comment)
+    gsub(/[\\"]/, "\\\\&", comment)
+    printf "{\"%s\", \"%s\", \"%s\"},\n", record, name, comment
 }

@@ -1,7 +1,6 @@
 // The catalogue at run time, against the golden record, and values of its types as text, JSON and bytes.
 #include "catalogue/Class.h"
 #include "catalogue/Constants.h"
-#include "catalogue/Limits.h"
 #include "catalogue/Value.h"
 #include "platform/TipprmiStream.h"
 #include "tests/support/GoldenRecord.h"
@@ -233,22 +232,6 @@ TEST(Constants, StandForTheirNumbers)
     EXPECT_EQ(named(*trs::catalogue::findClass("IpRoutingTable")->find("getIpRouteSequence"),
                     {{"routes", {{{"flags", 3}, {"other", 3}}}}}),
               Value({{{"flags", "RTF__UP|RTF__GATEWAY"}, {"other", 3}}}));
-}
-
-TEST(Constants, LimitsArePointedOut)
-{
-    auto const lines = [](char const* type, char const* operation, char const* parameter, Value const& value) {
-        Class const& owner = *trs::catalogue::findClass(type);
-        return trs::catalogue::beyondLimits(owner, *owner.find(operation), parameter, inType(type, operation), value);
-    };
-    EXPECT_THAT(lines("EthIfNet", "setCir", "cir", 1000000), testing::IsEmpty());
-    EXPECT_THAT(lines("EthIfNet", "setCir", "cir", 1000100),
-                testing::ElementsAre("cir 1000100 is not from 0 to 1000000"));
-    EXPECT_THAT(lines("EthIfNet", "setCir", "cir", 150), testing::ElementsAre("cir 150 is not in steps of 100 from 0"));
-    EXPECT_THAT(lines("EthLink", "setPacketSize", "size", 63), testing::ElementsAre("size 63 is not from 64 to 1522"));
-    EXPECT_THAT(lines("IpNode", "setMtu", "mtu", -1), testing::IsEmpty());
-    EXPECT_THAT(lines("EthIfNet", "createVlan", "params", {{"sir", 50}}),
-                testing::ElementsAre("sir 50 is not in steps of 100 from 0"));
 }
 
 } // namespace

@@ -82,11 +82,10 @@ std::string parseArguments(Class const& type, catalogue::Operation const& operat
             if (!wrong.empty()) {
                 return std::string(names[i]) + ": " + wrong;
             }
-            for (std::string const& line :
-                 catalogue::beyondLimits(type, operation, names[i], parameter, values.back())) {
-                std::fprintf(stderr, "note: %s\n", line.c_str());
-            }
         }
+    }
+    for (catalogue::Violation const& violation : catalogue::violations(operation, values)) {
+        std::fprintf(stderr, "note: %s\n", violation.text().c_str());
     }
     return {};
 }

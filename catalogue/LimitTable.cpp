@@ -1,0 +1,311 @@
+#include "catalogue/LimitTable.h"
+
+#include "catalogue/LimitNotation.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace trs::catalogue {
+
+namespace {
+
+constexpr int mostReferences = 4; // from one operation's comment to another's
+constexpr int slotBits = 10;      // 1024 slots, for about 200 operations with limits
+
+bool isOctets(Type const& type)
+{
+    return type.kind == Type::Kind::array && type.element->kind == Type::Kind::int16 &&
+           (type.count == 4 || type.count == 6);
+}
+
+// The numbers that travel as this type, or are values of an attribute object; nothing when there are none.
+struct Bounds {
+    std::int64_t least;
+    std::int64_t most;
+};
+std::optional<Bounds> boundsOf(Type const& type)
+{
+    switch (type.kind) {
+    case Type::Kind::octet:
+        return Bounds{0, UINT8_MAX};
+    case Type::Kind::int16:
+        return Bounds{INT16_MIN, INT16_MAX};
+    case Type::Kind::unsigned16:
+        return Bounds{0, UINT16_MAX};
+    case Type::Kind::int32:
+        return Bounds{INT32_MIN, INT32_MAX};
+    case Type::Kind::unsigned32:
+        return Bounds{0, UINT32_MAX};
+    case Type::Kind::object: // whose value they are
+        return type.name == "QelLongClient"    ? std::optional(Bounds{INT32_MIN, INT32_MAX})
+               : type.name == "QelShortClient" ? std::optional(Bounds{INT16_MIN, INT16_MAX})
+                                               : std::nullopt;
+    default:
+        return std::nullopt;
+    }
+}
+
+// Whether a limit can be one of a value of this type itself, not of its elements.
+bool suits(Limit const& limit, Type const& type)
+{
+    switch (limit.kind) {
+    case Limit::Kind::netmask:
+        return isOctets(type) && type.count == 4;
+    case Limit::Kind::characters:
+        return type.kind == Type::Kind::text;
+    case Limit::Kind::entries:
+        return type.kind == Type::Kind::sequence;
+    case Limit::Kind::named:
+        if (limit.names.front().value.is_string()) {
+            return type.kind == Type::Kind::text;
+        }
+        [[fallthrough]];
+    case Limit::Kind::bits:
+        return boundsOf(type) && std::ranges::all_of(limit.names, [&](NamedValue const& each) {
+                   auto const number = each.value.get<std::int64_t>();
+                   return number >= boundsOf(type)->least && number <= boundsOf(type)->most;
+               });
+    default:
+        return boundsOf(type) && limit.least >= boundsOf(type)->least && limit.most <= boundsOf(type)->most;
+    }
+}
+
+// Reads the comments and makes the parts of all operations.
+class Preparation {
+public:
+    Preparation()
+    {
+        for (Class const* const type : classes()) {
+            for (Operation const& operation : type->own) {
+                prepare(*type, operation);
+            }
+        }
+    }
+
+    std::span<LimitedValue const> find(Operation const& operation) const
+    {
+        for (std::size_t i = slotOf(operation); slots_[i].operation != nullptr; i = (i + 1) % slots_.size()) {
+            if (slots_[i].operation == &operation) {
+                return slots_[i].values;
+            }
+        }
+        return {};
+    }
+
+    std::vector<std::string> wrong;
+
+private:
+    // An entry of a hash table with open addressing: every call of an operation asks it.
+    struct Slot {
+        Operation const* operation = nullptr;
+        std::vector<LimitedValue> values;
+    };
+
+    static std::size_t slotOf(Operation const& operation)
+    {
+        constexpr std::uint64_t spread = 0x9e3779b97f4a7c15; // 2^64 divided by the golden ratio
+        return reinterpret_cast<std::uintptr_t>(&operation) * spread >> (64 - slotBits);
+    }
+
+    void insert(Operation const& operation, std::vector<LimitedValue> values)
+    {
+        std::size_t i = slotOf(operation);
+        while (slots_[i].operation != nullptr) {
+            i = (i + 1) % slots_.size();
+        }
+        slots_[i] = {&operation, std::move(values)};
+    }
+
+    void prepare(Class const& type, Operation const& operation)
+    {
+        subject_ = std::string(type.name) + ' ' + std::string(operation.name);
+        std::vector<LimitedValue> limited;
+        std::vector<std::string_view> const names = operation.parameterNames();
+        std::vector<StatedLimit> const stated = statedLimits(operation.comment(), &type);
+        std::vector<std::size_t> const places = placesOf(operation, stated);
+        std::size_t in = 0;
+        for (std::size_t i = 0; i < operation.parameters.size(); ++i) {
+            Parameter const& parameter = operation.parameters[i];
+            LimitedValue part = limitedValueOf(*parameter.type, limitsAt(stated, places, i));
+            part.name = i < names.size() ? names[i] : std::string_view();
+            part.isIn = parameter.isIn;
+            part.place = in;
+            in += parameter.isIn ? 1 : 0;
+            if (part.isLimited()) {
+                limited.push_back(std::move(part));
+            }
+        }
+        if (operation.result != nullptr) {
+            LimitedValue part =
+                limitedValueOf(*operation.result, limitsAt(stated, places, operation.parameters.size()));
+            part.name = "result";
+            part.isIn = false;
+            if (part.isLimited()) {
+                limited.push_back(std::move(part));
+            }
+        }
+        if (!limited.empty()) {
+            insert(operation, std::move(limited));
+        }
+    }
+
+    // A field is met in every operation that takes its record.
+    void complain(std::string const& what)
+    {
+        std::string line = subject_ + ": " + what;
+        if (std::ranges::find(wrong, line) == wrong.end()) {
+            wrong.push_back(std::move(line));
+        }
+    }
+
+    // What a comment says, with references followed.
+    std::vector<StatedLimit> statedLimits(std::string_view comment, Class const* scope)
+    {
+        StatedLimits stated = readLimits(comment, scope);
+        for (std::string const& each : stated.wrong) {
+            complain(each);
+        }
+        std::erase_if(stated.limits,
+                      [&](StatedLimit& each) { return !each.reference.empty() && !follow(each, scope); });
+        return std::move(stated.limits);
+    }
+
+    bool follow(StatedLimit& stated, Class const* scope)
+    {
+        std::string_view name = stated.reference;
+        for (int i = 0; i < mostReferences; ++i) {
+            Class const* const publisher = splitScope(name, scope);
+            Operation const* const operation = publisher != nullptr ? publisher->find(name) : nullptr;
+            if (operation == nullptr) {
+                break;
+            }
+            scope = findClass(operation->classId);
+            StatedLimits found = readLimits(operation->comment(), scope);
+            if (found.limits.size() != 1) {
+                break;
+            }
+            if (found.limits[0].reference.empty()) {
+                stated.limit = std::move(found.limits[0].limit);
+                return true;
+            }
+            name = found.limits[0].reference;
+        }
+        complain("as " + std::string(stated.reference) + "(): no operation with one limit");
+        return false;
+    }
+
+    // For each limit the parameter that it is of, or their number for the result: the one that the word before it
+    // names, or else the only one that the operation takes, or, when it takes none, tells.
+    std::vector<std::size_t> placesOf(Operation const& operation, std::vector<StatedLimit> const& stated)
+    {
+        std::vector<std::string_view> const names = operation.parameterNames();
+        std::size_t const count = operation.parameters.size();
+        std::vector<std::size_t> taken;
+        std::vector<std::size_t> told;
+        for (std::size_t i = 0; i < count; ++i) {
+            (operation.parameters[i].isIn ? taken : told).push_back(i);
+        }
+        if (operation.result != nullptr && operation.result->kind != Type::Kind::status) {
+            told.push_back(count);
+        }
+        std::vector<std::size_t> const& only = taken.empty() ? told : taken;
+        std::vector<std::size_t> places;
+        for (StatedLimit const& each : stated) {
+            auto const named = std::ranges::find(names, each.subject);
+            if (named != names.end()) {
+                places.push_back(static_cast<std::size_t>(named - names.begin()));
+            } else if (only.size() == 1) {
+                places.push_back(only.front());
+            } else {
+                complain("'" + std::string(each.subject) + "' before " + each.limit.text() + " is no parameter");
+                places.push_back(count + 1);
+            }
+        }
+        return places;
+    }
+
+    static std::vector<Limit> limitsAt(std::vector<StatedLimit> const& stated, std::vector<std::size_t> const& places,
+                                       std::size_t place)
+    {
+        std::vector<Limit> limits;
+        for (std::size_t i = 0; i < stated.size(); ++i) {
+            if (places[i] == place) {
+                limits.push_back(stated[i].limit);
+            }
+        }
+        return limits;
+    }
+
+    std::vector<Limit> limitsOfField(Type const& record, Field const& field)
+    {
+        std::string_view name = record.name;
+        std::vector<Limit> limits;
+        for (StatedLimit& each : statedLimits(record.commentOf(field.name), splitScope(name, nullptr))) {
+            limits.push_back(std::move(each.limit));
+        }
+        return limits;
+    }
+
+    // A value of this type, of which, or of whose elements, `stated` holds.
+    LimitedValue limitedValueOf(Type const& type, std::vector<Limit> stated)
+    {
+        LimitedValue part;
+        for (Limit const& each : stated) {
+            if (suits(each, type)) {
+                part.limits.push_back(each);
+            }
+        }
+        std::erase_if(stated, [&](Limit const& each) { return suits(each, type); });
+        bool const isNamed = type.kind == Type::Kind::enumeration && type.enumerators.size() > 1;
+        if (isNamed && part.limits.empty()) {
+            Limit& limit = part.limits.emplace_back(Limit{.kind = Limit::Kind::named});
+            for (Enumerator const& each : type.enumerators) {
+                limit.names.push_back({each.name, each.value});
+            }
+        }
+        if (isOctets(type)) {
+            LimitedValue octet;
+            octet.limits.push_back({.least = 0, .most = UINT8_MAX});
+            part.element.push_back(std::move(octet));
+        } else if (type.element != nullptr) {
+            LimitedValue element = limitedValueOf(*type.element, std::move(stated));
+            if (element.isLimited()) {
+                part.element.push_back(std::move(element));
+            }
+            return part;
+        }
+        for (Limit const& each : stated) {
+            complain("a value of type " + type.text() + " cannot be limited to " + each.text());
+        }
+        for (Field const& field : type.fields) {
+            std::string const outer = subject_;
+            subject_ = std::string(type.name) + "::" + std::string(field.name);
+            LimitedValue inner = limitedValueOf(*field.type, limitsOfField(type, field));
+            subject_ = outer;
+            inner.name = field.name;
+            if (inner.isLimited()) {
+                part.fields.push_back(std::move(inner));
+            }
+        }
+        return part;
+    }
+
+    std::vector<Slot> slots_ = std::vector<Slot>(std::size_t{1} << slotBits);
+    std::string subject_; // what is being prepared: an operation, or a field
+};
+
+Preparation const& prepared()
+{
+    static Preparation const preparation;
+    return preparation;
+}
+
+} // namespace
+
+std::span<LimitedValue const> limitedValues(Operation const& operation) { return prepared().find(operation); }
+
+std::vector<std::string> const& wrongLimits() { return prepared().wrong; }
+
+} // namespace trs::catalogue
