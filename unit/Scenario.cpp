@@ -6,6 +6,9 @@
 #include "catalogue/Json.h"
 #include "catalogue/ObjectName.h"
 #include "catalogue/Text.h"
+#include "unit/FaultPlan.h"
+#include "unit/Inventory.h"
+#include "unit/Managed.h"
 #include "unit/OperationPairs.h"
 #include "unit/Unit.h"
 

@@ -1,6 +1,8 @@
 #include "unit/Simulator.h"
 
 #include "catalogue/Json.h"
+#include "unit/FaultPlan.h"
+#include "unit/Inventory.h"
 #include "unit/Scenario.h"
 #include "unit/Status.h"
 #include "unit/Unit.h"

@@ -2,23 +2,45 @@
 
 #include "broker/Broker.h"
 #include "rmi/TreflectHandlerState.h"
+#include "unit/ApplicationObject.h"
+#include "unit/CallGate.h"
+#include "unit/CallLog.h"
+#include "unit/Equipment.h"
+#include "unit/FaultPlan.h"
+#include "unit/IpNode.h"
+#include "unit/Simulator.h"
 
 namespace trs::sim {
 
-Unit::Unit(Options const& options)
-    : inventory_(options.seed), object_(inventory_, "AppObject-1"), ipNode_(inventory_),
-      agent_(options.address, [this](std::string const& address) { ipNode_.setPrimaryAddress(address); }),
-      equipment_(inventory_), faults_(options.seed), log_(options.isTimed),
-      gate_(faults_, log_, [this] { return inventory_.clock().now(); }), simulator_(*this)
-{
-    inventory_.add(NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME, *catalogue::findClass("NmiRmiAdapterClient"));
-}
+struct Unit::Parts {
+    Parts(Unit& unit, Options const& options)
+        : inventory(options.seed), object(inventory, "AppObject-1"), ipNode(inventory),
+          agent(options.address, [this](std::string const& address) { ipNode.setPrimaryAddress(address); }),
+          equipment(inventory), faults(options.seed), log(options.isTimed),
+          gate(faults, log, [this] { return inventory.clock().now(); }), simulator(unit)
+    {
+        inventory.add(NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME, *catalogue::findClass("NmiRmiAdapterClient"));
+    }
+
+    Inventory inventory;
+    ApplicationObject object;
+    IpNode ipNode;
+    UnitAgent agent;
+    Equipment equipment;
+    FaultPlan faults;
+    CallLog log;
+    CallGate gate;
+    Simulator simulator;
+    bool isServing = false;
+};
+
+Unit::Unit(Options const& options) : parts_(std::make_unique<Parts>(*this, options)) {}
 
 Unit::~Unit()
 {
-    if (isServing_) {
-        agent_.letGo();
-        gate_.end();
+    if (parts_->isServing) {
+        parts_->agent.letGo();
+        parts_->gate.end();
         Broker::instance().stop();
         Broker::instance().setTap(nullptr);
     }
@@ -26,22 +48,39 @@ Unit::~Unit()
 
 std::string Unit::serve(std::string const& endpoint)
 {
-    isServing_ = true;
-    Broker::instance().setTap(&gate_);
+    parts_->isServing = true;
+    Broker::instance().setTap(&parts_->gate);
     return Broker::instance().serve(endpoint);
 }
+
+std::string Unit::logCalls(std::string const& file) { return parts_->log.open(file); }
+
+bool Unit::hasLoggedAllCalls() const { return parts_->log.isWhole(); }
+
+unsigned long Unit::callCount() const { return parts_->gate.count(); }
 
 void Unit::advance(unsigned long seconds)
 {
     TreflectHandlerState const running;
-    inventory_.clock().advance(seconds);
+    inventory().clock().advance(seconds);
 }
+
+UnitAgent& Unit::agent() { return parts_->agent; }
+
+Inventory& Unit::inventory() { return parts_->inventory; }
+
+ApplicationObject& Unit::object() { return parts_->object; }
+
+Simulator& Unit::simulator() { return parts_->simulator; }
+
+FaultPlan& Unit::faults() { return parts_->faults; }
 
 bool Unit::create(std::string const& id, std::string_view className)
 {
-    return inventory_.find(id) == nullptr && (ipNode_.create(id, className) || equipment_.create(id, className));
+    return inventory().find(id) == nullptr &&
+           (parts_->ipNode.create(id, className) || parts_->equipment.create(id, className));
 }
 
-bool Unit::remove(std::string const& id) { return ipNode_.remove(id) || equipment_.remove(id); }
+bool Unit::remove(std::string const& id) { return parts_->ipNode.remove(id) || parts_->equipment.remove(id); }
 
 } // namespace trs::sim

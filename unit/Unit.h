@@ -2,18 +2,18 @@
 // without a socket.
 #pragma once
 
-#include "unit/ApplicationObject.h"
-#include "unit/CallGate.h"
-#include "unit/CallLog.h"
-#include "unit/Equipment.h"
-#include "unit/FaultPlan.h"
-#include "unit/IpNode.h"
-#include "unit/Simulator.h"
 #include "unit/UnitAgent.h"
 
+#include <memory>
 #include <string>
+#include <string_view>
 
 namespace trs::sim {
+
+class ApplicationObject;
+class FaultPlan;
+class Inventory;
+class Simulator;
 
 // Its objects are reachable by proxies of this process from construction to destruction, and by those of others from
 // serve() on. There is one at a time, as its objects have well-known identifiers.
@@ -34,38 +34,33 @@ public:
 
     // Serves at `unix:PATH`, `tcp:HOST:PORT` or `tcp:PORT`. Empty, or why it cannot.
     std::string serve(std::string const& endpoint);
-    // Logs the calls that come over connections to this file (CallLog.h), from the first serve() on. Empty, or why it
-    // cannot.
-    std::string logCalls(std::string const& file) { return log_.open(file); }
+    // Logs the calls that come over connections to this file, a JSON object a line (docs/trssim.md), from the first
+    // serve() on. Empty, or why it cannot.
+    std::string logCalls(std::string const& file);
     // Whether all calls could be logged.
-    bool hasLoggedAllCalls() const { return log_.isWhole(); }
-    unsigned long callCount() const { return gate_.count(); }
+    bool hasLoggedAllCalls() const;
+    // How many calls came over connections.
+    unsigned long callCount() const;
 
-    // Lets time pass.
+    // Lets time pass, in seconds.
     void advance(unsigned long seconds);
-    // Which calls that come over connections are answered badly.
-    FaultPlan& faults() { return faults_; }
 
-    // What follows is for threads that have the run permission (TreflectHandlerState).
-    Inventory& inventory() { return inventory_; }
-    UnitAgent& agent() { return agent_; }
-    ApplicationObject& object() { return object_; }
-    Simulator& simulator() { return simulator_; }
+    // What follows is for threads that have the run permission (TreflectHandlerState), but for faults().
+    UnitAgent& agent();
+
+    // For the unit's own programs; a test has SimulatorClient for the same, in its own process too.
+    Inventory& inventory();
+    ApplicationObject& object();
+    Simulator& simulator();
+    // Which calls that come over connections are answered badly.
+    FaultPlan& faults();
     // An object more, by identifier and class; one less. False when it cannot be.
     bool create(std::string const& id, std::string_view className);
     bool remove(std::string const& id);
 
 private:
-    Inventory inventory_;
-    ApplicationObject object_;
-    IpNode ipNode_;
-    UnitAgent agent_;
-    Equipment equipment_;
-    FaultPlan faults_;
-    CallLog log_;
-    CallGate gate_;
-    Simulator simulator_;
-    bool isServing_ = false;
+    struct Parts;
+    std::unique_ptr<Parts> const parts_;
 };
 
 } // namespace trs::sim

@@ -1,6 +1,8 @@
 // The simulated unit in this process: all interfaces, and what its objects keep.
 #include "catalogue/Call.h"
 #include "catalogue/ObjectName.h"
+#include "unit/ApplicationObject.h"
+#include "unit/FaultPlan.h"
 #include "unit/Scenario.h"
 #include "unit/Unit.h"
 

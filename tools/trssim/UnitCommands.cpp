@@ -2,7 +2,10 @@
 
 #include "broker/PrintableText.h"
 #include "catalogue/ObjectName.h"
+#include "unit/ApplicationObject.h"
+#include "unit/FaultPlan.h"
 #include "unit/Scenario.h"
+#include "unit/Simulator.h"
 
 #include <functional>
 #include <utility>
