@@ -25,6 +25,13 @@ protected:
         int const code = child.waitForExit();
         return {code, joined(child.readRest()), joined(child.readRest(ChildProcess::Stream::error))};
     }
+    // A line of a shell, which finds the programs by their names.
+    static Result shell(std::string const& line)
+    {
+        ChildProcess child("/bin/sh", {"-c", "PATH=" + program("") + ":$PATH; " + line});
+        int const code = child.waitForExit();
+        return {code, joined(child.readRest()), joined(child.readRest(ChildProcess::Stream::error))};
+    }
     std::string output(Arguments const& arguments)
     {
         Result const result = run(arguments);

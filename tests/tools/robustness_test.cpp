@@ -33,13 +33,6 @@ protected:
         std::ofstream(file(name), std::ios::binary) << content;
         return file(name);
     }
-    // A line of a shell, which finds the programs by their names.
-    static Result shell(std::string const& line)
-    {
-        ChildProcess child("/bin/sh", {"-c", "PATH=" + program("") + ":$PATH; " + line});
-        int const code = child.waitForExit();
-        return {code, joined(child.readRest()), joined(child.readRest(ChildProcess::Stream::error))};
-    }
     std::string trsctl() const { return "trsctl --unit " + endpoint + ' '; }
 
     std::string const scratch = path + ".files";
@@ -118,7 +111,8 @@ TEST_F(Robustness, ADirectoryIsNoFile)
          {trsctl() + "call IfNet:IfNet/Transport setIpAddrSequence @" + scratch, trsctl() + "batch " + scratch,
           trsctl() + "batch <" + scratch, trsctl() + "diff " + scratch + ' ' + scratch,
           trsctl() + "diff - " + scratch + " <" + scratch, trsctl() + "decode " + scratch,
-          trsctl() + "stats " + scratch, "trssim --listen " + endpoint + " --scenario " + scratch}) {
+          trsctl() + "shell <" + scratch, trsctl() + "stats " + scratch,
+          "trssim --listen " + endpoint + " --scenario " + scratch}) {
         Result const result = shell(line);
         EXPECT_EQ(result.code, 2) << line;
         EXPECT_THAT(result.error, HasSubstr(told)) << line;

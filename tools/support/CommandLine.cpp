@@ -4,6 +4,7 @@
 #include "broker/PrintableText.h"
 #include "broker/transport/Endpoint.h"
 #include "tools/support/ManPage.h"
+#include "tools/support/StandardStreams.h"
 
 #include <CLI/CLI.hpp>
 
@@ -12,6 +13,7 @@
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
+#include <sstream>
 
 namespace trs::tools {
 
@@ -138,6 +140,17 @@ void addTo(CLI::App& app, OptionTable const& table)
     app.footer(footerOf(table));
 }
 
+// Says why the command line ends the program, be it what was asked for or wrong. The exit code.
+int tell(CLI::App const& app, CLI::Error const& end)
+{
+    std::ostringstream asked;
+    std::ostringstream wrong;
+    int const code = app.exit(end, asked, wrong);
+    print(asked.str());
+    std::fputs(wrong.str().c_str(), stderr);
+    return code == 0 ? 0 : CommandLine::wrongUsage;
+}
+
 } // namespace
 
 CommandLine::CommandLine(std::string program, std::string description, int logLevel)
@@ -199,7 +212,7 @@ std::optional<int> CommandLine::parse(std::vector<std::string> words)
 {
     addCommonOptions();
     if (words.size() == 1 && words.front() == "--man") { // for the build
-        std::fputs(manPage(table_, TRSMAN_VERSION).c_str(), stdout);
+        print(manPage(table_, TRSMAN_VERSION));
         return 0;
     }
     for (std::string& word : words) {
@@ -212,7 +225,7 @@ std::optional<int> CommandLine::parse(std::vector<std::string> words)
         app.parse(std::move(words));
     } catch (CLI::RequiredError const& end) {
         if (!table_.needsVerb || !app.get_subcommands().empty()) {
-            return app.exit(end), wrongUsage;
+            return tell(app, end);
         }
         std::vector<std::string> const unknown = app.remaining();
         std::string const wrong = unknown.empty()
@@ -221,7 +234,7 @@ std::optional<int> CommandLine::parse(std::vector<std::string> words)
         std::fprintf(stderr, "%s; %s --help lists them\n", wrong.c_str(), table_.program.c_str());
         return wrongUsage;
     } catch (CLI::ParseError const& end) {
-        return app.exit(end) == 0 ? 0 : wrongUsage;
+        return tell(app, end);
     }
     setLogLevel(logLevel_);
     return std::nullopt;

@@ -26,17 +26,6 @@ std::string usageOf(Command const& command)
 
 } // namespace
 
-void say(std::string const& line)
-{
-    std::string const text = line + '\n';
-    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
-        if (errno != EPIPE) { // which is the reader's own will
-            std::perror("standard output");
-        }
-        ::kill(::getpid(), SIGTERM);
-    }
-}
-
 Console::Console(std::string const& endCommand)
 {
     sigset_t ending;
@@ -44,7 +33,6 @@ Console::Console(std::string const& endCommand)
     ::sigaddset(&ending, SIGTERM);
     ::sigaddset(&ending, SIGINT);
     ::sigprocmask(SIG_BLOCK, &ending, nullptr);
-    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
     signals_ = ::signalfd(-1, &ending, SFD_CLOEXEC | SFD_NONBLOCK);
 
     add({"help", "", "lists the commands", [this](catalogue::Words const&) {
@@ -55,6 +43,7 @@ Console::Console(std::string const& endCommand)
              end();
              return std::string();
          }});
+    onOutputGone([this] { end(); });
 }
 
 void Console::end()
@@ -63,7 +52,11 @@ void Console::end()
     ::kill(::getpid(), SIGTERM); // run() may be waiting
 }
 
-Console::~Console() { ::close(signals_); }
+Console::~Console()
+{
+    onOutputGone(nullptr);
+    ::close(signals_);
+}
 
 void Console::add(Command command) { commands_.push_back(std::move(command)); }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "catalogue/Text.h"
+#include "tools/support/StandardStreams.h" // as commands have something to say
 
 #include <atomic>
 #include <chrono>
@@ -12,10 +13,6 @@
 
 namespace trs::tools {
 
-// Writes a line to standard output at once, from any thread. When nobody can read it any more, the program is asked to
-// end.
-void say(std::string const& line);
-
 struct Command {
     std::string name;
     std::string arguments; // such as "NAME [N]": one word each; an optional one stands in brackets; "[WORD...]": any
@@ -25,8 +22,8 @@ struct Command {
     std::function<std::string(catalogue::Words const&)> run;
 };
 
-// Made before any other thread: SIGTERM and SIGINT then reach none, and end run() instead. The commands `help` and one
-// that ends the program are there from the start.
+// Made before any other thread: SIGTERM and SIGINT then reach none, and end run() instead, as standard output does that
+// takes no more. The commands `help` and one that ends the program are there from the start.
 class Console {
 public:
     // `endCommand`: the name of the command that ends the program.

@@ -3,7 +3,6 @@
 #include "catalogue/Class.h"
 #include "catalogue/MessageText.h"
 
-#include <cstdio>
 #include <fmt/format.h>
 #include <map>
 #include <string>
@@ -311,13 +310,13 @@ public:
         }
         return number;
     }
-    void write() const
+    std::string text() const
     {
-        fmt::print("local types = {{\n");
+        std::string table = "local types = {\n";
         for (std::string const& row : rows_) {
-            fmt::print("    {},\n", row);
+            table += "    " + row + ",\n";
         }
-        fmt::print("}}\n");
+        return table + "}\n";
     }
 
 private:
@@ -353,21 +352,21 @@ std::string rowOf(catalogue::Operation const& operation, Types& types)
 }
 
 template <class Code>
-void writeNames(char const* table, Code first, Code last)
+std::string namesText(char const* table, Code first, Code last)
 {
-    fmt::print("local {} = {{\n", table);
+    std::string text = fmt::format("local {} = {{\n", table);
     for (auto code = static_cast<int>(first); code <= static_cast<int>(last); ++code) {
-        fmt::print("    [{}] = \"{}\",\n", code, catalogue::nameOf(static_cast<Code>(code)));
+        text += fmt::format("    [{}] = \"{}\",\n", code, catalogue::nameOf(static_cast<Code>(code)));
     }
-    fmt::print("}}\n");
+    return text + "}\n";
 }
 
 } // namespace
 
-void writeDissector()
+std::string dissector()
 {
     Types types;
-    std::string operations;
+    std::string operations = "local operations = {\n";
     for (catalogue::Class const* const type : catalogue::classes()) {
         operations += fmt::format("    [0x{:08x}] = {{\n", type->id);
         for (catalogue::Operation const& operation : type->own) {
@@ -375,13 +374,11 @@ void writeDissector()
         }
         operations += "    },\n";
     }
-    fmt::print("-- What passes between a transport unit and its management processes, for Wireshark and tshark.\n"
-               "-- Made by `trsctl dissector`.\n");
-    writeNames("kinds", MessageKind::request, MessageKind::notification);
-    writeNames("statuses", ReplyStatus::done, ReplyStatus::replyTooLong);
-    types.write();
-    fmt::print("local operations = {{\n{}}}\n{}", operations, runtime);
-    std::fflush(stdout);
+    operations += "}\n";
+    return "-- What passes between a transport unit and its management processes, for Wireshark and tshark.\n"
+           "-- Made by `trsctl dissector`.\n" +
+           namesText("kinds", MessageKind::request, MessageKind::notification) +
+           namesText("statuses", ReplyStatus::done, ReplyStatus::replyTooLong) + types.text() + operations + runtime;
 }
 
 } // namespace trs::traffic

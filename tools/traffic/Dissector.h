@@ -1,10 +1,11 @@
 // The catalogue for packet analysers.
 #pragma once
 
+#include <string>
+
 namespace trs::traffic {
 
-// Writes a dissector in Lua, as Wireshark and tshark load it, to standard output. It reads captures of `trsctl capture`
-// and connections by TCP.
-void writeDissector();
+// A dissector in Lua, as Wireshark and tshark load it. It reads captures of `trsctl capture` and connections by TCP.
+std::string dissector();
 
 } // namespace trs::traffic

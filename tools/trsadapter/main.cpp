@@ -11,7 +11,6 @@
 #include "tools/trsadapter/Service.h"
 
 #include <chrono>
-#include <csignal>
 #include <cstdio>
 #include <sys/stat.h>
 
@@ -221,7 +220,6 @@ std::string placeOf(Options const& options, std::string& address, int& port)
 int serve(Options const& options, tools::Console& console, bool endsWithInput)
 {
     ::umask(S_IRWXG | S_IRWXO);
-    static_cast<void>(std::signal(SIGXFSZ, SIG_IGN)); // a log file that may not grow is one that takes no more
     Service::Options made = options.service;
     made.sessionTimeout = std::chrono::seconds(options.sessionTimeout);
     made.bounds.request = std::chrono::milliseconds(options.requestTimeout);
@@ -271,4 +269,7 @@ static int run(int argc, char** argv)
 
 } // namespace trs::adapter
 
-int main(int argc, char** argv) { return trs::adapter::run(argc, argv); }
+int main(int argc, char** argv)
+{
+    return trs::tools::runProgram([&] { return trs::adapter::run(argc, argv); });
+}

@@ -2,6 +2,7 @@
 #include "broker/PrintableText.h"
 #include "catalogue/File.h"
 #include "catalogue/Text.h"
+#include "tools/support/StandardStreams.h"
 #include "tools/trsctl/Program.h"
 #include "tools/trsctl/Verbs.h"
 
@@ -25,7 +26,7 @@ ExitCode runLines(std::istream& lines, std::string const& name, bool goesOn, Pro
 {
     ExitCode first = ExitCode::good; // that was not good
     unsigned long number = 0;
-    for (std::string line; std::getline(lines, line);) {
+    for (std::string line; !tools::isOutputGone() && std::getline(lines, line);) {
         ++number;
         std::vector<std::string> words;
         std::string const wrong = catalogue::splitWords(line, words);

@@ -1,5 +1,7 @@
 #include "tools/trsctl/Interrupt.h"
 
+#include "tools/support/StandardStreams.h"
+
 #include <atomic>
 #include <csignal>
 
@@ -23,6 +25,6 @@ Interrupt::~Interrupt()
     static_cast<void>(std::signal(SIGINT, SIG_DFL));
 }
 
-bool Interrupt::came() { return hasCome; }
+bool Interrupt::came() { return hasCome || tools::isOutputGone(); }
 
 } // namespace trs::ctl

@@ -11,7 +11,7 @@ public:
     Interrupt& operator=(Interrupt const&) = delete;
     ~Interrupt();
 
-    // Since there is one.
+    // Since there is one; or there is no use in going on, as standard output takes no more.
     static bool came();
 };
 

@@ -1,5 +1,6 @@
 // trsctl shell: command lines from somebody at a terminal, over one connection.
 #include "catalogue/Text.h"
+#include "tools/support/StandardStreams.h"
 #include "tools/trsctl/Completion.h"
 #include "tools/trsctl/Interrupt.h"
 #include "tools/trsctl/Program.h"
@@ -99,7 +100,7 @@ public:
     {
         std::unique_ptr<char, decltype(&std::free)> const line(readline(prompt), std::free);
         if (line == nullptr) {
-            std::puts("");
+            tools::say("");
             return std::nullopt;
         }
         std::string text = line.get();
@@ -166,7 +167,7 @@ bool execute(std::string const& line, Program::Options const& options, ShellWord
     }
     Interrupt const interrupt;
     code = static_cast<ExitCode>(Program(options).run(words));
-    return true;
+    return !tools::isOutputGone();
 }
 
 // The exit code is the last line's.
@@ -176,9 +177,13 @@ ExitCode run(Program::Options const& options, ShellWords const& shell)
     if (::isatty(STDIN_FILENO) == 0) {
         for (std::string line; std::getline(std::cin, line) && execute(line, options, shell, code);) {
         }
+        if (std::ferror(stdin) != 0) {
+            std::perror("standard input");
+            return ExitCode::usage;
+        }
         return code;
     }
-    std::puts("A verb and its words a line, such as: tree. Tab completes, help lists the verbs, exit ends.");
+    tools::say("A verb and its words a line, such as: tree. Tab completes, help lists the verbs, exit ends.");
     Editor editor(options);
     for (std::optional<std::string> line = editor.take(); line && execute(*line, options, shell, code);
          line = editor.take()) {

@@ -157,8 +157,7 @@ ExitCode readCapture(std::string const& file, Traffic::Act const& act)
     }
     traffic::CaptureReader reader(file == "-" ? std::cin : opened);
     Traffic traffic(act);
-    for (traffic::Packet packet; reader.read(packet);) {
-        traffic.take(packet);
+    for (traffic::Packet packet; reader.read(packet) && traffic.take(packet);) {
     }
     return reader.wrong().empty() ? ExitCode::good : complain('\'' + printable(file) + "': " + reader.wrong());
 }
@@ -240,7 +239,7 @@ Traffic::Act shower(Format format)
 {
     return [format](traffic::Packet const& packet, traffic::Conversation::Told const& told) {
         show(packet, told, format);
-        return true;
+        return !tools::isOutputGone();
     };
 }
 
@@ -313,7 +312,7 @@ void addTrafficVerbs(Program& program)
                  .help = "Write what has packet analysers show captures in the catalogue's words, in Lua",
                  .example = "dissector >trsman.lua && tshark -X lua_script:trsman.lua -r unit.pcapng"},
                 [](Program::Options const&) {
-                    traffic::writeDissector();
+                    tools::print(traffic::dissector());
                     return ExitCode::good;
                 });
 }

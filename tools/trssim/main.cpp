@@ -168,9 +168,7 @@ Options optionsOf(trs::sim::UnitNumber unit, Options options)
     return options;
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+int runUnits(int argc, char** argv)
 {
     Options options;
     trs::tools::CommandLine line("trssim", description, 4);
@@ -188,4 +186,11 @@ int main(int argc, char** argv)
     int exitCode = 0;
     trs::sim::UnitNumber const unit = trs::sim::Fleet::begin(options.units, line.exitsOnEof(), exitCode);
     return unit.number == 0 ? exitCode : run(optionsOf(unit, options), false);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    return trs::tools::runProgram([&] { return runUnits(argc, argv); });
 }
