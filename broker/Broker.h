@@ -38,7 +38,8 @@ public:
     // Makes the broker at that endpoint one of those whose objects are reachable from here. It need not be up. Empty,
     // or what is wrong with the endpoint. Objects that no peer is known for are looked for in the order of addition.
     std::string addPeer(std::string const& endpoint, TreflectORB const** peer = nullptr);
-    // Forgets all peers. Proxies that were connected to one fail their calls; one that is added again is the same.
+    // Forgets all peers. Proxies that were connected to one fail their calls, also those under way, at once, whatever
+    // thread waits for them; a peer that is added again is the same.
     void removePeers();
 
     // Forgets all peers, ends serving, and waits for the handler threads. Gives the run permission back meanwhile.

@@ -25,9 +25,16 @@ Peer::Peer(std::string endpoint, std::unique_ptr<Dialer> dialer, unsigned long n
     idle_.reserve(mostIdle);
 }
 
+void Peer::open()
+{
+    cut_.mend();
+    isOpen_.store(true, std::memory_order_release);
+}
+
 void Peer::close()
 {
     isOpen_.store(false, std::memory_order_release);
+    cut_.cut();
     events_.stop();
     dropIdle();
 }
@@ -77,9 +84,9 @@ void Peer::dropIdle()
     idle_.reserve(mostIdle);
 }
 
-std::unique_ptr<Connection> Peer::connect(Deadline& deadline, std::string& why) const
+std::unique_ptr<Connection> Peer::connect(Deadline& deadline, std::string& why)
 {
-    return connector_.connect(deadline, why);
+    return connector_.connect(deadline, cut_, why);
 }
 
 // Sends the message over the connection, or over a new one when there is none, or when it turns out to be dead before
@@ -171,11 +178,9 @@ bool Peer::exchange(TipprmiStream& message, MessageKind answerKind, TipprmiStrea
     }
     RunPermissionPause const waiting;
     std::unique_ptr<Connection> connection = takeIdle(deadline);
-    if (!transfer(connection, message, deadline, failure)) {
-        return false;
-    }
-    std::uint32_t const number = connection->lastNumber();
-    if (!receiveAnswer(*connection, answerKind, answer, header, number, deadline, failure)) {
+    if (!transfer(connection, message, deadline, failure) ||
+        !receiveAnswer(*connection, answerKind, answer, header, connection->lastNumber(), deadline, failure)) {
+        failure.reason = isOpen() ? failure.reason : "the peer was removed meanwhile";
         return false;
     }
     connection->setLastUse(deadline.start());

@@ -31,8 +31,8 @@ public:
     std::string const& endpoint() const { return endpoint_; }
     unsigned long number() const { return number_; }
     bool isOpen() const { return isOpen_.load(std::memory_order_acquire); }
-    void open() { isOpen_.store(true, std::memory_order_release); }
-    // Ends its connections and refuses calls. Calls under way end by themselves.
+    void open();
+    // Ends its connections and refuses calls. Calls under way fail at once.
     void close();
 
     struct Failure {
@@ -49,7 +49,7 @@ public:
     Located locate(TipprmiOID const& oid, Deadline& deadline);
 
     // A connection of the caller's own.
-    std::unique_ptr<Connection> connect(Deadline& deadline, std::string& why) const;
+    std::unique_ptr<Connection> connect(Deadline& deadline, std::string& why);
     EventLink& events() { return events_; }
 
 private:
@@ -71,6 +71,7 @@ private:
     Connector const connector_;
     unsigned long const number_;
     std::atomic<bool> isOpen_ = true;
+    Cut cut_; // of all its connections
     std::mutex mutex_;
     std::vector<Idle> idle_; // the one used last is at the end
     EventLink events_{*this};

@@ -1,7 +1,5 @@
 #include "broker/transport/Connection.h"
 
-#include <optional>
-
 namespace trs {
 
 namespace {
@@ -21,6 +19,13 @@ Connection::Received outcomeOf(Channel::Received received)
 }
 
 } // namespace
+
+Connection::Connection(std::unique_ptr<Channel> channel, Cut* cut) : channel_(std::move(channel))
+{
+    if (cut != nullptr) {
+        cut_.emplace(*cut, *channel_);
+    }
+}
 
 Connection::Received Connection::receive(TipprmiStream& message, Deadline* deadline)
 {

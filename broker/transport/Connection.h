@@ -2,11 +2,12 @@
 #pragma once
 
 #include "broker/framing/Assembler.h"
-#include "broker/transport/Channel.h"
+#include "broker/transport/Cut.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 namespace trs {
 
@@ -23,7 +24,8 @@ public:
         malformed, // what arrives is no message
     };
 
-    explicit Connection(std::unique_ptr<Channel> channel) : channel_(std::move(channel)) {}
+    // Ends with the cut, if there is one.
+    explicit Connection(std::unique_ptr<Channel> channel, Cut* cut = nullptr);
 
     Sent send(unsigned char const* bytes, std::size_t length, Deadline& deadline)
     {
@@ -57,6 +59,7 @@ private:
     Received receive(TipprmiStream& message, Deadline* deadline);
 
     std::unique_ptr<Channel> const channel_;
+    std::optional<Cut::Member> cut_;
     Assembler assembler_;
     std::uint32_t lastNumber_ = 0;
     std::int64_t lastUse_ = 0;

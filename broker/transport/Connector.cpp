@@ -36,12 +36,12 @@ bool Connector::greet(Connection& connection, Deadline& deadline, std::string& w
     return false;
 }
 
-std::unique_ptr<Connection> Connector::connect(Deadline& deadline, std::string& why) const
+std::unique_ptr<Connection> Connector::connect(Deadline& deadline, Cut& cut, std::string& why) const
 {
     deadline.startWaiting();
     for (std::size_t way = 0; way < dialer_->ways(); ++way) {
-        if (std::unique_ptr<Channel> channel = dialer_->dial(way, deadline, why)) {
-            auto connection = std::make_unique<Connection>(std::move(channel));
+        if (std::unique_ptr<Channel> channel = dialer_->dial(way, deadline, cut, why)) {
+            auto connection = std::make_unique<Connection>(std::move(channel), &cut);
             if (greet(*connection, deadline, why)) {
                 return connection;
             }

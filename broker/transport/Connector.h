@@ -13,9 +13,9 @@ class Connector {
 public:
     explicit Connector(std::unique_ptr<Dialer> dialer) : dialer_(std::move(dialer)) {}
 
-    // A connection whose greetings are exchanged, or null and why; `deadline.remaining()` tells whether it was the
-    // time.
-    std::unique_ptr<Connection> connect(Deadline& deadline, std::string& why) const;
+    // A connection whose greetings are exchanged, which ends with the cut, or null and why; `deadline.remaining()`
+    // tells whether it was the time.
+    std::unique_ptr<Connection> connect(Deadline& deadline, Cut& cut, std::string& why) const;
 
 private:
     static bool greet(Connection& connection, Deadline& deadline, std::string& why);

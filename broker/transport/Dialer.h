@@ -1,7 +1,7 @@
 // The ways to one endpoint, whatever its transport.
 #pragma once
 
-#include "broker/transport/Channel.h"
+#include "broker/transport/Cut.h"
 
 #include <cstddef>
 #include <memory>
@@ -17,8 +17,9 @@ public:
 
     // How many ways there are, such as the addresses of a host; they are tried in their order.
     virtual std::size_t ways() const = 0;
-    // A channel by that way, or null and why.
-    virtual std::unique_ptr<Channel> dial(std::size_t way, Deadline& deadline, std::string& why) const = 0;
+    // A channel by that way, or null and why. Gives up when it is cut.
+    virtual std::unique_ptr<Channel> dial(std::size_t way, Deadline& deadline, Cut const& cut,
+                                          std::string& why) const = 0;
 
 protected:
     Dialer() = default;

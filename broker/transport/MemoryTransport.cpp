@@ -181,7 +181,7 @@ std::unique_ptr<Channel> MemoryListener::connect()
     return std::move(near);
 }
 
-std::unique_ptr<Channel> MemoryDialer::dial(std::size_t, Deadline&, std::string& why) const
+std::unique_ptr<Channel> MemoryDialer::dial(std::size_t, Deadline&, Cut const&, std::string& why) const
 {
     Names& names = Names::instance();
     std::lock_guard const lock(names.mutex);

@@ -58,7 +58,7 @@ public:
     explicit MemoryDialer(Endpoint endpoint) : endpoint_(std::move(endpoint)) {}
 
     std::size_t ways() const override { return 1; }
-    std::unique_ptr<Channel> dial(std::size_t way, Deadline& deadline, std::string& why) const override;
+    std::unique_ptr<Channel> dial(std::size_t way, Deadline& deadline, Cut const& cut, std::string& why) const override;
 
 private:
     Endpoint const endpoint_;

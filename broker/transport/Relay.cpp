@@ -80,6 +80,7 @@ private:
     {
         std::lock_guard const lock(mutex_);
         isEnding_ = true;
+        cut_.cut();
         client_->shutDown();
         if (server_ != nullptr) {
             server_->shutDown();
@@ -91,7 +92,7 @@ private:
         std::string why;
         std::unique_ptr<Channel> channel;
         for (std::size_t way = 0; channel == nullptr && way < parts_.dialer->ways(); ++way) {
-            channel = parts_.dialer->dial(way, deadline, why);
+            channel = parts_.dialer->dial(way, deadline, cut_, why);
         }
         if (channel == nullptr) {
             parts_.complain(parts_.server.text() + " is not reached: " + why);
@@ -151,6 +152,7 @@ private:
     Parts& parts_;
     std::uint32_t const number_;
     std::mutex mutex_;
+    Cut cut_; // what is being dialled
     std::unique_ptr<Channel> const client_;
     std::unique_ptr<Channel> server_;
     bool isEnding_ = false;

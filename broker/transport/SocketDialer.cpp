@@ -2,6 +2,7 @@
 
 #include "broker/transport/SocketChannel.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <poll.h>
 #include <sys/socket.h>
@@ -11,31 +12,27 @@ namespace trs {
 
 namespace {
 
+constexpr int cutInterval = 50; // how often whoever waits looks for the cut, in milliseconds
+
 // 0, or the error. Asio's own synchronous connect knows no deadline.
-int connectSocket(int descriptor, SocketAddress const& address, Deadline const& deadline)
+int connectSocket(int descriptor, SocketAddress const& address, Deadline const& deadline, Cut const& cut)
 {
     while (::connect(descriptor, address.data(), static_cast<socklen_t>(address.size())) != 0) {
-        if (errno == EAGAIN) {
-            // A local server whose queue is full: there is nothing to wait for but time.
-            if (deadline.remaining() == 0) {
-                return ETIMEDOUT;
-            }
-            ::poll(nullptr, 0, 1);
-            continue;
-        }
+        bool const isQueueFull = errno == EAGAIN; // a local server's: there is nothing to wait for but time
         if (errno == EISCONN) {
             return 0;
         }
-        if (errno != EINPROGRESS && errno != EINTR && errno != EALREADY) {
+        if (!isQueueFull && errno != EINPROGRESS && errno != EINTR && errno != EALREADY) {
             return errno;
         }
-        pollfd waiting{descriptor, POLLOUT, 0};
         int const remaining = deadline.remaining();
-        int const ready = remaining > 0 ? ::poll(&waiting, 1, remaining) : 0;
-        if (ready == 0) {
-            return ETIMEDOUT;
+        if (remaining == 0 || cut.isCut()) {
+            return remaining == 0 ? ETIMEDOUT : ECANCELED;
         }
-        if (ready > 0) {
+        pollfd waiting{descriptor, POLLOUT, 0};
+        if (isQueueFull) {
+            ::poll(nullptr, 0, 1);
+        } else if (::poll(&waiting, 1, std::min(remaining, cutInterval)) > 0) {
             int error = 0;
             socklen_t size = sizeof error;
             ::getsockopt(descriptor, SOL_SOCKET, SO_ERROR, &error, &size);
@@ -47,12 +44,12 @@ int connectSocket(int descriptor, SocketAddress const& address, Deadline const& 
 
 } // namespace
 
-std::unique_ptr<Channel> SocketDialer::dial(std::size_t way, Deadline& deadline, std::string& why) const
+std::unique_ptr<Channel> SocketDialer::dial(std::size_t way, Deadline& deadline, Cut const& cut, std::string& why) const
 {
     SocketAddress const& address = addresses_[way];
     int const family = address.protocol().family();
     int const descriptor = ::socket(family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    int const error = descriptor < 0 ? errno : connectSocket(descriptor, address, deadline);
+    int const error = descriptor < 0 ? errno : connectSocket(descriptor, address, deadline, cut);
     if (error != 0) {
         if (descriptor >= 0) {
             ::close(descriptor);

@@ -13,7 +13,7 @@ public:
     explicit SocketDialer(std::vector<SocketAddress> addresses) : addresses_(std::move(addresses)) {}
 
     std::size_t ways() const override { return addresses_.size(); }
-    std::unique_ptr<Channel> dial(std::size_t way, Deadline& deadline, std::string& why) const override;
+    std::unique_ptr<Channel> dial(std::size_t way, Deadline& deadline, Cut const& cut, std::string& why) const override;
 
 private:
     std::vector<SocketAddress> const addresses_;

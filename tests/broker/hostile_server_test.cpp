@@ -185,4 +185,45 @@ TEST_F(HostileServer, ThatCountsMoreThanItSendsCostsNoMemory)
     }
 }
 
+// Whatever the call waits for: an answer, a greeting, or a place in the queue of those who want to connect.
+TEST_F(HostileServer, ThatIsRemovedIsNotWaitedFor)
+{
+    trs::Broker::setDeadline(std::chrono::minutes(10));
+    std::atomic<bool> isCalled = false;
+    auto const hang = [&isCalled](Descriptor const& connection) {
+        isCalled = true;
+        connection.isClosedByPeer();
+    };
+    auto const expectRelease = [&] {
+        unsigned long elapsed = 0;
+        auto const proxy = support::boundTo<PerformanceServiceClient>(peerAt("unix:" + path), "P");
+        std::string reason;
+        std::thread caller([&] {
+            EXPECT_FALSE(proxy.getElapsedTime(elapsed));
+            reason = lastCallFailure().reason;
+        });
+        while (!isCalled) {
+            std::this_thread::yield();
+        }
+        trs::Broker::instance().removePeers();
+        caller.join();
+        EXPECT_THAT(reason, testing::StartsWith("the peer was removed"));
+        isCalled = false;
+    };
+    for (bool const greets : {true, false}) {
+        support::FakePeer const mute(path, hang, greets);
+        expectRelease();
+        ::unlink(path.c_str());
+    }
+    Descriptor const full(::socket(AF_UNIX, SOCK_STREAM, 0));
+    sockaddr_un const address = support::addressOf(path);
+    EXPECT_EQ(::bind(full.get(), reinterpret_cast<sockaddr const*>(&address), sizeof address), 0);
+    EXPECT_EQ(::listen(full.get(), 0), 0);
+    Descriptor const queued = support::connectTo(path, false);
+    for (int i = 0; i < 20; ++i) { // the call has begun in some of them
+        isCalled = true;
+        expectRelease();
+    }
+}
+
 } // namespace

@@ -78,7 +78,7 @@ TEST_F(Memory, CarriesCallsAndNoDamage)
     for (std::size_t bit = 0; bit < request.size() * 8; ++bit) {
         trs::Deadline deadline;
         std::string why;
-        auto const client = trs::MemoryDialer(endpoint).dial(0, deadline, why);
+        auto const client = trs::MemoryDialer(endpoint).dial(0, deadline, trs::Cut(), why);
         ASSERT_NE(client, nullptr) << why;
         Octets damaged = support::greeting;
         damaged.insert(damaged.end(), request.begin(), request.end());
