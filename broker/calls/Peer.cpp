@@ -130,20 +130,35 @@ bool Peer::transfer(std::unique_ptr<Connection>& connection, TipprmiStream& mess
     }
 }
 
+// Whether it answers an earlier request over this connection once more: that one had its answer, as the connection is
+// still in use.
+bool Peer::isRepeated(MessageHeader const& answer, std::uint32_t number)
+{
+    bool const isAnswer = answer.kind == MessageKind::reply || answer.kind == MessageKind::locateReply;
+    return isAnswer && answer.number != 0 && answer.number < number;
+}
+
 bool Peer::receiveAnswer(Connection& connection, MessageKind kind, TipprmiStream& answer, MessageHeader& header,
                          std::uint32_t number, Deadline& deadline, Failure& failure)
 {
     using Kind = CallFailure::Kind;
     failure.carriedOut = CallFailure::CarriedOut::unknown;
-    switch (connection.receive(answer, deadline)) {
-    case Connection::Received::message:
-        if (readHeader(answer, header) && header.kind == kind && header.number == number) {
+    Connection::Received received = connection.receive(answer, deadline);
+    while (received == Connection::Received::message) {
+        bool const isWhole = readHeader(answer, header);
+        if (isWhole && header.kind == kind && header.number == number) [[likely]] {
             failure.carriedOut = CallFailure::CarriedOut::no;
             return true;
         }
-        failure.kind = Kind::malformedReply;
-        failure.reason = "what came back does not answer the request";
-        return false;
+        if (!isWhole || !isRepeated(header, number)) {
+            failure.kind = Kind::malformedReply;
+            failure.reason = "what came back does not answer the request";
+            return false;
+        }
+        deadline.startWaiting();
+        received = deadline.remaining() != 0 ? connection.receive(answer, deadline) : Connection::Received::timedOut;
+    }
+    switch (received) {
     case Connection::Received::malformed:
         failure.kind = Kind::malformedReply;
         failure.reason = "what came back is no message";
@@ -152,6 +167,7 @@ bool Peer::receiveAnswer(Connection& connection, MessageKind kind, TipprmiStream
         failure.kind = Kind::deadline;
         failure.reason = LogMakeString("no reply within %d ms", deadline.duration());
         return false;
+    case Connection::Received::message:
     case Connection::Received::closed:
     case Connection::Received::lost:
         break;

@@ -64,6 +64,7 @@ private:
     void dropIdle();
     bool transfer(std::unique_ptr<Connection>& connection, TipprmiStream& message, Deadline& deadline,
                   Failure& failure);
+    static bool isRepeated(MessageHeader const& answer, std::uint32_t number);
     bool receiveAnswer(Connection& connection, MessageKind kind, TipprmiStream& answer, MessageHeader& header,
                        std::uint32_t number, Deadline& deadline, Failure& failure);
 

@@ -100,6 +100,7 @@ TEST_F(HostileServer, ThatAnswersNonsenseIsNotBelieved)
         {"4 GiB to come", [](Octets& reply) { reply[0] = reply[1] = reply[2] = reply[3] = 0xff; }},
         {"shorter than a header", [](Octets& reply) { reply[3] = 7; }},
         {"another number", [](Octets& reply) { reply[11] ^= 1; }},
+        {"the next number", [](Octets& reply) { ++reply[11]; }},
         {"a request", [](Octets& reply) { reply[4] = 1; }},
         {"a kind that is none", [](Octets& reply) { reply[4] = 99; }},
         {"a status that is none", [](Octets& reply) { reply[5] = 99; }},
@@ -116,6 +117,35 @@ TEST_F(HostileServer, ThatAnswersNonsenseIsNotBelieved)
             },
             one.what);
     }
+}
+
+// What comes once more for an earlier request is thrown away.
+TEST_F(HostileServer, ThatRepeatsItselfIsHeardOnce)
+{
+    constexpr unsigned char endless = 5; // the request whose answer does not come for repetitions of the one before
+    std::atomic<int> connections = 0;
+    support::FakePeer const peer(path, [&connections](Descriptor const& connection) {
+        ++connections;
+        Octets before;
+        for (Octets request = connection.readMessage(); request.size() >= 12; request = connection.readMessage()) {
+            Octets const reply = replyTo(request);
+            do {
+                connection.write(before);
+            } while (request[11] == endless && ::send(connection.get(), before.data(), 20, MSG_NOSIGNAL) > 0);
+            connection.write(reply);
+            before = reply;
+            before.insert(before.end(), reply.begin(), reply.end());
+        }
+    });
+    auto const proxy = support::boundTo<PerformanceServiceClient>(peerAt("unix:" + path), "P");
+    unsigned long elapsed = 0;
+    for (int call = 1; call < endless; ++call) {
+        EXPECT_TRUE(proxy.getElapsedTime(elapsed)) << lastCallFailure().text();
+    }
+    EXPECT_EQ(connections, 1);
+    trs::Broker::setDeadline(std::chrono::milliseconds(100));
+    EXPECT_FALSE(proxy.getElapsedTime(elapsed));
+    EXPECT_EQ(lastCallFailure().kind, CallFailure::Kind::deadline) << lastCallFailure().text();
 }
 
 TEST_F(HostileServer, ThatCutsItsReplyAtAnyByteFailsThatCallOnly)
