@@ -31,6 +31,10 @@ std::string CallFailure::text() const
         return "no failure";
     }
     std::string const where = peer.empty() ? std::string() : " at " + peer;
+    if (classId == 0) {
+        return LogMakeString("object '%s'%s is not reached: %s", printable(object.getIdString()).c_str(), where.c_str(),
+                             reason.c_str());
+    }
     return LogMakeString("call of operation %u of class 0x%08X on object '%s'%s failed: %s; %s",
                          static_cast<unsigned>(opIndex), static_cast<unsigned>(classId),
                          printable(object.getIdString()).c_str(), where.c_str(), reason.c_str(), effect());

@@ -23,7 +23,7 @@ struct CallFailure {
 
     Kind kind = Kind::none;
     CarriedOut carriedOut = CarriedOut::no;
-    std::uint32_t classId = 0;
+    std::uint32_t classId = 0; // 0, like the index, of what is no call: isConnected()
     std::uint32_t opIndex = 0;
     TipprmiOID object{""};
     std::string peer; // its endpoint; empty for this process, or when there was none to ask
@@ -35,7 +35,8 @@ struct CallFailure {
     std::string text() const;
 };
 
-// What became of the calling thread's last call through a stream, here or to a peer.
+// What became of the calling thread's last call through a stream, here or to a peer, or of its last isConnected(),
+// which has failed when the answer is false.
 CallFailure const& lastCallFailure();
 
 // For the broker: begins a call; ends one as failed; the same with a log line.

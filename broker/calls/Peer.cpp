@@ -204,12 +204,11 @@ bool Peer::exchange(TipprmiStream& message, MessageKind answerKind, TipprmiStrea
     return true;
 }
 
-Peer::Located Peer::locate(TipprmiOID const& oid, Deadline& deadline)
+Peer::Located Peer::locate(TipprmiOID const& oid, Deadline& deadline, Failure& failure)
 {
     TipprmiStream message(100);
     TipprmiStream answer(100);
     MessageHeader header{};
-    Failure failure;
     beginAddressed(message, MessageKind::locate, 0, oid, 0, 0);
     if (!exchange(message, MessageKind::locateReply, answer, header, deadline, failure)) {
         return Located::unreachable;

@@ -46,7 +46,8 @@ public:
                   Deadline& deadline, Failure& failure);
 
     enum class Located { there, notThere, unreachable };
-    Located locate(TipprmiOID const& oid, Deadline& deadline);
+    // `failure` tells why it is unreachable.
+    Located locate(TipprmiOID const& oid, Deadline& deadline, Failure& failure);
 
     // A connection of the caller's own.
     std::unique_ptr<Connection> connect(Deadline& deadline, std::string& why);

@@ -77,7 +77,8 @@ bool Route::search(std::vector<Peer*> const& peers)
     for (Peer* const peer : peers) {
         // One that does not answer must leave time for the others.
         Deadline part(std::chrono::milliseconds(deadline_.remaining() / left--));
-        switch (peer->locate(stub_.oid(), part)) {
+        Peer::Failure failure;
+        switch (peer->locate(stub_.oid(), part, failure)) {
         case Peer::Located::there:
             peer_ = peer;
             deadline_.startWaiting();
@@ -175,23 +176,30 @@ bool forwardCall(unsigned long peerNumber, ObjectAddress const& address, Tipprmi
 
 bool isReachable(TreflectObjectStub& stub)
 {
+    resetCallFailure();
     Deadline deadline;
     Route route(stub, deadline);
-    if (route.peer() == nullptr) {
+    auto const fail = [&](Kind kind, std::string reason) {
+        std::string const asked = route.peer() != nullptr ? route.peer()->endpoint() : std::string();
+        recordCallFailure({kind, CarriedOut::no, 0, 0, stub.oid(), asked, std::move(reason)});
         return false;
+    };
+    if (route.peer() == nullptr) {
+        return fail(route.failure(), route.reason());
     }
-    switch (route.peer()->locate(stub.oid(), deadline)) {
+    Peer::Failure failure;
+    switch (route.peer()->locate(stub.oid(), deadline, failure)) {
     case Peer::Located::there:
         route.rememberAnswer();
         return true;
     case Peer::Located::unreachable:
         route.forget();
-        return false;
+        return fail(failure.kind, std::move(failure.reason));
     case Peer::Located::notThere:
         break;
     }
     if (!route.continueElsewhere()) {
-        return false;
+        return fail(Kind::noSuchObject, "there is no such object");
     }
     route.rememberAnswer();
     return true;

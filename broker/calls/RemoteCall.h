@@ -51,7 +51,7 @@ bool remoteCall(TreflectObjectStub& stub, std::uint32_t classId, std::uint32_t o
                 TipprmiStream& reply);
 // The same to the peer of that number, whatever the request's object.
 bool forwardCall(unsigned long peerNumber, ObjectAddress const& address, TipprmiStream& request, TipprmiStream& reply);
-// Whether a peer says now that it has the object.
+// Whether a peer says now that it has the object. If not, why is recorded, and not logged: it was a question.
 bool isReachable(TreflectObjectStub& stub);
 
 // A delivered reply turned out shorter than the operation's.

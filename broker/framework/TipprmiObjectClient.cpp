@@ -80,7 +80,11 @@ TipprmiObjectSkeleton* TipprmiObjectClient::getServer() const
 
 bool TipprmiObjectClient::isConnected() const
 {
-    return !getOID().isNull() && (stub_->localServer() != nullptr || trs::isReachable(*stub_.get()));
+    if (stub_->localServer() == nullptr || getOID().isNull()) {
+        return trs::isReachable(*stub_.get());
+    }
+    trs::resetCallFailure();
+    return true;
 }
 
 TipprmiStream& TipprmiObjectClient::prepareRequestStream_(bool flag, unsigned long classId, unsigned long opIndex,

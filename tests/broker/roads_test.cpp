@@ -221,6 +221,37 @@ TEST_F(Loopback, AnObjectMayComeAndGo)
     EXPECT_EQ(local.get(), 0);
 }
 
+TEST_F(Loopback, WhatIsNotConnectedTellsWhy)
+{
+    Servant service{"Service"};
+    TreflectORB const* const orb = loopBack("unix:" + path);
+    std::string const mutePath = directory.file("mute");
+    support::FakePeer const mute(mutePath, [](support::Descriptor const& connection) { connection.read(1000); });
+    trs::Broker::setDeadline(std::chrono::milliseconds(100));
+    std::string const nobody = "unix:" + directory.file("nobody");
+    struct {
+        QelLongClient proxy;
+        CallFailure::Kind kind;
+        std::string text;
+    } const cases[] = {
+        {QelLongClient(), CallFailure::Kind::notConnected, "bound to no object"},
+        {support::boundTo<QelLongClient>(orb, "Absent"), CallFailure::Kind::noSuchObject, "'Absent' at unix:" + path},
+        {support::boundTo<QelLongClient>(peerAt(nobody), "Service"), CallFailure::Kind::notConnected, nobody},
+        {support::boundTo<QelLongClient>(peerAt("unix:" + mutePath), "Service"), CallFailure::Kind::deadline,
+         "no reply within 100 ms"},
+    };
+    for (auto const& [proxy, kind, text] : cases) {
+        EXPECT_FALSE(proxy.isConnected());
+        EXPECT_EQ(lastCallFailure().kind, kind) << text;
+        EXPECT_THAT(lastCallFailure().text(), testing::HasSubstr(text));
+        EXPECT_EQ(lastCallFailure().carriedOut, CallFailure::CarriedOut::no);
+        bool const isHere = kind == CallFailure::Kind::deadline;
+        EXPECT_TRUE(isHere ? QelLongClient(&service).isConnected()
+                           : support::boundTo<QelLongClient>(orb, "Service").isConnected());
+        EXPECT_EQ(lastCallFailure().kind, CallFailure::Kind::none);
+    }
+}
+
 TEST_F(Loopback, AReplyLongerThanAMessageFailsTheCallAndNoOther)
 {
     Servant service{"Service"};

@@ -76,7 +76,7 @@ Adapter::Standing Adapter::standing()
     TreflectHandlerState const running;
     NmiRmiAdapterClient const agent{TipprmiOID(NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME)};
     std::string const address = agent.isConnected() ? agent.getPublicIpAddrRmi() : std::string();
-    if (!agent.isConnected() || lastCallFailure().kind != CallFailure::Kind::none) {
+    if (lastCallFailure().kind != CallFailure::Kind::none) {
         return Standing::unreachable;
     }
     bool const isApplied = address.empty() || address == UnitValues::instance().publicAddress();
