@@ -1,11 +1,14 @@
 #include "broker/Broker.h"
 
 #include "broker/calls/Peer.h"
+#include "broker/calls/TappedRoad.h"
 #include "broker/machine/BusyWait.h"
 #include "broker/objects/LocalNotifier.h"
 #include "broker/objects/ObserverTable.h"
 #include "broker/objects/RunPermission.h"
+#include "broker/objects/SubscriberTable.h"
 #include "broker/serving/Server.h"
+#include "broker/transport/MemoryTransport.h"
 #include "broker/transport/Transport.h"
 #include "platform/NmaLogHelper.h"
 
@@ -25,6 +28,20 @@ std::string complaintOf(std::string const& endpoint, Attempt&& attempt)
     } catch (std::system_error const& error) {
         return LogMakeString("endpoint '%s': %s", endpoint.c_str(), error.code().message().c_str());
     }
+}
+
+// Where this process calls itself: an endpoint without a name, which no user can state.
+Endpoint const& ownEndpoint()
+{
+    static Endpoint const endpoint{Endpoint::Kind::memory, {}, {}, 0};
+    return endpoint;
+}
+
+// What this process is to itself; as everywhere, it has no endpoint to tell. Never destroyed, as no peer is.
+Peer& ownPeer()
+{
+    static Peer& own = *new Peer({}, std::make_unique<MemoryDialer>(ownEndpoint()), 0);
+    return own;
 }
 
 } // namespace
@@ -73,6 +90,47 @@ void Broker::setTap(ServerTap* tap)
 {
     std::lock_guard const lock(mutex_);
     tap_ = tap;
+}
+
+std::string Broker::setLocalTap(ServerTap* tap)
+{
+    if (tap == nullptr) {
+        endLocalTap();
+        return {};
+    }
+    std::lock_guard const lock(tapping_);
+    if (localTap_ != nullptr) {
+        return localTap_ == tap ? "" : "this process's calls are tapped already";
+    }
+    return complaintOf(ownEndpoint().text(), [&] {
+        auto server = std::make_unique<Server>(tap);
+        std::string why = server->listen(ownEndpoint());
+        if (why.empty()) {
+            ownServer_ = std::move(server);
+            localTap_ = tap;
+            ownPeer().open();
+            TappedRoad::open(&ownPeer());
+            SubscriberTable::instance().markAll(true);
+        }
+        return why;
+    });
+}
+
+void Broker::endLocalTap()
+{
+    std::unique_ptr<Server> ended;
+    {
+        std::lock_guard const lock(tapping_);
+        if (localTap_ == nullptr || !mayWait("setLocalTap(nullptr)")) {
+            return;
+        }
+        TappedRoad::open(nullptr);
+        SubscriberTable::instance().markAll(false);
+        localTap_ = nullptr;
+        ended = std::move(ownServer_);
+    }
+    ended.reset();
+    ownPeer().close();
 }
 
 std::vector<std::string> Broker::endpoints() const
@@ -142,6 +200,7 @@ void Broker::stop()
     }
     RunPermissionPause const waiting;
     removePeers();
+    endLocalTap();
     std::lock_guard const changing(changing_);
     std::unique_ptr<Server> ended;
     {

@@ -34,6 +34,12 @@ public:
     // Has calls that come over connections pass through `tap`, which outlives the serving, as soon as serving begins
     // anew; null: none, as at first.
     void setTap(ServerTap* tap);
+    // Has this process's calls of its own objects by their identifiers pass through `tap` as well, from now on until
+    // stop(). They go over a connection within the process then, with its deadlines, and objects run on handler
+    // threads. Proxies made from a pointer to an object reach it directly as ever, and so does what runs under
+    // UntappedCalls (broker/ServerTap.h). Null, as at first, ends that and waits for calls under way. Empty, or why it
+    // cannot.
+    std::string setLocalTap(ServerTap* tap);
 
     // Makes the broker at that endpoint one of those whose objects are reachable from here. It need not be up. Empty,
     // or what is wrong with the endpoint. Objects that no peer is known for are looked for in the order of addition.
@@ -62,12 +68,16 @@ public:
 private:
     Broker();
     bool mayWait(char const* what) const;
+    void endLocalTap();
 
     std::mutex changing_; // serving and peers change one at a time, which may take long
     mutable std::mutex mutex_;
     ServerTap* tap_ = nullptr;
     std::unique_ptr<Server> server_;
-    std::vector<Peer*> known_; // every peer that ever was; its place is its number less 1
+    std::mutex tapping_;                // held for moments only
+    ServerTap* localTap_ = nullptr;     // while there is
+    std::unique_ptr<Server> ownServer_; // a server for this process's own calls
+    std::vector<Peer*> known_;          // every peer that ever was; its place is its number less 1
     std::vector<Peer*> peers_;
 };
 

@@ -1,5 +1,5 @@
-// What may stand between this process's objects and the connections that call them, in programs that test others: to
-// log calls, and to answer them badly.
+// What may stand between this process's objects and those who call them, in programs that test others: to log calls,
+// and to answer them badly (Broker::setTap, Broker::setLocalTap).
 #pragma once
 
 #include "broker/framing/Message.h"
@@ -10,7 +10,7 @@
 
 namespace trs {
 
-// One call that came over a connection. Its functions come in this order, once each, on the connection's handler thread
+// One call. Its functions come in this order, once each, on the connection's handler thread
 // and without the run permission; they may take their time.
 class TappedCall {
 public:
@@ -40,6 +40,18 @@ protected:
     ServerTap() = default;
     ServerTap(ServerTap const&) = default;
     ServerTap& operator=(ServerTap const&) = default;
+};
+
+// From construction to destruction the current thread's calls within the process reach the objects directly, whatever
+// is tapped: for code that belongs to the objects. The broker runs objects so for tapped calls. Scopes nest.
+class UntappedCalls {
+public:
+    UntappedCalls();
+    UntappedCalls(UntappedCalls const&) = delete;
+    UntappedCalls& operator=(UntappedCalls const&) = delete;
+    ~UntappedCalls();
+    // Whether the thread is in such a scope.
+    static bool isOn();
 };
 
 } // namespace trs

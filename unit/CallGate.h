@@ -1,4 +1,4 @@
-// Where calls from outside pass on their way into the simulated unit and back.
+// Where calls pass on their way into the simulated unit and back.
 #pragma once
 
 #include "broker/ServerTap.h"

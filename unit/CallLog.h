@@ -1,4 +1,4 @@
-// The calls that reached the simulated unit over connections, as JSON lines for assertions.
+// The calls that reached the simulated unit, as JSON lines for assertions.
 #pragma once
 
 #include "broker/framing/Message.h"

@@ -72,6 +72,9 @@ std::string FaultPlan::inject(Fault const& fault, unsigned long& number)
             rule.opIndex = operation->index;
         }
     }
+    if (std::string why = engage_ ? engage_() : std::string(); !why.empty()) {
+        return why;
+    }
     std::lock_guard const lock(mutex_);
     if (rules_.size() == mostRules) {
         return "there are " + std::to_string(mostRules) + " faults already";

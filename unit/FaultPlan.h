@@ -6,6 +6,7 @@
 #include "catalogue/Text.h"
 
 #include <chrono>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <random>
@@ -33,8 +34,11 @@ class FaultPlan {
 public:
     using Fault = SimulatorClient::Fault;
 
+    // Has calls come by the plan; empty, or why they cannot. Called with every fault.
+    using Engage = std::function<std::string()>;
+
     // What happens by chance is the same with the same seed and the same calls.
-    explicit FaultPlan(unsigned long seed) : random_(seed) {}
+    explicit FaultPlan(unsigned long seed, Engage engage = {}) : engage_(std::move(engage)), random_(seed) {}
 
     // Adds a fault. Empty, with its number, or what is wrong with it.
     std::string inject(Fault const& fault, unsigned long& number);
@@ -67,6 +71,7 @@ private:
     static bool concerns(Rule const& rule, ObjectAddress const& call);
     bool strikes(Rule& rule);
 
+    Engage const engage_;
     mutable std::mutex mutex_;
     std::vector<Rule> rules_;
     unsigned long lastNumber_ = 0;

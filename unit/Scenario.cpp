@@ -1,6 +1,7 @@
 #include "unit/Scenario.h"
 
 #include "broker/PrintableText.h"
+#include "broker/ServerTap.h"
 #include "catalogue/Call.h"
 #include "catalogue/File.h"
 #include "catalogue/Json.h"
@@ -48,8 +49,10 @@ constexpr std::string_view adapterData = "getAdapterData";
 
 std::string inQuotes(std::string const& text) { return '\'' + printable(text) + '\''; }
 
+// The unit's own call, which meets no fault.
 Outcome call(std::string const& id, Operation const& operation, Values const& arguments)
 {
+    UntappedCalls const own;
     return catalogue::call(TipprmiObjectClient(TipprmiOID(id)), operation, arguments);
 }
 

@@ -16,7 +16,7 @@ struct Unit::Parts {
     Parts(Unit& unit, Options const& options)
         : inventory(options.seed), object(inventory, "AppObject-1"), ipNode(inventory),
           agent(options.address, [this](std::string const& address) { ipNode.setPrimaryAddress(address); }),
-          equipment(inventory), faults(options.seed), log(options.isTimed),
+          equipment(inventory), faults(options.seed, [&unit] { return unit.tapLocalCalls(); }), log(options.isTimed),
           gate(faults, log, [this] { return inventory.clock().now(); }), simulator(unit)
     {
         inventory.add(NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME, *catalogue::findClass("NmiRmiAdapterClient"));
@@ -38,13 +38,16 @@ Unit::Unit(Options const& options) : parts_(std::make_unique<Parts>(*this, optio
 
 Unit::~Unit()
 {
+    parts_->agent.letGo();
+    parts_->gate.end();
     if (parts_->isServing) {
-        parts_->agent.letGo();
-        parts_->gate.end();
         Broker::instance().stop();
         Broker::instance().setTap(nullptr);
     }
+    Broker::instance().setLocalTap(nullptr);
 }
+
+std::string Unit::tapLocalCalls() { return Broker::instance().setLocalTap(&parts_->gate); }
 
 std::string Unit::serve(std::string const& endpoint)
 {
@@ -53,7 +56,11 @@ std::string Unit::serve(std::string const& endpoint)
     return Broker::instance().serve(endpoint);
 }
 
-std::string Unit::logCalls(std::string const& file) { return parts_->log.open(file); }
+std::string Unit::logCalls(std::string const& file)
+{
+    std::string why = parts_->log.open(file);
+    return why.empty() ? tapLocalCalls() : why;
+}
 
 bool Unit::hasLoggedAllCalls() const { return parts_->log.isWhole(); }
 

@@ -34,12 +34,12 @@ public:
 
     // Serves at `unix:PATH`, `tcp:HOST:PORT` or `tcp:PORT`. Empty, or why it cannot.
     std::string serve(std::string const& endpoint);
-    // Logs the calls that come over connections to this file, a JSON object a line (docs/trssim.md), from the first
-    // serve() on. Empty, or why it cannot.
+    // Logs the calls of the unit to this file, a JSON object a line (docs/trssim.md), those that come over connections
+    // from the first serve() on. Empty, or why it cannot.
     std::string logCalls(std::string const& file);
     // Whether all calls could be logged.
     bool hasLoggedAllCalls() const;
-    // How many calls came over connections.
+    // The calls that came over connections, and since the first fault or the log those of this process.
     unsigned long callCount() const;
 
     // Lets time pass, in seconds.
@@ -52,13 +52,15 @@ public:
     Inventory& inventory();
     ApplicationObject& object();
     Simulator& simulator();
-    // Which calls that come over connections are answered badly.
+    // Which calls are answered badly, those of this process as well (Broker::setLocalTap).
     FaultPlan& faults();
     // An object more, by identifier and class; one less. False when it cannot be.
     bool create(std::string const& id, std::string_view className);
     bool remove(std::string const& id);
 
 private:
+    std::string tapLocalCalls();
+
     struct Parts;
     std::unique_ptr<Parts> const parts_;
 };

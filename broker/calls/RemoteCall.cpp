@@ -154,6 +154,20 @@ bool remoteCall(TreflectObjectStub& stub, std::uint32_t classId, std::uint32_t o
     }
 }
 
+bool tappedCall(Peer& own, TreflectObjectStub const& stub, std::uint32_t classId, std::uint32_t opIndex,
+                TipprmiStream& request, TipprmiStream& reply)
+{
+    resetCallFailure();
+    Deadline deadline;
+    MessageHeader header{};
+    Peer::Failure failure;
+    if (!own.exchange(request, MessageKind::reply, reply, header, deadline, failure)) {
+        return fail(stub.oid(), classId, opIndex, &own, failure.kind, failure.carriedOut, std::move(failure.reason));
+    }
+    reply.setOrigin(nullptr, false);
+    return failByStatus(stub.oid(), classId, opIndex, own, header.status());
+}
+
 bool forwardCall(unsigned long peerNumber, ObjectAddress const& address, TipprmiStream& request, TipprmiStream& reply)
 {
     resetCallFailure();

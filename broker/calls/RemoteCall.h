@@ -49,6 +49,9 @@ private:
 // with the failure recorded and logged, when the call was not delivered.
 bool remoteCall(TreflectObjectStub& stub, std::uint32_t classId, std::uint32_t opIndex, TipprmiStream& request,
                 TipprmiStream& reply);
+// The same for an object of this process, over a connection to itself (TappedRoad).
+bool tappedCall(Peer& own, TreflectObjectStub const& stub, std::uint32_t classId, std::uint32_t opIndex,
+                TipprmiStream& request, TipprmiStream& reply);
 // The same to the peer of that number, whatever the request's object.
 bool forwardCall(unsigned long peerNumber, ObjectAddress const& address, TipprmiStream& request, TipprmiStream& reply);
 // Whether a peer says now that it has the object. If not, why is recorded, and not logged: it was a question.

@@ -2,6 +2,7 @@
 
 #include "broker/CallFailure.h"
 #include "broker/calls/RemoteCall.h"
+#include "broker/calls/TappedRoad.h"
 #include "broker/framing/Message.h"
 #include "broker/objects/Execution.h"
 #include "platform/TreflectServerObject.h"
@@ -21,7 +22,9 @@ void ClientCallHelper(ClientCallHookBaseV const& hook, InParamHook const& in, Ou
                       TreflectObjectStub& stub, TreflectServerObject* server, unsigned long classId,
                       unsigned long opIndex, bool flag)
 {
-    if (server != nullptr) {
+    bool const isHere = server != nullptr || stub.localServer() != nullptr;
+    trs::Peer* const own = isHere ? trs::TappedRoad::by(stub) : nullptr;
+    if (server != nullptr && own == nullptr) {
         hook.call();
         if (server->isObserved(classId, opIndex)) {
             TipprmiSequence<TipprmiAny> parameters;
@@ -35,7 +38,7 @@ void ClientCallHelper(ClientCallHookBaseV const& hook, InParamHook const& in, Ou
     auto const wireIndex = static_cast<std::uint32_t>(opIndex);
     TipprmiStream request(100);
     TipprmiStream reply(100);
-    if (stub.localServer() != nullptr) {
+    if (isHere && own == nullptr) {
         in.handleParams(request);
         if (!trs::executeHere(stub, flag, wireClass, wireIndex, request, reply)) {
             return;
@@ -44,7 +47,9 @@ void ClientCallHelper(ClientCallHookBaseV const& hook, InParamHook const& in, Ou
     } else {
         trs::beginRequest(request, flag, stub.oid(), classId, opIndex);
         in.handleParams(request);
-        if (!trs::remoteCall(stub, wireClass, wireIndex, request, reply)) {
+        bool const isDelivered = own != nullptr ? trs::tappedCall(*own, stub, wireClass, wireIndex, request, reply)
+                                                : trs::remoteCall(stub, wireClass, wireIndex, request, reply);
+        if (!isDelivered) {
             return;
         }
     }

@@ -3,6 +3,7 @@
 #include "broker/Broker.h"
 #include "broker/CallFailure.h"
 #include "broker/calls/RemoteCall.h"
+#include "broker/calls/TappedRoad.h"
 #include "broker/framing/Message.h"
 #include "broker/objects/Execution.h"
 #include "broker/objects/StubTable.h"
@@ -16,9 +17,12 @@ TreflectStubRef stubOf(TipprmiObjectSkeleton const* skeleton)
 }
 
 // Carries a prepared request to an object of this process, and gives the reply the form that one from elsewhere has.
-bool dispatchHere(TreflectObjectStub const& stub, bool flag, trs::ObjectAddress const& address, TipprmiStream& request,
+bool dispatchHere(TreflectObjectStub& stub, bool flag, trs::ObjectAddress const& address, TipprmiStream& request,
                   TipprmiStream& reply)
 {
+    if (trs::Peer* const own = trs::TappedRoad::by(stub)) {
+        return trs::tappedCall(*own, stub, address.classId, address.opIndex, request, reply);
+    }
     reply.clear();
     trs::beginMessage(reply, trs::MessageKind::reply);
     reply.setOrigin(nullptr, false);

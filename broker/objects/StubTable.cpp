@@ -41,6 +41,8 @@ TreflectStubRef StubTable::makePrivate(TreflectServerObject& server, TipprmiOID 
     return TreflectStubRef(stub);
 }
 
+bool StubTable::isOfIdentifier(TreflectObjectStub& stub) { return Stub::of(stub).isInterned(); }
+
 void StubTable::orphan(TreflectObjectStub& stub) { Stub::of(stub).leadTo(nullptr); }
 
 TreflectObjectStub& StubTable::findOrMake(Key const& key)

@@ -36,6 +36,8 @@ public:
     // False when another object has the identifier.
     bool activate(TreflectServerObject& server, TipprmiOID const& oid);
     void deactivate(TreflectServerObject const& server, TipprmiOID const& oid);
+    // Whether the stub is that of an identifier, and none of makePrivate().
+    static bool isOfIdentifier(TreflectObjectStub& stub);
     // Ends what leads to an object: it is being destroyed.
     static void orphan(TreflectObjectStub& stub);
     // Calls `act` with the active object of that identifier, if there is one; it stays alive meanwhile.
@@ -46,6 +48,17 @@ public:
         auto const found = stubs_.find(Key{nullptr, oid.getNamespace().value(), oid.getIdString()});
         if (found != stubs_.end()) {
             if (TreflectServerObject* const server = found->second->localServer()) {
+                act(*server);
+            }
+        }
+    }
+    // The same with every active object.
+    template <class Act>
+    void forEachActive(Act&& act)
+    {
+        std::lock_guard const lock(mutex_);
+        for (auto const& [key, stub] : stubs_) {
+            if (TreflectServerObject* const server = stub->localServer()) {
                 act(*server);
             }
         }

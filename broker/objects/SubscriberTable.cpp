@@ -19,11 +19,16 @@ SubscriberTable& SubscriberTable::instance()
     return table;
 }
 
-// Sets the active object's mark by what the table holds. Whether there is such an object.
-bool SubscriberTable::markObject(TipprmiOID const& oid)
+bool SubscriberTable::isMarked(TipprmiOID const& oid) const
 {
     auto const first = table_.lower_bound(OperationView{oid.getNamespace().value(), oid.getIdString(), 0, 0});
-    bool const isObserved = first != table_.end() && first->first.oid == oid;
+    return areAllMarked_ || (first != table_.end() && first->first.oid == oid);
+}
+
+// Sets the active object's mark. Whether there is such an object.
+bool SubscriberTable::markObject(TipprmiOID const& oid)
+{
+    bool const isObserved = isMarked(oid);
     bool isActive = false;
     StubTable::instance().withActive(oid, [&](TreflectServerObject& server) {
         server.setObserved(isObserved);
@@ -36,6 +41,14 @@ void SubscriberTable::refresh(TipprmiOID const& oid)
 {
     std::lock_guard const lock(mutex_);
     markObject(oid);
+}
+
+void SubscriberTable::markAll(bool areMarked)
+{
+    std::lock_guard const lock(mutex_);
+    areAllMarked_ = areMarked;
+    StubTable::instance().forEachActive(
+        [this](TreflectServerObject& server) { server.setObserved(isMarked(server.getOID())); });
 }
 
 void SubscriberTable::dropIfEmpty(Table::iterator place)

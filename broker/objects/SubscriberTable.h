@@ -34,6 +34,8 @@ public:
     void notify(OperationKey const& key, TipprmiSequence<TipprmiAny> const& parameters) const;
     // An object with the identifier has become active.
     void refresh(TipprmiOID const& oid);
+    // Whether all active objects are marked as observed, whoever observes them: calls then come by the broker.
+    void markAll(bool areMarked);
 
 private:
     struct Subscribers {
@@ -48,8 +50,11 @@ private:
     bool markObject(TipprmiOID const& oid);
     void dropIfEmpty(Table::iterator place);
 
+    bool isMarked(TipprmiOID const& oid) const;
+
     mutable std::mutex mutex_;
     Table table_;
+    bool areAllMarked_ = false;
 };
 
 } // namespace trs

@@ -189,6 +189,7 @@ bool ServerConnection::answerTapped(MessageHeader const& header, ObjectAddress c
     std::unique_ptr<TappedCall> const call = tap_->begin(address, request);
     ReplyStatus status = ReplyStatus::done;
     if (call->isExecuted(reply, status)) {
+        UntappedCalls const byTheObject;
         status = execute(header.detail != 0, address, request, reply);
     }
     finishReply(reply, status, header.number);

@@ -1,6 +1,7 @@
 #include "tools/trssim/UnitCommands.h"
 
 #include "broker/PrintableText.h"
+#include "broker/ServerTap.h"
 #include "catalogue/ObjectName.h"
 #include "unit/ApplicationObject.h"
 #include "unit/FaultPlan.h"
@@ -21,7 +22,7 @@ constexpr long mostSeconds = 100L * 24 * 60 * 60;
 
 std::string quoted(std::string const& word) { return "'" + printable(word) + "'"; }
 
-// Adds commands that run as the objects' code does, under the run permission.
+// Adds commands that run as the objects' code does, under the run permission and past the faults.
 class Adder {
 public:
     explicit Adder(tools::Console& console) : console_(console) {}
@@ -31,6 +32,7 @@ public:
         console_.add(
             {std::move(name), std::move(arguments), std::move(help), [run = std::move(run)](Words const& words) {
                  TreflectHandlerState const running;
+                 UntappedCalls const own;
                  return run(words);
              }});
         return *this;
