@@ -3,7 +3,10 @@
 #include "broker/CallFailure.h"
 #include "broker/Deadline.h"
 #include "catalogue/Value.h"
+#include "clients/ip/IpNodeClient.h"
+#include "clients/services/ConditionClient.h"
 #include "tests/support/Sockets.h"
+#include "unit/FaultPlan.h"
 #include "unit/Scenario.h"
 #include "unit/Unit.h"
 
