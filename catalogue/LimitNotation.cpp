@@ -39,6 +39,13 @@ std::vector<std::string_view> wordsOf(std::string_view comment)
     return words;
 }
 
+// "FIRST..LAST"
+std::pair<std::string_view, std::string_view> endsOf(std::string_view range)
+{
+    std::size_t const sign = range.find(rangeSign);
+    return {range.substr(0, sign), range.substr(sign + rangeSign.size())};
+}
+
 class LimitReader {
 public:
     LimitReader(std::string_view comment, Class const* scope) : words_(wordsOf(comment)), scope_(scope) {}
@@ -48,7 +55,7 @@ public:
         for (at_ = 0; at_ < words_.size(); ++at_) {
             std::string_view const word = words_[at_];
             if (word.find(rangeSign) != std::string_view::npos) {
-                readRange(word);
+                isPreceded(1, "of") && isPreceded(2, "one") ? readNamed(word) : readRanges();
             } else if (word == "contiguous" && next() == "netmask") {
                 add(at_, {.kind = Limit::Kind::netmask});
             } else if (word.ends_with('_') && (next() == "constant" || next() == "bits")) {
@@ -102,33 +109,53 @@ private:
                                                             : std::nullopt;
     }
 
-    // "68..65535", "0 or 1522..2000000", "CIR_MIN..CIR_MAX step CIR_STEP", "0..20 characters", "one of FIRST..LAST".
-    void readRange(std::string_view word)
+    // "68..65535", "CIR_MIN..CIR_MAX step CIR_STEP", "0 or 2..10 or 500..5000 step 500", "0..20 characters".
+    void readRanges()
     {
-        std::size_t const sign = word.find(rangeSign);
-        std::string_view const first = word.substr(0, sign);
-        std::string_view const last = word.substr(sign + rangeSign.size());
-        if (isPreceded(1, "of") && isPreceded(2, "one")) {
-            readNamed(word, first, last);
-            return;
+        std::string_view const word = words_[at_];
+        Limit limit;
+        std::size_t begin = at_;
+        if (at_ >= 2 && isPreceded(1, "or")) {
+            if (std::optional<std::int64_t> const single = number(words_[at_ - 2])) {
+                limit.ranges.push_back({*single, *single});
+                begin -= 2;
+            }
         }
+        for (;;) {
+            std::optional<NumberRange> const range = readRange();
+            if (!range) {
+                complain(word, "no numbers or constants from one to a greater one, or a step that is none");
+                return;
+            }
+            limit.ranges.push_back(*range);
+            if (next() != "or" || next(2).find(rangeSign) == std::string_view::npos) {
+                break;
+            }
+            at_ += 2;
+        }
+        limit.kind = next() == "characters" ? Limit::Kind::characters
+                     : next() == "entries"  ? Limit::Kind::entries
+                                            : Limit::Kind::ranges;
+        add(begin, std::move(limit));
+    }
+
+    // The range at this word, and the step behind it.
+    std::optional<NumberRange> readRange()
+    {
+        auto const [first, last] = endsOf(words_[at_]);
         std::optional<std::int64_t> const least = number(first);
         std::optional<std::int64_t> const most = number(last);
-        std::optional<std::int64_t> const step = next() == "step" ? number(next(2)) : 1;
-        if (!least || !most || !step || *least > *most || *step < 1) {
-            complain(word, "no two numbers or constants, the less one first, or the step is none");
-            return;
-        }
-        bool const orZero = isPreceded(1, "or") && isPreceded(2, "0");
-        Limit::Kind const kind = next() == "characters" ? Limit::Kind::characters
-                                 : next() == "entries"  ? Limit::Kind::entries
-                                                        : Limit::Kind::range;
-        add(at_ - (orZero ? 2 : 0), {.kind = kind, .least = *least, .most = *most, .step = *step, .orZero = orZero});
+        bool const hasStep = next() == "step";
+        std::optional<std::int64_t> const step = hasStep ? number(next(2)) : 1;
+        at_ += hasStep ? 2 : 0;
+        return least && most && step && *least <= *most && *step >= 1 ? std::optional(NumberRange{*least, *most, *step})
+                                                                      : std::nullopt;
     }
 
     // The constants from the one to the other, in the order in which their class declares them.
-    void readNamed(std::string_view word, std::string_view first, std::string_view last)
+    void readNamed(std::string_view word)
     {
+        auto const [first, last] = endsOf(word);
         Limit limit{.kind = Limit::Kind::named};
         Constant const* const begin = constant(first);
         Class const* const publisher = begin != nullptr ? findClass(begin->className) : nullptr;

@@ -20,30 +20,24 @@ bool isOctets(Type const& type)
            (type.count == 4 || type.count == 6);
 }
 
-// The numbers that travel as this type, or are values of an attribute object; nothing when there are none.
-struct Bounds {
-    std::int64_t least;
-    std::int64_t most;
-};
-std::optional<Bounds> boundsOf(Type const& type)
+// Whether a number travels as this type, or is the value of an attribute object.
+bool travels(std::int64_t number, Type const& type)
 {
     switch (type.kind) {
     case Type::Kind::octet:
-        return Bounds{0, UINT8_MAX};
+        return number >= 0 && number <= UINT8_MAX;
     case Type::Kind::int16:
-        return Bounds{INT16_MIN, INT16_MAX};
+        return number >= INT16_MIN && number <= INT16_MAX;
     case Type::Kind::unsigned16:
-        return Bounds{0, UINT16_MAX};
+        return number >= 0 && number <= UINT16_MAX;
     case Type::Kind::int32:
-        return Bounds{INT32_MIN, INT32_MAX};
+        return number >= INT32_MIN && number <= INT32_MAX;
     case Type::Kind::unsigned32:
-        return Bounds{0, UINT32_MAX};
-    case Type::Kind::object: // whose value they are
-        return type.name == "QelLongClient"    ? std::optional(Bounds{INT32_MIN, INT32_MAX})
-               : type.name == "QelShortClient" ? std::optional(Bounds{INT16_MIN, INT16_MAX})
-                                               : std::nullopt;
+        return number >= 0 && number <= UINT32_MAX;
+    case Type::Kind::object:
+        return type.name == "QelLongClient" || type.name == "QelShortClient";
     default:
-        return std::nullopt;
+        return false;
     }
 }
 
@@ -63,13 +57,20 @@ bool suits(Limit const& limit, Type const& type)
         }
         [[fallthrough]];
     case Limit::Kind::bits:
-        return boundsOf(type) && std::ranges::all_of(limit.names, [&](NamedValue const& each) {
-                   auto const number = each.value.get<std::int64_t>();
-                   return number >= boundsOf(type)->least && number <= boundsOf(type)->most;
-               });
+        return std::ranges::all_of(
+            limit.names, [&](NamedValue const& each) { return travels(each.value.get<std::int64_t>(), type); });
     default:
-        return boundsOf(type) && limit.least >= boundsOf(type)->least && limit.most <= boundsOf(type)->most;
+        return std::ranges::all_of(limit.ranges, [&](NumberRange const& each) {
+            return travels(each.least, type) && travels(each.most, type);
+        });
     }
+}
+
+// Whether it can be one of a value of this type, or of its elements or fields.
+bool isAbout(Limit const& limit, Type const& type)
+{
+    return suits(limit, type) || (type.element != nullptr && !isOctets(type) && isAbout(limit, *type.element)) ||
+           std::ranges::any_of(type.fields, [&](Field const& field) { return isAbout(limit, *field.type); });
 }
 
 // Reads the comments and makes the parts of all operations.
@@ -125,26 +126,20 @@ private:
         std::vector<std::string_view> const names = operation.parameterNames();
         std::vector<StatedLimit> const stated = statedLimits(operation.comment(), &type);
         std::vector<std::size_t> const places = placesOf(operation, stated);
-        std::size_t in = 0;
+        std::size_t taken = 0;
         for (std::size_t i = 0; i < operation.parameters.size(); ++i) {
             Parameter const& parameter = operation.parameters[i];
-            LimitedValue part = limitedValueOf(*parameter.type, limitsAt(stated, places, i));
-            part.name = i < names.size() ? names[i] : std::string_view();
-            part.isIn = parameter.isIn;
-            part.place = in;
-            in += parameter.isIn ? 1 : 0;
-            if (part.isLimited()) {
-                limited.push_back(std::move(part));
-            }
+            LimitedValue value = limitedValueOf(*parameter.type, limitsAt(stated, places, i));
+            value.isIn = parameter.isIn;
+            value.place = taken;
+            taken += parameter.isIn ? 1 : 0;
+            addLimited(limited, std::move(value), names[i]);
         }
         if (operation.result != nullptr) {
-            LimitedValue part =
+            LimitedValue value =
                 limitedValueOf(*operation.result, limitsAt(stated, places, operation.parameters.size()));
-            part.name = "result";
-            part.isIn = false;
-            if (part.isLimited()) {
-                limited.push_back(std::move(part));
-            }
+            value.isIn = false;
+            addLimited(limited, std::move(value), "result");
         }
         if (!limited.empty()) {
             insert(operation, std::move(limited));
@@ -248,48 +243,51 @@ private:
         return limits;
     }
 
-    // A value of this type, of which, or of whose elements, `stated` holds.
-    LimitedValue limitedValueOf(Type const& type, std::vector<Limit> stated)
+    // A value of this type, of which, or of whose elements or fields, `stated` holds.
+    LimitedValue limitedValueOf(Type const& type, std::vector<Limit> const& stated)
     {
-        LimitedValue part;
+        LimitedValue limited;
         for (Limit const& each : stated) {
-            if (suits(each, type)) {
-                part.limits.push_back(each);
+            if (!isAbout(each, type)) {
+                complain("a value of type " + type.text() + " cannot be limited to " + each.text());
+            } else if (suits(each, type)) {
+                limited.limits.push_back(each);
             }
         }
-        std::erase_if(stated, [&](Limit const& each) { return suits(each, type); });
-        bool const isNamed = type.kind == Type::Kind::enumeration && type.enumerators.size() > 1;
-        if (isNamed && part.limits.empty()) {
-            Limit& limit = part.limits.emplace_back(Limit{.kind = Limit::Kind::named});
+        if (type.kind == Type::Kind::enumeration && type.enumerators.size() > 1) {
+            Limit& limit = limited.limits.emplace_back(Limit{.kind = Limit::Kind::named});
             for (Enumerator const& each : type.enumerators) {
                 limit.names.push_back({each.name, each.value});
             }
         }
         if (isOctets(type)) {
-            LimitedValue octet;
-            octet.limits.push_back({.least = 0, .most = UINT8_MAX});
-            part.element.push_back(std::move(octet));
+            limited.element.push_back({.limits = {{.ranges = {{0, UINT8_MAX}}}}});
         } else if (type.element != nullptr) {
-            LimitedValue element = limitedValueOf(*type.element, std::move(stated));
-            if (element.isLimited()) {
-                part.element.push_back(std::move(element));
-            }
-            return part;
-        }
-        for (Limit const& each : stated) {
-            complain("a value of type " + type.text() + " cannot be limited to " + each.text());
+            addLimited(limited.element, limitedValueOf(*type.element, thoseAbout(stated, *type.element)), {});
         }
         for (Field const& field : type.fields) {
             std::string const outer = subject_;
             subject_ = std::string(type.name) + "::" + std::string(field.name);
-            LimitedValue inner = limitedValueOf(*field.type, limitsOfField(type, field));
+            std::vector<Limit> const own = limitsOfField(type, field);
+            addLimited(limited.fields, limitedValueOf(*field.type, own.empty() ? thoseAbout(stated, *field.type) : own),
+                       field.name);
             subject_ = outer;
-            inner.name = field.name;
-            if (inner.isLimited()) {
-                part.fields.push_back(std::move(inner));
-            }
         }
-        return part;
+        return limited;
+    }
+
+    static std::vector<Limit> thoseAbout(std::vector<Limit> limits, Type const& type)
+    {
+        std::erase_if(limits, [&type](Limit const& each) { return !isAbout(each, type); });
+        return limits;
+    }
+
+    static void addLimited(std::vector<LimitedValue>& values, LimitedValue value, std::string_view name)
+    {
+        if (value.isLimited()) {
+            value.name = name;
+            values.push_back(std::move(value));
+        }
     }
 
     std::vector<Slot> slots_ = std::vector<Slot>(std::size_t{1} << slotBits);

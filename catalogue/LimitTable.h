@@ -13,12 +13,12 @@ namespace trs::catalogue {
 
 // A value, or a part of one, that has limits or parts with limits.
 struct LimitedValue {
-    std::string name;                  // of a parameter or a field; empty of an element
-    std::vector<Limit> limits;         // of the value itself
-    std::vector<LimitedValue> fields;  // of a record
-    std::vector<LimitedValue> element; // of an array or a sequence: one or none
-    std::size_t place = 0;             // of a parameter, among the in-parameters
-    bool isIn = true;                  // of a parameter
+    std::string name = {};                  // of a parameter or a field; empty of an element
+    std::vector<Limit> limits = {};         // of the value itself
+    std::vector<LimitedValue> fields = {};  // of a record
+    std::vector<LimitedValue> element = {}; // of an array or a sequence: one or none
+    std::size_t place = 0;                  // of a parameter, among the in-parameters
+    bool isIn = true;                       // of a parameter
 
     bool isLimited() const { return !limits.empty() || !fields.empty() || !element.empty(); }
 };

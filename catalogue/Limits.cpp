@@ -73,8 +73,9 @@ bool isWithin(Limit const& limit, std::int64_t number)
         }
         return number == 0 || limit.orOthers;
     default:
-        return (limit.orZero && number == 0) ||
-               (number >= limit.least && number <= limit.most && (number - limit.least) % limit.step == 0);
+        return std::ranges::any_of(limit.ranges, [number](NumberRange const& each) {
+            return number >= each.least && number <= each.most && (number - each.least) % each.step == 0;
+        });
     }
 }
 
@@ -164,41 +165,46 @@ void list(LimitedValue const& limited, std::string const& path, bool isIn, std::
 
 std::string Limit::text() const
 {
-    std::string const range = (orZero ? "0 or " : "") + std::to_string(least) + std::string("..") +
-                              std::to_string(most) + (step != 1 ? " in steps of " + std::to_string(step) : "");
     std::string list;
+    for (NumberRange const& each : ranges) {
+        list += (list.empty() ? "" : " or ") + std::to_string(each.least);
+        list += each.most != each.least ? ".." + std::to_string(each.most) : "";
+        list += each.step != 1 ? " step " + std::to_string(each.step) : "";
+    }
+    for (NamedValue const& each : names) {
+        bool const isItsName = each.value == each.name;
+        list += (list.empty() ? "" : ", ") + std::string(each.name);
+        list += isItsName ? "" : " (" + toJson(each.value, -1) + ')';
+    }
     switch (kind) {
     case Kind::netmask:
         return "a contiguous netmask";
     case Kind::characters:
-        return range + " characters";
+        return list + " characters";
     case Kind::entries:
-        return range + " entries";
+        return list + " entries";
     case Kind::named:
+        return "one of " + list;
     case Kind::bits:
-        for (NamedValue const& each : names) {
-            bool const isItsName = each.value.is_string() && each.value == each.name;
-            list += (list.empty() ? "" : ", ") + std::string(each.name) +
-                    (isItsName ? "" : " (" + toJson(each.value, -1) + ')');
-        }
-        return (kind == Kind::named ? "one of " : "made of the bits ") + list + (orOthers ? " and others" : "");
+        return "made of the bits " + list + (orOthers ? " and others" : "");
     default:
-        return range;
+        return list;
     }
 }
 
 Value Limit::json() const
 {
-    Value range{{"least", least}, {"most", most}};
-    if (step != 1) {
-        range["step"] = step;
+    Value list = Value::array();
+    for (NumberRange const& each : ranges) {
+        Value& range = list.emplace_back(Value{{"least", each.least}, {"most", each.most}});
+        if (each.step != 1) {
+            range["step"] = each.step;
+        }
     }
-    if (orZero) {
-        range["orZero"] = true;
-    }
-    Value list = Value::object();
+    Value const range = list.size() == 1 ? list[0] : Value{{"anyOf", list}};
+    Value named = Value::object();
     for (NamedValue const& each : names) {
-        list[std::string(each.name)] = each.value;
+        named[std::string(each.name)] = each.value;
     }
     switch (kind) {
     case Kind::netmask:
@@ -208,9 +214,9 @@ Value Limit::json() const
     case Kind::entries:
         return {{"entries", range}};
     case Kind::named:
-        return {{"oneOf", list}};
+        return {{"oneOf", named}};
     case Kind::bits:
-        return orOthers ? Value{{"bits", list}, {"orOthers", true}} : Value{{"bits", list}};
+        return {{"bits", named}, {"otherBits", orOthers}};
     default:
         return range;
     }

@@ -15,33 +15,38 @@
 
 namespace trs::catalogue {
 
+// A value with a name: a constant or an enumerator.
 struct NamedValue {
     std::string_view name;
     Value value; // a number or a text
 };
 
-// What one value may be.
-struct Limit {
-    enum class Kind {
-        range,      // a number from `least` to `most`, in steps of `step` from `least` on, or 0 where `orZero`
-        named,      // one of `names`
-        bits,       // a number made of the bits of `names`, and of others where `orOthers`
-        netmask,    // an IPv4 mask: ones, then zeros
-        characters, // a text of `least` to `most` octets
-        entries,    // a sequence of `least` to `most` elements
-    };
-
-    Kind kind = Kind::range;
+// Numbers from `least` to `most`, in steps from `least` on.
+struct NumberRange {
     std::int64_t least = 0;
     std::int64_t most = 0;
     std::int64_t step = 1;
-    bool orZero = false;
-    bool orOthers = false;
-    std::vector<NamedValue> names = {};
+};
 
-    // What goes on behind "is not": "68..65535", "0..1000000 in steps of 100", "one of ENABLED (11), DISABLED (12)".
+// What one value may be.
+struct Limit {
+    enum class Kind {
+        ranges,     // a number in one of `ranges`
+        named,      // one of `names`
+        bits,       // a number made of the bits of `names`, and of others where `orOthers`
+        netmask,    // an IPv4 mask: ones, then zeros
+        characters, // a text of so many octets
+        entries,    // a sequence of so many elements
+    };
+
+    Kind kind = Kind::ranges;
+    std::vector<NumberRange> ranges = {};
+    std::vector<NamedValue> names = {};
+    bool orOthers = false;
+
+    // For people: "68..65535", "0 or 1522..2000000", "0..1000000 step 100", "one of ENABLED (11), DISABLED (12)".
     std::string text() const;
-    // For programs: {"least": 68, "most": 65535}, {"oneOf": {"ENABLED": 11, "DISABLED": 12}}, as docs/limits.md has it.
+    // For programs: {"least": 68, "most": 65535}, {"oneOf": {"ENABLED": 11, "DISABLED": 12}}; docs/limits.md has all.
     Value json() const;
 };
 

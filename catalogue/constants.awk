@@ -1,6 +1,6 @@
 # What a compiler does not keep of constants: with TABLE=constants a line CONSTANT(class, name) for each that a proxy class
-# publishes, with TABLE=fields a line {"record", "field", "comment"} for each field whose comment names some,
-# or has a limit.
+# publishes, with TABLE=fields a line {"record", "field", "comment"} for each field with a comment behind it.
+# A limit behind anything else is an error.
 
 FNR == 1 {
     class = ""
@@ -25,7 +25,7 @@ TABLE == "constants" && class != "" && /^    static (constexpr [a-z ]+ [A-Za-z0-
     sub(/.* /, "", name)
     printf "CONSTANT(%s, %s)\n", class, name
 }
-TABLE == "fields" && record != "" && /; *\/\/ .*([A-Z]_+ (bits|constant)|[.][.]|contiguous netmask|as [A-Za-z:]+\(\))/ {
+TABLE == "fields" && record != "" && /; *\/\/ / {
     name = $0
     comment = $0
     sub(/; *\/\/ .*/, "", name)
@@ -34,4 +34,8 @@ TABLE == "fields" && record != "" && /; *\/\/ .*([A-Z]_+ (bits|constant)|[.][.]|
     sub(/.*; *\/\/ /, "", comment)
     gsub(/[\\"]/, "\\\\&", comment)
     printf "{\"%s\", \"%s\", \"%s\"},\n", record, name, comment
+}
+TABLE == "fields" && record == "" && /[^ ].*; *\/\/ .*([A-Za-z0-9_][.][.][A-Za-z0-9_]|contiguous netmask)/ {
+    printf "%s:%d: this limit is of no field: %s\n", FILENAME, FNR, $0 > "/dev/stderr"
+    exit 1
 }

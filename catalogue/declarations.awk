@@ -1,5 +1,5 @@
 # What a compiler does not keep of the operations that headers declare: a line {"class", "operation", "parameter names,
-# separated by blanks", "comment"} for each.
+# separated by blanks", "comment"} for each. A limit in a comment of anything else is an error: nobody would hold to it.
 
 function trimmed(text)
 {
@@ -28,6 +28,13 @@ function parameterNames(text,    names, depth, i, character, word)
     }
     return names
 }
+function refuseStrayLimit(text, at)
+{
+    if (text ~ /[A-Za-z0-9_][.][.][A-Za-z0-9_]|contiguous netmask/) {
+        printf "%s:%d: this limit is of no operation: %s\n", FILENAME, at, text > "/dev/stderr"
+        exit 1
+    }
+}
 FNR == 1 {
     class = ""
     comment = ""
@@ -39,6 +46,9 @@ FNR == 1 {
     comment = comment (comment == "" ? "" : " ") trimmed(substr($0, 8))
     next
 }
+/^ *\/\/ / {
+    refuseStrayLimit($0, FNR)
+}
 /^    virtual / && class != "" && !/~/ {
     declaration = trimmed($0)
     while (declaration !~ /;/ && (getline following) > 0) {
@@ -49,7 +59,9 @@ FNR == 1 {
     sub(/.*[^A-Za-z0-9_]/, "", name)
     gsub(/[\\"]/, "\\\\&", comment)
     printf "{\"%s\", \"%s\", \"%s\", \"%s\"},\n", class, name, parameterNames(declaration), comment
+    comment = ""
 }
 {
+    refuseStrayLimit(comment, FNR - 1)
     comment = ""
 }

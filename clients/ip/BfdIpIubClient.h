@@ -33,8 +33,8 @@ public:
     // The identifier of the node-level BFD object.
     static std::string const BFD_IP_IUB_OID;
 
-    // The timer set: values in the ranges of BFDTI and BFDTF; the server decides which is which. A type of its own,
-    // although IfNetBfdIpIubClient::BfdTimer looks the same.
+    // The timer set, intervals and a factor; the server decides which is which. A type of its own, although
+    // IfNetBfdIpIubClient::BfdTimer looks the same.
     struct BfdTimer {
         long value1;
         long value2;
@@ -55,7 +55,7 @@ public:
     virtual ResponseInfo<SetClient> setBfdAdminUp(bool const& up) const;
     // Reads the timer set.
     virtual ResponseInfo<GetClient> getBfdTimer(BfdTimer& timer) const;
-    // Sets the timer set.
+    // Sets the timer set, of which each is 0 or BFDTF_MIN..BFDTF_MAX or BFDTI_MIN..BFDTI_MAX step BFDTI_STEP.
     virtual ResponseInfo<SetClient> setBfdTimer(BfdTimer const& timer) const;
     // Reads the fault condition of the egress direction; unbound when the call fails.
     virtual ConditionClient getDownEgress() const;

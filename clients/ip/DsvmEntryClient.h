@@ -29,9 +29,9 @@ public:
 
     // What an entry says.
     struct values {
-        std::string trafficType; // such as CONTROL
-        unsigned short vlanId;
-        unsigned char marking; // a DiffServ code point or a VLAN priority: the server decides
+        std::string trafficType; // one of MANAGEMENT_ALL..NON_REAL_TIME_USER_PLANE
+        unsigned short vlanId;   // as EthIfNetClient::setVlanId()
+        unsigned char marking;   // 0..63: a DiffServ code point (RFC 2474) or a VLAN priority, the server decides
     };
 
     // Gives the entry its values. The server's answer; false when the call fails.

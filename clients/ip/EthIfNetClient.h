@@ -50,7 +50,7 @@ public:
 
     // Resets the address entries that IfNetClient::setIpAddrSequence() sets.
     virtual ResponseInfo<SetClient> resetIpAddrSequence() const;
-    // Sets the shaped bandwidth: SHAPED_BW_MIN to SHAPED_BW_MAX, in steps of SHAPED_BW_STEP.
+    // Sets the shaped bandwidth: SHAPED_BW_MIN..SHAPED_BW_MAX step SHAPED_BW_STEP.
     virtual ResponseInfo<SetClient> setShapedBandwidth(long const& bandwidth) const;
     // Reads the shaped bandwidth.
     virtual ResponseInfo<GetClient> getShapedBandwidth(long& bandwidth) const;
@@ -71,15 +71,16 @@ public:
     // Adds a VLAN interface and hands it out; it lasts until deleteVlan() or until the VLAN fabric destroys it.
     virtual ResponseInfo<RunClient> createVlan(VlanIfNetClient::VlanIfNetCreateParams const& params,
                                                VlanIfNetClient& vlan) const;
-    // Removes the VLAN interface of a VLAN identifier.
+    // Removes the VLAN interface of a VLAN identifier: as VlanIfNetClient::setVlanId().
     virtual ResponseInfo<RunClient> deleteVlan(unsigned short const& vlanId) const;
-    // Hands out the VLAN interface of a VLAN identifier; a run operation, although its name starts with get.
+    // Hands out the VLAN interface of a VLAN identifier, as VlanIfNetClient::setVlanId(); a run operation, although its
+    // name starts with get.
     virtual ResponseInfo<RunClient> getVlanIfNet(unsigned short const& vlanId, VlanIfNetClient& vlan) const;
     // Reads whether VLANs are enabled.
     virtual ResponseInfo<GetClient> getVlanEnabled(bool& enabled) const;
     // Sets whether VLANs are enabled.
     virtual ResponseInfo<SetClient> setVlanEnabled(bool const& enabled) const;
-    // Sets the VLAN identifier.
+    // Sets the VLAN identifier: 0..4094 (IEEE 802.1Q), 0 for none.
     virtual ResponseInfo<SetClient> setVlanId(unsigned short const& vlanId) const;
     // Reads the VLAN identifier.
     virtual ResponseInfo<GetClient> getVlanId(unsigned short& vlanId) const;
@@ -95,7 +96,7 @@ public:
     virtual void setActiveLink(EthLinkClient const& link) const;
     // Reads the VLAN tags.
     virtual TipprmiSequence<unsigned short> getVlanTags() const;
-    // Sets the VLAN tags.
+    // Sets the VLAN tags: as VlanIfNetClient::setVlanId().
     virtual void setVlanTags(TipprmiSequence<unsigned short> const& tags) const;
     // Reads the factory and container of VLAN interfaces.
     virtual VlanIfNetFabricClient getVlanIfNetFabric() const;
@@ -107,7 +108,7 @@ public:
     virtual ResponseInfo<SetClient> setSbs(unsigned long const& sbs) const;
     // Reads the shaper burst size (SBS).
     virtual ResponseInfo<GetClient> getSbs(unsigned long& sbs) const;
-    // Sets the total SBS: SBSTOTAL_MIN to SBSTOTAL_MAX, in steps of SBSTOTAL_STEP.
+    // Sets the total SBS: SBSTOTAL_MIN..SBSTOTAL_MAX step SBSTOTAL_STEP.
     virtual ResponseInfo<SetClient> setSbsTotal(unsigned long const& sbsTotal) const;
     // Reads the total SBS; spelled with a lower-case t, unlike setSbsTotal().
     virtual ResponseInfo<GetClient> getSbstotal(unsigned long& sbsTotal) const;
@@ -115,11 +116,11 @@ public:
     virtual ResponseInfo<SetClient> setSir(unsigned long const& sir) const;
     // Reads the SIR.
     virtual ResponseInfo<GetClient> getSir(unsigned long& sir) const;
-    // Sets the total SIR: SIRTOTAL_MIN to SIRTOTAL_MAX, in steps of SIRTOTAL_STEP.
+    // Sets the total SIR: SIRTOTAL_MIN..SIRTOTAL_MAX step SIRTOTAL_STEP.
     virtual ResponseInfo<SetClient> setSirTotal(unsigned long const& sirTotal) const;
     // Reads the total SIR.
     virtual ResponseInfo<GetClient> getSirTotal(unsigned long& sirTotal) const;
-    // Sets the committed information rate (CIR): CIR_MIN to CIR_MAX, in steps of CIR_STEP.
+    // Sets the committed information rate (CIR): CIR_MIN..CIR_MAX step CIR_STEP.
     virtual ResponseInfo<SetClient> setCir(unsigned long const& cir) const;
     // Reads the committed information rate (CIR).
     virtual ResponseInfo<GetClient> getCir(unsigned long& cir) const;

@@ -126,12 +126,12 @@ public:
     virtual InterfaceAssignmentType getInterfaceAssignment() const;
     // Reads the type of the link.
     virtual EthernetLinkType getEthernetLinkType() const;
-    // Sets the packet size, PACKETSIZE_MIN to PACKETSIZE_MAX.
+    // Sets the packet size: PACKETSIZE_MIN..PACKETSIZE_MAX.
     virtual void setPacketSize(long const& size) const;
     // Sets the accepted frame types.
     virtual void setAccFrameType(AccFrameType const& type) const;
-    // Sets the shaped bandwidth: SHAPED_BW_MIN to SHAPED_BW_MAX, on a gigabit link SHAPED_BW_MAX_GE, in steps of
-    // SHAPED_BW_STEP.
+    // Sets the shaped bandwidth: SHAPED_BW_MIN..SHAPED_BW_MAX_GE step SHAPED_BW_STEP; SHAPED_BW_MAX is the upper bound
+    // where the link is no gigabit link.
     virtual void setShapedBw(long const& bandwidth) const;
     // Sets the transmission mode.
     virtual void setTransmissionMode(TransmissionMode const& mode) const;
@@ -141,9 +141,9 @@ public:
     virtual void setSpeedAndDuplex(SpeedAndDuplexType const& setting) const;
     // Sets what the link is assigned to.
     virtual void setInterfaceAssignment(InterfaceAssignmentType const& assignment) const;
-    // Attaches VLAN tags to the link.
+    // Attaches VLAN tags to the link: as VlanIfNetClient::setVlanId().
     virtual void attachVlanTags(TipprmiSequence<unsigned short> const& tags) const;
-    // Detaches VLAN tags from the link.
+    // Detaches VLAN tags from the link: as VlanIfNetClient::setVlanId().
     virtual void detachVlanTags(TipprmiSequence<unsigned short> const& tags) const;
 };
 

@@ -32,7 +32,7 @@ public:
     // The identifier of an interface's BFD object.
     static std::string const IFNET_BFD_IP_IUB_OID;
 
-    // The timer set: values in the ranges of BFDTI and BFDTF; the server decides which is which.
+    // The timer set, intervals and a factor; the server decides which is which.
     struct BfdTimer {
         long value1;
         long value2;
@@ -77,7 +77,7 @@ public:
     virtual ResponseInfo<SetClient> setBfdAdminUp2(bool const& up) const;
     // Reads the timer set.
     virtual ResponseInfo<GetClient> getBfdTimer(BfdTimer& timer) const;
-    // Sets the timer set.
+    // Sets the timer set, of which each is 0 or BFDTF_MIN..BFDTF_MAX or BFDTI_MIN..BFDTI_MAX step BFDTI_STEP.
     virtual ResponseInfo<SetClient> setBfdTimer(BfdTimer const& timer) const;
 };
 

@@ -54,11 +54,11 @@ public:
     virtual ResponseInfo<GetClient> getUnitNumber(short& number) const;
     // Reads the maximum transmission unit (MTU).
     virtual ResponseInfo<GetClient> getMtu(long& mtu) const;
-    // Sets the MTU.
+    // Sets the MTU, in octets: 68..65535 (RFC 791).
     virtual ResponseInfo<SetClient> setMtu(long const& mtu) const;
     // Reads the internal MTU, a second one beside that of getMtu().
     virtual ResponseInfo<GetClient> getInternalMtu(long& mtu) const;
-    // Sets the internal MTU.
+    // Sets the internal MTU: as setMtu().
     virtual ResponseInfo<SetClient> setInternalMtu(long const& mtu) const;
     // Reads the interface flags: IFF__ bits.
     virtual ResponseInfo<GetClient> getFlags(unsigned short& flags) const;

@@ -6,7 +6,7 @@
 // Named after the operations of IfNetClient. Proxies only send it; which of the two discard switches is which, the
 // server decides.
 struct IfNetCreateParam {
-    long mtu;
+    long mtu;             // as IfNetClient::setMtu()
     unsigned short flags; // IfNetClient::IFF__ bits
     bool discardPrivate;
     bool discardPublic;

@@ -210,7 +210,7 @@ public:
     virtual ResponseInfo<GetClient> getSgwIpAddress(TipprmiArray<short, 4>& address) const;
     // Reads the node's maximum transmission unit (MTU).
     virtual ResponseInfo<GetClient> getMtu(long& mtu) const;
-    // Sets the node's MTU.
+    // Sets the node's MTU: as IfNetClient::setMtu().
     virtual ResponseInfo<SetClient> setMtu(long const& mtu) const;
     // Reads whether the data communication network (DCN) is available.
     virtual ResponseInfo<GetClient> getDcnAvailable(bool& available) const;

@@ -42,7 +42,7 @@ public:
     // The configuration of one route.
     struct IpRouteEntryCfg {
         TipprmiArray<short, 4> destination;
-        TipprmiArray<short, 4> netmask; // of the destination
+        TipprmiArray<short, 4> netmask; // contiguous netmask of the destination
         TipprmiArray<short, 4> gateway;
     };
     // The type of a route; the server decides what the values mean.
@@ -53,7 +53,7 @@ public:
     // address4 mean.
     struct IpRoute {
         TipprmiArray<short, 4> destination;
-        TipprmiArray<short, 4> netmask; // of the destination
+        TipprmiArray<short, 4> netmask; // contiguous netmask of the destination
         unsigned long auxLong;
         unsigned short flags; // RTF__ bits
         short auxShort;

@@ -57,7 +57,7 @@ public:
     virtual ResponseInfo<RunClient> deleteNtpServer(TipprmiArray<short, 4> const& address) const;
     // Reads the daemon's list of servers.
     virtual ResponseInfo<GetClient> getNtpDaemon(TipprmiSequence<NtpServer>& servers) const;
-    // Sets the daemon's list of servers.
+    // Sets the daemon's list of servers: 0..MAX_NTPSERVERS entries.
     virtual ResponseInfo<SetClient> setNtpDaemon(TipprmiSequence<NtpServer> const& servers) const;
 };
 

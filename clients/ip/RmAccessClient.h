@@ -91,8 +91,8 @@ public:
     // The port part of an endpoint: a range and a list of single ports, both of which always travel.
     struct Port {
         PortType type;
-        PortRange range;
-        TipprmiSequence<unsigned long> ports;
+        PortRange range;                      // 0..65535 (RFC 768, RFC 9293)
+        TipprmiSequence<unsigned long> ports; // 0..65535, likewise
     };
     // One interface label; the server decides what the number means.
     struct InterfaceLabel {

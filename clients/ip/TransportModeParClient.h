@@ -54,19 +54,19 @@ public:
 
     // Reads the lowest UDP port.
     virtual ResponseInfo<GetClient> getMinUdpPort(unsigned long& port) const;
-    // Sets the lowest UDP port: MIN_UDP_PORT_MIN to MIN_UDP_PORT_MAX.
+    // Sets the lowest UDP port: MIN_UDP_PORT_MIN..MIN_UDP_PORT_MAX.
     virtual ResponseInfo<SetClient> setMinUdpPort(unsigned long const& port) const;
     // Reads the lowest SCTP port.
     virtual ResponseInfo<GetClient> getMinSctpPort(unsigned long& port) const;
-    // Sets the lowest SCTP port: MIN_SCTP_PORT_MIN to MIN_SCTP_PORT_MAX.
+    // Sets the lowest SCTP port: MIN_SCTP_PORT_MIN..MIN_SCTP_PORT_MAX.
     virtual ResponseInfo<SetClient> setMinSctpPort(unsigned long const& port) const;
     // Reads the committed bit rate of connection admission control (CAC).
     virtual ResponseInfo<GetClient> getCacCommittedBitRate(unsigned long& rate) const;
-    // Sets the committed bit rate of CAC: CAC_COMMITED_BITRATE_MIN to CAC_COMMITED_BITRATE_MAX.
+    // Sets the committed bit rate of CAC: CAC_COMMITED_BITRATE_MIN..CAC_COMMITED_BITRATE_MAX.
     virtual ResponseInfo<SetClient> setCacCommittedBitRate(unsigned long const& rate) const;
     // Reads the allocation of the shared IP address.
     virtual ResponseInfo<GetClient> getSharedIpAllocation(unsigned long& allocation) const;
-    // Sets the allocation of the shared IP address: SHARED_IP_ALLOCATION_MIN to SHARED_IP_ALLOCATION_MAX.
+    // Sets the allocation of the shared IP address: SHARED_IP_ALLOCATION_MIN..SHARED_IP_ALLOCATION_MAX.
     virtual ResponseInfo<SetClient> setSharedIpAllocation(unsigned long const& allocation) const;
     // Reads the release timer of the shared allocation; ends in IPallocation, unlike getSharedIpAllocation().
     virtual ResponseInfo<GetClient> getReleaseTimerForSharedIPallocation(unsigned long& timer) const;
@@ -74,11 +74,11 @@ public:
     virtual ResponseInfo<SetClient> setReleaseTimerForSharedIPallocation(unsigned long const& timer) const;
     // Reads the committed bit rate of the data communication network (DCN).
     virtual ResponseInfo<GetClient> getDcnCommittedBitRate(unsigned long& rate) const;
-    // Sets the committed bit rate of the DCN: DCN_COMMITTED_BITRATE_MIN to DCN_COMMITTED_BITRATE_MAX.
+    // Sets the committed bit rate of the DCN: DCN_COMMITTED_BITRATE_MIN..DCN_COMMITTED_BITRATE_MAX.
     virtual ResponseInfo<SetClient> setDcnCommittedBitRate(unsigned long const& rate) const;
     // Reads the committed bit rate of signalling.
     virtual ResponseInfo<GetClient> getSignallingCommittedBitRate(unsigned long& rate) const;
-    // Sets the committed bit rate of signalling: SIGNALLING_COMMITTED_BITRATE_MIN to SIGNALLING_COMMITTED_BITRATE_MAX.
+    // Sets the committed bit rate of signalling: SIGNALLING_COMMITTED_BITRATE_MIN..SIGNALLING_COMMITTED_BITRATE_MAX.
     virtual ResponseInfo<SetClient> setSignallingCommittedBitRate(unsigned long const& rate) const;
     // Reads the external address of NAT.
     virtual ResponseInfo<GetClient> getExternalNatIpAddress(TipprmiArray<short, 4>& address) const;
@@ -90,7 +90,7 @@ public:
     virtual ResponseInfo<SetClient> setFarEndSctpIpAddress(TipprmiArray<short, 4> const& address) const;
     // Reads the mask of the far end's SCTP subnet.
     virtual ResponseInfo<GetClient> getFarEndSctpSubnetMask(TipprmiArray<short, 4>& mask) const;
-    // Sets the mask of the far end's SCTP subnet.
+    // Sets the mask of the far end's SCTP subnet, a contiguous netmask.
     virtual ResponseInfo<SetClient> setFarEndSctpSubnetMask(TipprmiArray<short, 4> const& mask) const;
     // Reads the SCTP address in use.
     virtual ResponseInfo<GetClient> getCurrentSctpIpAddress(TipprmiArray<short, 4>& address) const;

@@ -57,32 +57,32 @@ public:
         TipprmiArray<short, 4> bfdDestAddress2;
         unsigned short bfdSourceUdpPort;
         IfNetBfdIpIubClient::BfdTypePort bfdTypeUdpPort;
-        IfNetBfdIpIubClient::BfdTimer bfdTimer;
+        IfNetBfdIpIubClient::BfdTimer bfdTimer; // as IfNetBfdIpIubClient::setBfdTimer()
     };
     // What a VLAN interface is created from, named after the operations below. Proxies only send it; which of the
     // unsigned long values is which, the server decides.
     struct VlanIfNetCreateParams {
-        unsigned short vlanId;
-        unsigned long committedInfoRate;
-        unsigned long sir;
+        unsigned short vlanId;           // as setVlanId()
+        unsigned long committedInfoRate; // as setCommittedInfoRate()
+        unsigned long sir;               // as setSIR()
         bool vlanShapingEnabled;
         IpAddressInfo ipAddressInfo;
-        unsigned long shaperBurstSize;
+        unsigned long shaperBurstSize; // 0 or SBS_MIN..SBS_MAX step SBS_STEP; 0 where the VLAN is not shaped
         BfdInfo bfdInfo;
         unsigned long vlanInstanceId;
         bool qosEnabled;
         bool cesopsn;
     };
 
-    // Sets the VLAN identifier.
+    // Sets the VLAN identifier: 1..4094 (IEEE 802.1Q).
     virtual ResponseInfo<SetClient> setVlanId(unsigned short const& vlanId) const;
     // Reads the VLAN identifier.
     virtual ResponseInfo<GetClient> getVlanId(unsigned short& vlanId) const;
-    // Sets the committed information rate (CIR): CIR_MIN to CIR_MAX, in steps of CIR_STEP.
+    // Sets the committed information rate (CIR): CIR_MIN..CIR_MAX step CIR_STEP.
     virtual ResponseInfo<SetClient> setCommittedInfoRate(unsigned long const& rate) const;
     // Reads the committed information rate.
     virtual ResponseInfo<GetClient> getCommittedInfoRate(unsigned long& rate) const;
-    // Sets the SIR: SIR_MIN to SIR_MAX, in steps of SIR_STEP. Spelled in capitals, unlike EthIfNetClient::setSir().
+    // Sets the SIR: SIR_MIN..SIR_MAX step SIR_STEP. Spelled in capitals, unlike EthIfNetClient::setSir().
     virtual ResponseInfo<SetClient> setSIR(unsigned long const& sir) const;
     // Reads the SIR. Spelled in capitals as well.
     virtual ResponseInfo<GetClient> getSIR(unsigned long& sir) const;
@@ -94,7 +94,7 @@ public:
     virtual ResponseInfo<SetClient> setIpAddressInfo(IpAddressInfo const& info) const;
     // Reads the addresses.
     virtual ResponseInfo<GetClient> getIpAddressInfo(IpAddressInfo& info) const;
-    // Sets the shaper burst size (SBS): SBS_MIN to SBS_MAX, in steps of SBS_STEP.
+    // Sets the shaper burst size (SBS): SBS_MIN..SBS_MAX step SBS_STEP.
     virtual ResponseInfo<SetClient> setShaperBurstSize(unsigned long const& size) const;
     // Reads the shaper burst size.
     virtual ResponseInfo<GetClient> getShaperBurstSize(unsigned long& size) const;

@@ -30,8 +30,8 @@ public:
 
     // Where the traffic of one type goes.
     struct VlanMapEntryType {
-        unsigned short vlanId;
-        IfNetClient ifNet; // may be unbound
+        unsigned short vlanId; // as EthIfNetClient::setVlanId()
+        IfNetClient ifNet;     // may be unbound
     };
 
     // Sets all entries.

@@ -40,13 +40,13 @@ public:
 
     // Reads the administrative state object; unbound when the call fails.
     virtual AdminStateClient getAdminState() const;
-    // Reads the operational state, ENABLED or DISABLED; 0 when the call fails.
+    // Reads the operational state, one of ENABLED..DISABLED; 0 when the call fails.
     virtual long getOperState() const;
     // Reads the working state; false when the call fails.
     virtual bool getWorkingState() const;
     // Reads the group that the conditions of this object belong to; unbound when the call fails.
     virtual FaultServiceClient getConditionGrp() const;
-    // Sets the operational state, ENABLED or DISABLED.
+    // Sets the operational state, one of ENABLED..DISABLED.
     virtual void setOperState(long const& state) const;
     // Sets the working state.
     virtual void setWorkingState(bool const& working) const;

@@ -36,11 +36,11 @@ public:
 
     // Reads the label for the network management agent (NMA).
     virtual std::string getNmaLabel() const;
-    // Sets the NMA label, at most MAX_NMA_LABEL characters long; the proxy does not check that.
+    // Sets the NMA label: 0..MAX_NMA_LABEL characters; the proxy does not check that.
     virtual ResponseInfo<SetClient> setNmaLabel(std::string const& label) const;
-    // Reads the AAL mode, ASSURED_MESSAGE to UNASSURED_STREAMING.
+    // Reads the AAL mode, one of ASSURED_MESSAGE..UNASSURED_STREAMING.
     virtual long getAalMode() const;
-    // Reads the SSCS type, SSCS_NULL to HDLC.
+    // Reads the SSCS type, one of SSCS_NULL..HDLC.
     virtual long getSscsType() const;
     // Reads the largest CPCS PDU in the forward direction, in octets.
     virtual long getMaxCpcsPduOctetNumberForward() const;

@@ -23,7 +23,7 @@ public:
     static constexpr int RECOVERABLE = 0;
     static constexpr int NONRECOVERABLE = 1;
 
-    // Reads the recovery type, RECOVERABLE or NONRECOVERABLE.
+    // Reads the recovery type, one of RECOVERABLE..NONRECOVERABLE.
     virtual long getRecoveryType() const;
     // Reads the redline flag; what it means, the server decides.
     virtual bool getRedline() const;

@@ -48,26 +48,26 @@ public:
 
     // All parameters of a descriptor, each named after the operation that reads it. Proxies only send it.
     struct InitValues {
-        unsigned long serviceCat;
-        unsigned long conformanceDefinition;
-        unsigned long egressPeakCellRateClp0_1;
-        unsigned long egressPeakCellRateClp0;
-        unsigned long ingressPeakCellRateClp0_1;
-        unsigned long ingressPeakCellRateClp0;
-        unsigned long egressMinDesiredCellRateClp0_1;
-        unsigned long egressMinDesiredCellRateClp0;
-        unsigned long ingressMinDesiredCellRateClp0_1;
-        unsigned long ingressMinDesiredCellRateClp0;
-        unsigned long egressClrClp0_1;
-        unsigned long egressClrClp0;
-        unsigned long ingressClrClp0_1;
-        unsigned long ingressClrClp0;
-        unsigned long egressCdvTolerancePcrClp0_1;
-        unsigned long egressCdvTolerancePcrClp0;
-        unsigned long ingressCdvTolerancePcrClp0_1;
-        unsigned long ingressCdvTolerancePcrClp0;
-        unsigned long egressUbrShare;
-        unsigned long ingressUbrShare;
+        unsigned long serviceCat;                      // as setServiceCat()
+        unsigned long conformanceDefinition;           // as setConformanceDefinition()
+        unsigned long egressPeakCellRateClp0_1;        // as setEgressPeakCellRateClp0_1()
+        unsigned long egressPeakCellRateClp0;          // as setEgressPeakCellRateClp0()
+        unsigned long ingressPeakCellRateClp0_1;       // as setIngressPeakCellRateClp0_1()
+        unsigned long ingressPeakCellRateClp0;         // as setIngressPeakCellRateClp0()
+        unsigned long egressMinDesiredCellRateClp0_1;  // as setEgressMinDesiredCellRateClp0_1()
+        unsigned long egressMinDesiredCellRateClp0;    // as setEgressMinDesiredCellRateClp0()
+        unsigned long ingressMinDesiredCellRateClp0_1; // as setIngressMinDesiredCellRateClp0_1()
+        unsigned long ingressMinDesiredCellRateClp0;   // as setIngressMinDesiredCellRateClp0()
+        unsigned long egressClrClp0_1;                 // as setEgressClrClp0_1()
+        unsigned long egressClrClp0;                   // as setEgressClrClp0()
+        unsigned long ingressClrClp0_1;                // as setIngressClrClp0_1()
+        unsigned long ingressClrClp0;                  // as setIngressClrClp0()
+        unsigned long egressCdvTolerancePcrClp0_1;     // as setEgressCdvTolerancePcrClp0_1()
+        unsigned long egressCdvTolerancePcrClp0;       // as setEgressCdvTolerancePcrClp0()
+        unsigned long ingressCdvTolerancePcrClp0_1;    // as setIngressCdvTolerancePcrClp0_1()
+        unsigned long ingressCdvTolerancePcrClp0;      // as setIngressCdvTolerancePcrClp0()
+        unsigned long egressUbrShare;                  // as setEgressUbrShare()
+        unsigned long ingressUbrShare;                 // as setIngressUbrShare()
         std::string userLabel;
         std::string nmaLabel;
     };
@@ -128,41 +128,57 @@ public:
     virtual ResponseInfo<SetClient> setServiceCat(unsigned long const& category) const;
     // Sets the conformance definition: a CD_ constant.
     virtual ResponseInfo<SetClient> setConformanceDefinition(unsigned long const& definition) const;
-    // Sets the egress peak cell rate of all cells, in cells per second.
+    // Sets the egress peak cell rate of all cells, in cells per second:
+    // MINIMUM_CELLRATE_IN_CELLS_PER_SEC..MAXIMUM_CELLRATE_IN_CELLS_PER_SEC.
     virtual ResponseInfo<SetClient> setEgressPeakCellRateClp0_1(unsigned long const& rate) const;
-    // Sets the egress peak cell rate of high-priority cells, in cells per second.
+    // Sets the egress peak cell rate of high-priority cells, in cells per second:
+    // MINIMUM_CELLRATE_IN_CELLS_PER_SEC..MAXIMUM_CELLRATE_IN_CELLS_PER_SEC.
     virtual ResponseInfo<SetClient> setEgressPeakCellRateClp0(unsigned long const& rate) const;
-    // Sets the ingress peak cell rate of all cells, in cells per second.
+    // Sets the ingress peak cell rate of all cells, in cells per second:
+    // MINIMUM_CELLRATE_IN_CELLS_PER_SEC..MAXIMUM_CELLRATE_IN_CELLS_PER_SEC.
     virtual ResponseInfo<SetClient> setIngressPeakCellRateClp0_1(unsigned long const& rate) const;
-    // Sets the ingress peak cell rate of high-priority cells, in cells per second.
+    // Sets the ingress peak cell rate of high-priority cells, in cells per second:
+    // MINIMUM_CELLRATE_IN_CELLS_PER_SEC..MAXIMUM_CELLRATE_IN_CELLS_PER_SEC.
     virtual ResponseInfo<SetClient> setIngressPeakCellRateClp0(unsigned long const& rate) const;
-    // Sets the egress minimum desired cell rate of all cells, in cells per second.
+    // Sets the egress minimum desired cell rate of all cells, in cells per second:
+    // MINIMUM_CELLRATE_IN_CELLS_PER_SEC..MAXIMUM_CELLRATE_IN_CELLS_PER_SEC.
     virtual ResponseInfo<SetClient> setEgressMinDesiredCellRateClp0_1(unsigned long const& rate) const;
-    // Sets the egress minimum desired cell rate of high-priority cells, in cells per second.
+    // Sets the egress minimum desired cell rate of high-priority cells, in cells per second:
+    // MINIMUM_CELLRATE_IN_CELLS_PER_SEC..MAXIMUM_CELLRATE_IN_CELLS_PER_SEC.
     virtual ResponseInfo<SetClient> setEgressMinDesiredCellRateClp0(unsigned long const& rate) const;
-    // Sets the ingress minimum desired cell rate of all cells, in cells per second.
+    // Sets the ingress minimum desired cell rate of all cells, in cells per second:
+    // MINIMUM_CELLRATE_IN_CELLS_PER_SEC..MAXIMUM_CELLRATE_IN_CELLS_PER_SEC.
     virtual ResponseInfo<SetClient> setIngressMinDesiredCellRateClp0_1(unsigned long const& rate) const;
-    // Sets the ingress minimum desired cell rate of high-priority cells, in cells per second.
+    // Sets the ingress minimum desired cell rate of high-priority cells, in cells per second:
+    // MINIMUM_CELLRATE_IN_CELLS_PER_SEC..MAXIMUM_CELLRATE_IN_CELLS_PER_SEC.
     virtual ResponseInfo<SetClient> setIngressMinDesiredCellRateClp0(unsigned long const& rate) const;
-    // Sets the egress cell loss ratio exponent of all cells.
+    // Sets the egress cell loss ratio exponent of all cells:
+    // MINIMUM_CELL_LOSS_RATIO_EXPONENT..MAXIMUM_CELL_LOSS_RATIO_EXPONENT.
     virtual ResponseInfo<SetClient> setEgressClrClp0_1(unsigned long const& exponent) const;
-    // Sets the egress cell loss ratio exponent of high-priority cells.
+    // Sets the egress cell loss ratio exponent of high-priority cells:
+    // MINIMUM_CELL_LOSS_RATIO_EXPONENT..MAXIMUM_CELL_LOSS_RATIO_EXPONENT.
     virtual ResponseInfo<SetClient> setEgressClrClp0(unsigned long const& exponent) const;
-    // Sets the ingress cell loss ratio exponent of all cells.
+    // Sets the ingress cell loss ratio exponent of all cells:
+    // MINIMUM_CELL_LOSS_RATIO_EXPONENT..MAXIMUM_CELL_LOSS_RATIO_EXPONENT.
     virtual ResponseInfo<SetClient> setIngressClrClp0_1(unsigned long const& exponent) const;
-    // Sets the ingress cell loss ratio exponent of high-priority cells.
+    // Sets the ingress cell loss ratio exponent of high-priority cells:
+    // MINIMUM_CELL_LOSS_RATIO_EXPONENT..MAXIMUM_CELL_LOSS_RATIO_EXPONENT.
     virtual ResponseInfo<SetClient> setIngressClrClp0(unsigned long const& exponent) const;
-    // Sets the egress cell delay variation tolerance of the peak cell rate of all cells, in microseconds.
+    // Sets the egress cell delay variation tolerance of the peak cell rate of all cells, in microseconds:
+    // MINIMUM_CELL_DELAY_VARIATION_IN_MICRO_SEC..MAXIMUM_CELL_DELAY_VARIATION_IN_MICRO_SEC.
     virtual ResponseInfo<SetClient> setEgressCdvTolerancePcrClp0_1(unsigned long const& tolerance) const;
-    // Sets the egress cell delay variation tolerance of the peak cell rate of high-priority cells, in microseconds.
+    // Sets the egress cell delay variation tolerance of the peak cell rate of high-priority cells, in microseconds:
+    // MINIMUM_CELL_DELAY_VARIATION_IN_MICRO_SEC..MAXIMUM_CELL_DELAY_VARIATION_IN_MICRO_SEC.
     virtual ResponseInfo<SetClient> setEgressCdvTolerancePcrClp0(unsigned long const& tolerance) const;
-    // Sets the ingress cell delay variation tolerance of the peak cell rate of all cells, in microseconds.
+    // Sets the ingress cell delay variation tolerance of the peak cell rate of all cells, in microseconds:
+    // MINIMUM_CELL_DELAY_VARIATION_IN_MICRO_SEC..MAXIMUM_CELL_DELAY_VARIATION_IN_MICRO_SEC.
     virtual ResponseInfo<SetClient> setIngressCdvTolerancePcrClp0_1(unsigned long const& tolerance) const;
-    // Sets the ingress cell delay variation tolerance of the peak cell rate of high-priority cells, in microseconds.
+    // Sets the ingress cell delay variation tolerance of the peak cell rate of high-priority cells, in microseconds:
+    // MINIMUM_CELL_DELAY_VARIATION_IN_MICRO_SEC..MAXIMUM_CELL_DELAY_VARIATION_IN_MICRO_SEC.
     virtual ResponseInfo<SetClient> setIngressCdvTolerancePcrClp0(unsigned long const& tolerance) const;
-    // Sets the egress UBR share.
+    // Sets the egress UBR share: MINIMUM_UBR_SHARE..MAXIMUM_UBR_SHARE.
     virtual ResponseInfo<SetClient> setEgressUbrShare(unsigned long const& share) const;
-    // Sets the ingress UBR share.
+    // Sets the ingress UBR share: MINIMUM_UBR_SHARE..MAXIMUM_UBR_SHARE.
     virtual ResponseInfo<SetClient> setIngressUbrShare(unsigned long const& share) const;
     // Adds a reference to the descriptor. The count that the server answers.
     virtual unsigned long internalAddReference() const;

@@ -32,9 +32,9 @@ public:
 
     // Reads the maximum receive unit (MRU), in octets.
     virtual short getMruSize() const;
-    // Reads the kind of authentication, AUTHENTICATION_PROTOCOL_NONE to AUTHENTICATION_PROTOCOL_HANDSHAKE.
+    // Reads the kind of authentication, an AUTHENTICATION_PROTOCOL_ constant.
     virtual short getAuthentication() const;
-    // Reads the length of the FCS, FCS0 to FCS32.
+    // Reads the length of the FCS, one of FCS0..FCS32.
     virtual short getFcsFieldLength() const;
     // Reads whether the MRU is negotiated.
     virtual bool getMruSizeNegotiationOn() const;

@@ -55,7 +55,7 @@ public:
     virtual PdhInfoSeq discoverPdhSettings() const;
     // Sets the lines up.
     virtual void setPdhSettings(PdhInfoSeq const& settings) const;
-    // Reads the attribute object whose value is the path type, E1 to JT2.
+    // Reads the attribute object whose value is the path type, one of E1..JT2.
     virtual QelLongClient getPathType() const;
     // Reads the attribute object whose value is the framing mode of the path.
     virtual QelLongClient getPathFramingMode() const;

@@ -23,7 +23,7 @@ public:
     static ClientSpecificMetaObject oMeta;
     static TreflectMetaObject* staticMeta();
 
-    // Reads the attribute object whose value is the path type, as TransmissionPortClient and PdhUnitClient number it.
+    // Reads the attribute object whose value is the path type, as TransmissionPortClient::getPathType() tells it.
     virtual QelLongClient getPathType() const;
     // Reads the objects that have the interface reserved.
     virtual TipprmiSequence<ApplicationObjectClient> getReservationSeq() const;

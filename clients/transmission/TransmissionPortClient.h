@@ -52,15 +52,15 @@ public:
 
     // Reads the unit that the port belongs to: its proxy by value, despite the name.
     virtual TransmissionUnitClient getTransmissionUnitPtr() const;
-    // Reads the attribute object whose value is the path type, STM0 to JT2.
+    // Reads the attribute object whose value is the path type, one of STM0..JT2.
     virtual QelLongClient getPathType() const;
-    // Reads the synchronisation status value that the port sends.
+    // Reads the synchronisation status value that the port sends, as setSsmValueTx() sets it.
     virtual unsigned char getSsmValueTx() const;
-    // Reads the synchronisation status value that the port receives.
+    // Reads the synchronisation status value that the port receives, as setSsmValueRx() sets it.
     virtual unsigned char getSsmValueRx() const;
-    // Sets the synchronisation status value that the port sends.
+    // Sets the synchronisation status value that the port sends, one of SYNC_TRACE_UNKNOWN..SETS.
     virtual ResponseInfo<SetClient> setSsmValueTx(unsigned char const& value) const;
-    // Sets the synchronisation status value that the port receives.
+    // Sets the synchronisation status value that the port receives, as setSsmValueTx().
     virtual ResponseInfo<SetClient> setSsmValueRx(unsigned char const& value) const;
 };
 
