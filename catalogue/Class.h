@@ -48,7 +48,7 @@ struct Type {
 
     // As a signature has it: "long", "TipprmiSequence<IfNetClient::IpAddrInfo>".
     std::string text() const;
-    // What the header says of a record's field, when it names constants or a limit; else empty.
+    // What the header says behind a record's field; often nothing.
     std::string_view commentOf(std::string_view field) const;
 };
 

@@ -4,13 +4,14 @@
 #include "catalogue/Classes.inc" // made by classes.awk
 #undef HEADERS
 #include "broker/PrintableText.h"
+#include "catalogue/LimitNotation.h"
+#include "catalogue/LimitTable.h"
 
 #include <algorithm>
 #include <cctype>
 #include <charconv>
 #include <concepts>
 #include <functional>
-#include <map>
 #include <optional>
 
 namespace trs::catalogue {
@@ -123,85 +124,80 @@ std::optional<std::int64_t> numberOf(std::string_view text)
                                                                                      : std::nullopt;
 }
 
-// Constants that a comment says a number to be one of, or to be made of.
-struct Family {
-    std::vector<Constant const*> constants;
-    bool areBits = false;
-};
-
-// Those of a class that begin with a word such as "IFF__", before "bits" or "constant", or that a word names.
-Family familyIn(std::string_view comment, std::vector<std::string_view> const& classes)
+// Empty when the limit has no names for the number.
+std::string nameOf(std::int64_t number, Limit const& limit)
 {
-    Family family;
-    std::string_view last;
-    for (std::string_view rest = comment; !rest.empty();) {
-        std::size_t const length = std::min(rest.find_first_of(" ,.;"), rest.size());
-        std::string_view word = rest.substr(0, length);
-        rest.remove_prefix(std::min(length + 1, rest.size()));
-        std::size_t const scope = word.rfind("::");
-        std::string_view const owner = scope == std::string_view::npos ? "" : word.substr(0, scope);
-        word.remove_prefix(scope == std::string_view::npos ? 0 : scope + 2);
-        for (Constant const& each : allConstants()) {
-            bool const isOwned =
-                owner.empty() ? std::ranges::find(classes, each.className) != classes.end() : each.className == owner;
-            bool const isMeant =
-                each.name == word || (word.size() > 1 && word.ends_with('_') && each.name.starts_with(word));
-            if (isOwned && isMeant && each.value.is_number()) {
-                family.constants.push_back(&each);
-            }
-        }
-        family.areBits |= word == "bits" && last.ends_with('_');
-        last = word;
-    }
-    return family;
-}
-
-std::string nameOf(std::int64_t number, Family const& family)
-{
-    for (Constant const* const each : family.constants) {
-        if (each->value == number) {
-            return std::string(each->name);
+    for (NamedValue const& each : limit.names) {
+        if (each.value == number) {
+            return std::string(each.name);
         }
     }
     std::string names;
-    for (Constant const* const each : family.constants) {
-        auto const bit = each->value.get<std::int64_t>();
-        if (family.areBits && bit != 0 && (number & bit) == bit) {
-            names += (names.empty() ? "" : "|") + std::string(each->name);
+    for (NamedValue const& each : limit.names) {
+        auto const bit = each.value.is_number() ? each.value.get<std::int64_t>() : 0;
+        if (limit.kind == Limit::Kind::bits && bit != 0 && (number & bit) == bit) {
+            names += (names.empty() ? "" : "|") + std::string(each.name);
             number &= ~bit;
         }
     }
     return number == 0 ? names : std::string();
 }
 
-std::string_view commentOf(Place const& place)
+void nameNumbers(LimitedValue const& limited, Value& value)
 {
-    return place.record != nullptr ? place.record->commentOf(place.field) : std::string_view();
+    for (Limit const& limit : limited.limits) {
+        std::string const name = value.is_number_integer() ? nameOf(value.get<std::int64_t>(), limit) : std::string();
+        if (!name.empty()) {
+            value = name;
+        }
+    }
+    for (LimitedValue const& field : limited.fields) {
+        if (value.is_object() && value.contains(field.name)) {
+            nameNumbers(field, value[field.name]);
+        }
+    }
+    if (value.is_array() && !limited.element.empty()) {
+        for (Value& element : value) {
+            nameNumbers(limited.element.front(), element);
+        }
+    }
 }
 
-// The constant of that name which a number at that place may be; null when there is none.
-Constant const* find(Place const& place, Family const& family, std::string_view name)
+// The names that the comment of a field has for it.
+std::vector<NamedValue> namesAt(Place const& place)
+{
+    if (place.record == nullptr) {
+        return {};
+    }
+    std::string_view name = place.record->name;
+    StatedLimits const stated = readLimits(place.record->commentOf(place.field), splitScope(name, nullptr));
+    return stated.limits.empty() ? std::vector<NamedValue>() : stated.limits.front().limit.names;
+}
+
+// The number that a name stands for at that place.
+std::optional<std::int64_t> numberNamed(std::string_view name, Place const& place, std::vector<NamedValue> const& names)
 {
     for (std::string_view const className : place.classes) {
         Constant const* const found = find(className, name);
         if (found != nullptr && found->value.is_number()) {
-            return found;
+            return found->value.get<std::int64_t>();
         }
     }
-    auto const found = std::ranges::find(family.constants, name, &Constant::name);
-    return found != family.constants.end() ? *found : nullptr;
+    auto const found = std::ranges::find(names, name, &NamedValue::name);
+    return found != names.end() && found->value.is_number() ? std::optional(found->value.get<std::int64_t>())
+                                                            : numberOf(name);
 }
 
 // Why a word stands for no number at that place.
-std::string unknown(std::string_view word, Place const& place, Family const& family)
+std::string unknown(std::string_view word, Place const& place, std::vector<NamedValue> const& names)
 {
     std::string text = '\'' + printable(word) + "' is neither a number nor ";
-    if (family.constants.empty() || family.constants.size() > mostNamed) {
+    if (names.empty() || names.size() > mostNamed) {
         return text + "a constant of " + std::string(place.classes[0]);
     }
     text += "one of ";
-    for (Constant const* const each : family.constants) {
-        text += (each == family.constants.front() ? "" : ", ") + std::string(each->name);
+    for (NamedValue const& each : names) {
+        text += (&each == &names.front() ? "" : ", ") + std::string(each.name);
     }
     return text;
 }
@@ -213,13 +209,12 @@ std::string resolve(std::string const& text, Place const& place, Value& value)
     if (parts.size() == 1 && !isName(text)) {
         return {}; // a number, or what is told to be none
     }
-    Family const family = familyIn(commentOf(place), place.classes);
+    std::vector<NamedValue> const names = namesAt(place);
     std::int64_t bits = 0;
     for (std::string_view const part : parts) {
-        Constant const* const found = find(place, family, part);
-        std::optional<std::int64_t> const number = found != nullptr ? found->value.get<std::int64_t>() : numberOf(part);
+        std::optional<std::int64_t> const number = numberNamed(part, place, names);
         if (!number) {
-            return unknown(part, place, family);
+            return unknown(part, place, names);
         }
         bits |= *number;
     }
@@ -227,10 +222,10 @@ std::string resolve(std::string const& text, Place const& place, Value& value)
     return {};
 }
 
-std::vector<std::string_view> classesOf(Class const* type, Operation const& operation)
+std::vector<std::string_view> classesOf(Class const& type, Operation const& operation)
 {
     std::vector<std::string_view> classes;
-    addChain(type, classes);
+    addChain(&type, classes);
     addChain(findClass(operation.classId), classes);
     return classes;
 }
@@ -250,7 +245,7 @@ std::vector<Constant const*> constantsOf(Class const& type)
 
 std::string resolveConstants(Class const& type, Operation const& operation, Type const& parameter, Value& value)
 {
-    std::vector<std::string_view> const classes = classesOf(&type, operation);
+    std::vector<std::string_view> const classes = classesOf(type, operation);
     std::string wrong;
     forEachInteger(parameter, value, {nullptr, "", classes}, [&wrong](Value& integer, Place const& place) {
         if (wrong.empty() && integer.is_string()) {
@@ -262,26 +257,9 @@ std::string resolveConstants(Class const& type, Operation const& operation, Type
 
 void nameConstants(Operation const& operation, Value& values)
 {
-    std::vector<std::string_view> const classes = classesOf(nullptr, operation);
-    Family const ofOperation = familyIn(operation.comment(), classes);
-    auto const name = [&](Type const& type, Value& value) {
-        forEachInteger(type, value, {nullptr, "", classes}, [&](Value& integer, Place const& place) {
-            Family const family = place.field.empty() ? ofOperation : familyIn(commentOf(place), place.classes);
-            std::string const named =
-                integer.is_number_integer() ? nameOf(integer.get<std::int64_t>(), family) : std::string();
-            if (!named.empty()) {
-                integer = named;
-            }
-        });
-    };
-    if (operation.result != nullptr && values.contains("result")) {
-        name(*operation.result, values["result"]);
-    }
-    std::vector<std::string_view> const names = operation.parameterNames();
-    for (std::size_t i = 0; i < operation.parameters.size(); ++i) {
-        std::string const parameter(names[i]);
-        if (values.contains(parameter)) {
-            name(*operation.parameters[i].type, values[parameter]);
+    for (LimitedValue const& limited : limitedValues(operation)) {
+        if (values.contains(limited.name)) {
+            nameNumbers(limited, values[limited.name]);
         }
     }
 }

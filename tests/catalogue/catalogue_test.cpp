@@ -232,6 +232,9 @@ TEST(Constants, StandForTheirNumbers)
     EXPECT_EQ(named(*trs::catalogue::findClass("IpRoutingTable")->find("getIpRouteSequence"),
                     {{"routes", {{{"flags", 3}, {"other", 3}}}}}),
               Value({{{"flags", "RTF__UP|RTF__GATEWAY"}, {"other", 3}}}));
+    EXPECT_EQ(named(*trs::catalogue::findClass("Aal5Profile")->find("getAalMode"), {{"result", 1}}),
+              "ASSURED_STREAMING");
+    EXPECT_EQ(named(*trs::catalogue::findClass("EthIfNet")->find("setCir"), {{"cir", 0}}), 0) << "a bound is no name";
 }
 
 } // namespace
