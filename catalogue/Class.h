@@ -71,8 +71,6 @@ struct Operation {
     std::string_view comment() const;
     // "ResponseInfo<GetClient> getMtu(out long mtu)"
     std::string signature() const;
-    // Takes nothing, tells something, and has the name of an operation that changes nothing.
-    bool isReading() const;
 };
 
 struct Class {

@@ -102,17 +102,6 @@ std::string Operation::signature() const
     return text + ')';
 }
 
-bool Operation::isReading() const
-{
-    bool const takesNothing = std::none_of(parameters.begin(), parameters.end(), [](auto const& p) { return p.isIn; });
-    bool const tellsSomething = !parameters.empty() || (result != nullptr && result->kind != Type::Kind::status);
-    constexpr std::string_view prefixes[] = {"get", "is",       "has",     "Get",     "exist",
-                                             "to",  "disables", "permits", "retrieve"};
-    return takesNothing && tellsSomething && std::any_of(std::begin(prefixes), std::end(prefixes), [this](auto prefix) {
-               return name.starts_with(prefix);
-           });
-}
-
 Class const* Class::base() const { return findClass(baseName); }
 
 Operation const* Class::find(std::string_view operation) const

@@ -14,6 +14,10 @@ using Effect = ListRule::Effect;
 constexpr std::size_t mostElements = 1024;
 
 constexpr ListRule rules[] = {
+    {"ApplicationObjectClient", "isSupportedBy", Effect::insert, "getServiceProviders"},
+    {"ApplicationObjectClient", "isNoLongerSupportedBy", Effect::remove, "getServiceProviders"},
+    {"ApplicationObjectClient", "startSupportOf", Effect::insert, "getServiceConsumers"},
+    {"ApplicationObjectClient", "stopSupportOf", Effect::remove, "getServiceConsumers"},
     {"NtpAccessClient", "createNtpServer", Effect::insert, "getNtpServerSequence"},
     {"NtpAccessClient", "deleteNtpServer", Effect::remove, "getNtpServerSequence"},
     {"DhcpAccessClient", "createDhcpConfigurationEntry", Effect::insert, "getDhcpConfiguration"},

@@ -1,6 +1,7 @@
 #include "unit/Managed.h"
 
 #include "catalogue/Call.h"
+#include "catalogue/OperationKind.h"
 #include "clients/services/ConditionClient.h"
 #include "clients/transmission/AtmPersistentObjectClient.h"
 #include "platform/TipprmiStream.h"
@@ -41,8 +42,8 @@ void Managed::addFaults(Servant& servant, catalogue::Class const& type)
     std::vector<std::pair<unsigned long, unsigned long>> operations;
     for (catalogue::Operation const* const operation : type.operations()) {
         if (handsOutCondition(*operation)) {
-            constexpr std::string_view get = "get";
-            std::string const name(operation->name.substr(operation->name.starts_with(get) ? get.size() : 0));
+            std::string_view const subject = subjectOf(*operation);
+            std::string const name(subject.empty() ? operation->name : subject);
             kinds.push_back({name, std::string(operation->comment()), minor, name.starts_with("Down")});
             operations.emplace_back(operation->classId, operation->index);
         }

@@ -1,10 +1,10 @@
 #include "unit/Properties.h"
 
 #include "catalogue/ObjectName.h"
+#include "catalogue/OperationKind.h"
 #include "platform/TipprmiStream.h"
 #include "rmi/ApplicationObjectClient.h"
 #include "rmi/NameOf.h"
-#include "unit/OperationPairs.h"
 
 #include <algorithm>
 
@@ -13,6 +13,7 @@ namespace trs::sim {
 namespace {
 
 using catalogue::Operation;
+using catalogue::OperationKind;
 using catalogue::Type;
 using catalogue::Value;
 
@@ -117,7 +118,7 @@ Properties::Answer Properties::follow(ListRule const& rule, Operation const& ope
 {
     using Effect = ListRule::Effect;
     Operation const& subject = *type_.find(rule.subject);
-    bool const isRead = isReader(subject);
+    bool const isRead = kindOf(subject) == OperationKind::read;
     std::vector<Type const*> const types = typesOf(subject, false);
     auto const kept = kept_.find(keyOf(subject, {}));
     Value value = kept != kept_.end() ? kept->second.told.front() : isRead ? initial(*types.front()) : Value::array();
@@ -148,10 +149,14 @@ Properties::Answer Properties::carryOut(Operation const& operation, Values const
     if (ListRule const* const rule = ruleOf(operation)) {
         return follow(*rule, operation, arguments);
     }
-    if (isReader(operation)) {
+    switch (kindOf(operation)) {
+    case OperationKind::read:
         return {true, told(operation, arguments)};
+    case OperationKind::write:
+        return {set(operation, arguments), {}};
+    default:
+        return {false, {}};
     }
-    return {isSetter(operation) && set(operation, arguments), {}};
 }
 
 bool Properties::answer(unsigned long classId, unsigned long opIndex, TipprmiStream& request, TipprmiStream& reply)

@@ -13,7 +13,8 @@ class TipprmiStream;
 
 namespace trs::sim {
 
-// Answers every operation of a class by its name and shape (OperationPairs.h) and the rules on lists (ListRules.h):
+// Answers every operation of a class by its name and shape (catalogue/OperationKind.h) and the rules on lists
+// (ListRules.h):
 //   getX, isX, hasX   tell what the last setX with the same types was given, and with the same leading arguments, where
 //                     setX takes some that getX takes too
 //   object references that nobody set lead to the related objects of the inventory; everything else that nobody set

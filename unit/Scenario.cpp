@@ -6,11 +6,11 @@
 #include "catalogue/File.h"
 #include "catalogue/Json.h"
 #include "catalogue/ObjectName.h"
+#include "catalogue/OperationKind.h"
 #include "catalogue/Text.h"
 #include "unit/FaultPlan.h"
 #include "unit/Inventory.h"
 #include "unit/Managed.h"
-#include "unit/OperationPairs.h"
 #include "unit/Unit.h"
 
 #include <algorithm>
@@ -24,6 +24,7 @@ namespace {
 using catalogue::Class;
 using catalogue::ObjectName;
 using catalogue::Operation;
+using catalogue::OperationKind;
 using catalogue::Outcome;
 using catalogue::Type;
 using catalogue::Value;
@@ -102,7 +103,7 @@ Value save(Inventory::Entry const& entry)
 {
     Value object = Value::object();
     for (Operation const* const operation : entry.type->operations()) {
-        if (operation->isReading() && operation->name != elapsedTime) {
+        if (isPlainRead(*operation) && operation->name != elapsedTime) {
             Outcome const outcome = call(entry.id, *operation, {});
             if (outcome.kind == Outcome::Kind::done) {
                 object[std::string(operation->name)] = outcome.results;
@@ -120,7 +121,7 @@ Value save(Inventory::Entry const& entry)
         for (Properties::Kept const& kept : entry.managed->properties().all()) {
             if (!kept.arguments.empty()) {
                 keys[std::string(kept.operation->name)].push_back(kept.arguments);
-            } else if (!isReader(*kept.operation)) {
+            } else if (kindOf(*kept.operation) != OperationKind::read) {
                 object[std::string(kept.operation->name)] = kept.told;
             }
         }
@@ -180,7 +181,7 @@ private:
                 return inQuotes(name) + " is no operation of " + std::string(entry_.type->name);
             }
             std::string wrong;
-            if (!isReader(*operation) && !operation->isReading()) {
+            if (kindOf(*operation) != OperationKind::read) {
                 wrong = keep(*operation, told);
             } else if (typesOf(*operation, true).empty()) {
                 wrong = visit(*operation, {}, told);
@@ -247,7 +248,7 @@ private:
         for (Value const& value : results) {
             told.push_back(value);
         }
-        if (Operation const* const setter = setterOf(*entry_.type, operation)) {
+        if (Operation const* const setter = writerOf(*entry_.type, operation)) {
             Values all = arguments;
             all.insert(all.end(), told.begin(), told.end());
             call(entry_.id, *setter, all);
@@ -260,8 +261,7 @@ private:
     // One that takes just what the reader has as out-arguments, since what was asked for is in it.
     Operation const* setterOfOutArguments(Operation const& reader) const
     {
-        constexpr std::size_t prefix = 3; // of "get" as of "set"
-        Operation const* const setter = entry_.type->find("set" + std::string(reader.name.substr(prefix)));
+        Operation const* const setter = find(*entry_.type, subjectOf(reader), OperationKind::write);
         std::vector<Type const*> outs;
         for (catalogue::Parameter const& parameter : reader.parameters) {
             if (!parameter.isIn) {

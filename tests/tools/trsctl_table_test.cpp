@@ -84,6 +84,8 @@ TEST_F(TrsctlTable, CompletesWhatIsTyped)
     EXPECT_THAT(complete({"describe", "IfNet.getM"}), ElementsAre("IfNet.getMtu"));
     EXPECT_THAT(complete({"get", "IpNode", "getMt"}), ElementsAre("getMtu"));
     EXPECT_THAT(complete({"get", "IpNode", "mt"}), ElementsAre("mtu"));
+    EXPECT_THAT(complete({"get", "IpNode", "lm"}), ElementsAre("lmpIfNet"));
+    EXPECT_THAT(complete({"set", "HwmLed:x", ""}), ElementsAre("updateLedState", "ledState", "setLedName", "ledName"));
     EXPECT_THAT(complete({"set", "IpNode", "publicIp"}), testing::IsEmpty()) << "it is only read";
     EXPECT_THAT(complete({"call", "IpNode", "mt"}), testing::IsEmpty()) << "call takes an operation's own name";
     EXPECT_THAT(complete({"get", "Nothing:x", ""}), testing::IsEmpty());

@@ -62,6 +62,8 @@ TEST_F(Trsctl, TellsByItsExitCodeWhatCanBeDone)
         {{"get", "Nonsense:x", "mtu"}, 2, "'Nonsense' is no class"},
         {{"get", "x", "mtu"}, 2, "'x' is no object"},
         {{"get", "IpNode", "colour"}, 2, "'colour' is no operation of IpNodeClient"},
+        {{"get", "IpNode", "setMtu", "1"}, 2, "setMtu does not read anything; `trsctl call` calls any operation"},
+        {{"set", "IpNode", "resetIpConfig"}, 2, "resetIpConfig does not set anything"},
         {{"set", "IpNode", "mtu"}, 2, "mtu is missing\nResponseInfo<SetClient> setMtu(in long mtu)"},
         {{"set", "IpNode", "mtu", "1", "2"}, 2, "'2' is one argument too many"},
         {{"set", "IpNode", "mtu", "mtu=1", "mtu=2"}, 2, "'mtu=2' is given twice"},

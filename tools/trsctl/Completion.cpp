@@ -19,6 +19,7 @@ namespace {
 
 using catalogue::Class;
 using catalogue::ObjectName;
+using catalogue::OperationKind;
 using catalogue::Outcome;
 
 constexpr std::chrono::milliseconds patience{700}; // with a unit, altogether
@@ -76,7 +77,7 @@ public:
         TreflectHandlerState const running;
         for (bool goesOn = true; goesOn && !waiting_.empty() && found_.size() < mostCandidates; waiting_.pop_front()) {
             for (catalogue::Operation const* const operation : waiting_.front().type->operations()) {
-                goesOn = goesOn && (!operation->isReading() || follow(*operation));
+                goesOn = goesOn && (!isPlainRead(*operation) || follow(*operation));
             }
         }
         return std::move(found_);
@@ -134,32 +135,30 @@ std::vector<std::string> classes()
     return names;
 }
 
-std::vector<std::string> operationsOf(std::string const& object)
+std::vector<catalogue::Operation const*> operationsOf(std::string const& object)
 {
     ObjectName name;
     Class const* const type = ObjectName::parse(object, name).empty() ? catalogue::findClass(name.className) : nullptr;
+    return type != nullptr ? type->operations() : std::vector<catalogue::Operation const*>();
+}
+
+std::vector<std::string> namesOf(std::vector<catalogue::Operation const*> const& operations)
+{
     std::vector<std::string> names;
-    for (catalogue::Operation const* const each :
-         type != nullptr ? type->operations() : std::vector<catalogue::Operation const*>()) {
+    for (catalogue::Operation const* const each : operations) {
         names.emplace_back(each->name);
     }
     return names;
 }
 
-// Besides the operations what get and set call them by: mtu.
-std::vector<std::string> namesOf(std::string const& object, tools::Verb const& verb)
+// Those of a kind, and what get and set call them by: mtu.
+std::vector<std::string> namesOf(std::string const& object, OperationKind kind)
 {
-    std::vector<std::string> names = operationsOf(object);
-    for (std::size_t i = names.size(); i-- > 0;) {
-        for (std::string_view const prefix : {"get", "is", "has", "set"}) {
-            std::string const& name = names[i];
-            if ((prefix == "set") == (verb.name == "set") && name.size() > prefix.size() && name.starts_with(prefix) &&
-                std::isupper(static_cast<unsigned char>(name[prefix.size()])) != 0) {
-                std::string brief = name.substr(prefix.size());
-                brief.front() = static_cast<char>(std::tolower(static_cast<unsigned char>(brief.front())));
-                names.push_back(std::move(brief));
-                break;
-            }
+    std::vector<std::string> names;
+    for (catalogue::Operation const* const each : operationsOf(object)) {
+        if (kindOf(*each) == kind) {
+            names.emplace_back(each->name);
+            names.push_back(briefNameOf(*each));
         }
     }
     return names;
@@ -269,10 +268,10 @@ std::vector<std::string> candidates(Typed const& typed, std::string const& word,
     }
     std::string const object = typed.arguments.empty() ? "" : typed.arguments.front();
     if (place.name == "OPERATION") {
-        return operationsOf(object);
+        return namesOf(operationsOf(object));
     }
     if (place.name == "NAME") {
-        return namesOf(object, *typed.verb);
+        return namesOf(object, typed.verb->name == "set" ? OperationKind::write : OperationKind::read);
     }
     return place.name == "CLASS"               ? classes()
            : place.name == "CLASS[.OPERATION]" ? classesOrOperations(word)

@@ -141,7 +141,7 @@ std::optional<Clock::time_point> endOf(double seconds)
 Outcome whyUnreachable(Unit::Target const& target)
 {
     for (catalogue::Operation const* const operation : target.type->operations()) {
-        Outcome outcome = operation->isReading() ? catalogue::call(target.object, *operation, {}) : Outcome();
+        Outcome outcome = isPlainRead(*operation) ? catalogue::call(target.object, *operation, {}) : Outcome();
         if (outcome.kind == Outcome::Kind::failed) {
             return outcome;
         }
@@ -186,7 +186,8 @@ ExitCode readWords(Unit const& unit, NotificationWords const& words, Unit::Targe
     }
     if (operations.empty()) {
         operations = target.type->operations();
-        std::erase_if(operations, [](catalogue::Operation const* each) { return each->isReading(); });
+        std::erase_if(operations,
+                      [](catalogue::Operation const* each) { return kindOf(*each) == catalogue::OperationKind::read; });
     }
     return ExitCode::good;
 }
@@ -269,7 +270,7 @@ ExitCode wait(Unit const& unit, NotificationWords const& words)
     if (ExitCode const code = readWords(unit, words, target, operations, predicate); code != ExitCode::good) {
         return code;
     }
-    if (operations.front()->isReading()) {
+    if (isPlainRead(*operations.front())) {
         return poll(unit, target, *operations.front(), predicate, words.seconds);
     }
     ExitCode const code = follow(unit, target, operations, predicate, words);

@@ -85,7 +85,7 @@ private:
     {
         told = Value::object();
         for (catalogue::Operation const* const operation : target.type->operations()) {
-            if (!operation->isReading()) {
+            if (!isPlainRead(*operation)) {
                 continue;
             }
             Outcome outcome = catalogue::call(target.object, *operation, {});

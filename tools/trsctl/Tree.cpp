@@ -46,7 +46,7 @@ public:
         }
         TipprmiObjectClient const proxy{TipprmiOID(name.id)};
         for (catalogue::Operation const* const each : type->operations()) {
-            Outcome const outcome = each->isReading() ? catalogue::call(proxy, *each, {}) : Outcome();
+            Outcome const outcome = isPlainRead(*each) ? catalogue::call(proxy, *each, {}) : Outcome();
             if (outcome.kind != Outcome::Kind::done) {
                 continue;
             }
@@ -105,7 +105,7 @@ ExitCode Unit::tree(std::string const& object, int depth, bool isDot)
     }
     TreflectHandlerState const running;
     std::vector<catalogue::Operation const*> const all = target.type->operations();
-    auto const first = std::ranges::find_if(all, &catalogue::Operation::isReading);
+    auto const first = std::ranges::find_if(all, [](catalogue::Operation const* each) { return isPlainRead(*each); });
     if (first != all.end()) {
         Outcome const outcome = catalogue::call(target.object, **first, {});
         if (outcome.kind == Outcome::Kind::failed && exitCodeOf(outcome.failure) != ExitCode::noSuchOperation) {

@@ -8,7 +8,6 @@
 #include "tools/support/Progress.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstdio>
 #include <thread>
 
@@ -17,33 +16,10 @@ namespace trs::ctl {
 namespace {
 
 using catalogue::Class;
+using catalogue::OperationKind;
 using catalogue::Outcome;
 using catalogue::Type;
 using catalogue::Value;
-
-bool isSameName(std::string_view a, std::string_view b)
-{
-    return std::ranges::equal(
-        a, b, [](unsigned char one, unsigned char other) { return std::tolower(one) == std::tolower(other); });
-}
-
-// The operation of that name, or of one of the prefixes and that name, which may then begin with a small letter.
-catalogue::Operation const* find(Class const& type, std::string const& name, std::vector<std::string> const& prefixes)
-{
-    if (catalogue::Operation const* const exact = type.find(name)) {
-        return exact;
-    }
-    std::vector<catalogue::Operation const*> const all = type.operations();
-    for (std::string const& prefix : prefixes) {
-        auto const found = std::find_if(all.rbegin(), all.rend(), [&](catalogue::Operation const* candidate) {
-            return isSameName(candidate->name, prefix + name);
-        });
-        if (found != all.rend()) {
-            return *found;
-        }
-    }
-    return nullptr;
-}
 
 // The values of the in-parameters from "NAME=VALUE" and plain "VALUE" arguments. Empty, or what is wrong.
 std::string parseArguments(Class const& type, catalogue::Operation const& operation,
@@ -95,19 +71,6 @@ ExitCode complainOfArguments(catalogue::Operation const& operation, std::string 
     std::fprintf(stderr, "%s\n%s\n", wrong.c_str(), operation.signature().c_str());
     return ExitCode::usage;
 }
-
-catalogue::Operation const* findOrComplain(Class const& type, std::string const& name,
-                                           std::vector<std::string> const& prefixes)
-{
-    catalogue::Operation const* const operation = find(type, name, prefixes);
-    if (operation == nullptr) {
-        std::fprintf(stderr, "'%s' is no operation of %s; `trsctl list %s` tells them\n", printable(name).c_str(),
-                     std::string(type.name).c_str(), std::string(type.name).c_str());
-    }
-    return operation;
-}
-
-std::vector<std::string> const readingPrefixes{"get", "is", "has"};
 
 } // namespace
 
@@ -193,35 +156,49 @@ ExitCode Unit::carryOut(Target const& target, catalogue::Operation const& operat
     return ExitCode::good;
 }
 
-catalogue::Operation const* Unit::findOperation(Target const& target, std::string const& name)
+catalogue::Operation const* Unit::findOperation(Target const& target, std::string const& name, OperationKind kind)
 {
-    return findOrComplain(*target.type, name, readingPrefixes);
+    catalogue::Operation const* const operation = catalogue::find(*target.type, name, kind);
+    if (operation == nullptr) {
+        std::string const type(target.type->name);
+        std::fprintf(stderr, "'%s' is no operation of %s; `trsctl list %s` tells them\n", printable(name).c_str(),
+                     type.c_str(), type.c_str());
+    }
+    return operation;
 }
 
-ExitCode Unit::callByName(std::string const& object, std::string const& name, std::vector<std::string> const& prefixes,
-                          std::vector<std::string> const& arguments)
+ExitCode Unit::callOne(std::string const& object, std::string const& name, std::optional<OperationKind> kind,
+                       std::vector<std::string> const& arguments)
 {
     Target target;
     if (ExitCode const code = connect(object, target); code != ExitCode::good) {
         return code;
     }
-    catalogue::Operation const* const operation = findOrComplain(*target.type, name, prefixes);
-    return operation != nullptr ? carryOut(target, *operation, arguments) : ExitCode::usage;
+    catalogue::Operation const* const operation = findOperation(target, name, kind.value_or(OperationKind::execute));
+    if (operation == nullptr) {
+        return ExitCode::usage;
+    }
+    if (kind && kindOf(*operation) != *kind) {
+        std::fprintf(stderr, "%s does not %s anything; `trsctl call` calls any operation\n",
+                     std::string(operation->name).c_str(), *kind == OperationKind::read ? "read" : "set");
+        return ExitCode::usage;
+    }
+    return carryOut(target, *operation, arguments);
 }
 
 ExitCode Unit::get(std::string const& object, std::string const& name, std::vector<std::string> const& arguments)
 {
-    return callByName(object, name, readingPrefixes, arguments);
+    return callOne(object, name, OperationKind::read, arguments);
 }
 
 ExitCode Unit::set(std::string const& object, std::string const& name, std::vector<std::string> const& arguments)
 {
-    return callByName(object, name, {"set"}, arguments);
+    return callOne(object, name, OperationKind::write, arguments);
 }
 
 ExitCode Unit::call(std::string const& object, std::string const& name, std::vector<std::string> const& arguments)
 {
-    return callByName(object, name, {}, arguments);
+    return callOne(object, name, std::nullopt, arguments);
 }
 
 ExitCode Unit::walk(std::string const& object)
@@ -233,7 +210,7 @@ ExitCode Unit::walk(std::string const& object)
     TreflectHandlerState const running;
     Value results = Value::object();
     std::vector<catalogue::Operation const*> operations = target.type->operations();
-    std::erase_if(operations, [](catalogue::Operation const* each) { return !each->isReading(); });
+    std::erase_if(operations, [](catalogue::Operation const* each) { return !isPlainRead(*each); });
     tools::Progress progress("operations");
     for (catalogue::Operation const* const operation : operations) {
         progress.show(results.size(), operations.size());

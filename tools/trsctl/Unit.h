@@ -3,10 +3,12 @@
 
 #include "catalogue/Call.h"
 #include "catalogue/ObjectName.h"
+#include "catalogue/OperationKind.h"
 #include "tools/trsctl/ExitCode.h"
 #include "tools/trsctl/Output.h"
 
 #include <chrono>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -42,8 +44,9 @@ public:
     };
     // Makes the unit the one to ask, and waits for the object as long as the options say. What is wrong is said.
     ExitCode connect(std::string const& text, Target& target) const;
-    // The operation of that name, or of "get", "is" or "has" and that name. Null, and said, when there is none.
-    static catalogue::Operation const* findOperation(Target const& target, std::string const& name);
+    // The operation that is meant, as catalogue::find() finds it. Null, and said, when there is none.
+    static catalogue::Operation const* findOperation(Target const& target, std::string const& name,
+                                                     catalogue::OperationKind kind = catalogue::OperationKind::read);
     // The in-arguments of "NAME=VALUE" and plain "VALUE" words. What is wrong is said.
     static ExitCode readArguments(Target const& target, catalogue::Operation const& operation,
                                   std::vector<std::string> const& words, std::vector<catalogue::Value>& values);
@@ -57,8 +60,9 @@ public:
 private:
     ExitCode carryOut(Target const& target, catalogue::Operation const& operation,
                       std::vector<std::string> const& arguments);
-    ExitCode callByName(std::string const& object, std::string const& name, std::vector<std::string> const& prefixes,
-                        std::vector<std::string> const& arguments);
+    // One of that kind, or any one by its own name.
+    ExitCode callOne(std::string const& object, std::string const& name, std::optional<catalogue::OperationKind> kind,
+                     std::vector<std::string> const& arguments);
 
     Options options_;
 };
