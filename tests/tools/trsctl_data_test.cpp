@@ -87,6 +87,8 @@ TEST_F(TrsctlData, OfObjectsIsTheirNames)
     Value const scenario = {{"objects", {{"IpNode:IpNode", {{"getTransportIfNet", {{"ifNet", "EthIfNet:" + one}}}}}}}};
     EXPECT_EQ(output({"call", "Simulator", "applyScenario", "scenario=" + scenario.dump()}), "wrong \n");
     EXPECT_THAT(output({"tree"}), HasSubstr("\n  EthIfNet:" + shown("one") + "  (getTransportIfNet)\n"));
+    EXPECT_EQ(output({"complete", "--", "get", "EthIfNet:x"}), "") << "what a terminal obeys";
+    EXPECT_THAT(output({"complete", "--", "get", "EthIfNet:I"}), HasSubstr("EthIfNet:IfNet/Lmp\n"));
     Value const snapshot = Value::parse(output({"snapshot", "IpNode"}));
     EXPECT_TRUE(snapshot["objects"].contains("EthIfNet:" + one));
 }

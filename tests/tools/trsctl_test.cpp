@@ -144,6 +144,15 @@ TEST_F(Trsctl, ShowsTheTreeOfObjects)
     bool const hasLmp = std::any_of(json["children"].begin(), json["children"].end(),
                                     [](auto const& child) { return child["operation"] == "getLMPIfNet"; });
     EXPECT_TRUE(hasLmp);
+
+    // What is near enough by one way is shown, however long another one is.
+    EXPECT_THAT(output({"tree", "--depth", "5"}),
+                HasSubstr("AdminStatePolicy:HwmUnit-1/EthPort/Policy  (getPolicies)"));
+    sim.does("fault drop operation=NtpAccess.getTimeZone");
+    Result const silent = run({"--timeout", "100", "tree"});
+    EXPECT_EQ(silent.code, 5);
+    EXPECT_THAT(silent.error, StartsWith("NtpAccess:Access/Ntp getTimeZone at "));
+    EXPECT_THAT(silent.output, HasSubstr("\n  NtpAccess:Access/Ntp  (getNtpAccess)\n")) << "what was found is shown";
 }
 
 TEST_F(Trsctl, DescribesWithoutAUnit)

@@ -1,15 +1,13 @@
 // trsctl completion: what the shells complete.
 #include "tools/trsctl/Completion.h"
 
-#include "broker/Broker.h"
+#include "broker/PrintableText.h"
+#include "catalogue/Walk.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Console.h"
-#include "tools/trsctl/References.h"
 #include "tools/trsctl/Verbs.h"
 
 #include <algorithm>
-#include <cctype>
-#include <deque>
 #include <memory>
 #include <set>
 
@@ -20,7 +18,6 @@ namespace {
 using catalogue::Class;
 using catalogue::ObjectName;
 using catalogue::OperationKind;
-using catalogue::Outcome;
 
 constexpr std::chrono::milliseconds patience{700}; // with a unit, altogether
 constexpr std::size_t mostCandidates = 2000;
@@ -60,70 +57,29 @@ complete -c trsctl -f -a '(trsctl complete -- (commandline -opc)[2..-1] (command
 complete -c trsctl -F -n '__fish_seen_subcommand_from VERBS'
 )";
 
-// What is known of a unit's objects, begun with a well-known one.
-class Objects {
-public:
-    explicit Objects(Unit const& unit) : end_(Clock::now() + patience)
-    {
-        Unit::Target target;
-        if (unit.connect("IpNode", target) == ExitCode::good) {
-            waiting_.push_back(std::move(target));
-        }
-    }
-
-    // Follows what reading operations lead to, until something keeps this from its answer.
-    std::vector<std::string> find()
-    {
-        TreflectHandlerState const running;
-        for (bool goesOn = true; goesOn && !waiting_.empty() && found_.size() < mostCandidates; waiting_.pop_front()) {
-            for (catalogue::Operation const* const operation : waiting_.front().type->operations()) {
-                goesOn = goesOn && (!isPlainRead(*operation) || follow(*operation));
-            }
-        }
-        return std::move(found_);
-    }
-
-private:
-    using Clock = std::chrono::steady_clock;
-
-    // Whether there is time and reason to go on.
-    bool follow(catalogue::Operation const& operation)
-    {
-        auto const left = std::chrono::duration_cast<std::chrono::milliseconds>(end_ - Clock::now());
-        if (left.count() <= 0) {
-            return false;
-        }
-        Broker::setDeadline(left);
-        Outcome const outcome = catalogue::call(waiting_.front().object, operation, {});
-        if (outcome.kind == Outcome::Kind::failed) {
-            using enum CallFailure::Kind;
-            auto const kind = outcome.failure.kind;
-            return kind != deadline && kind != notConnected && kind != connectionLost;
-        }
-        for (std::string const& text : outcome.kind == Outcome::Kind::done ? referencesIn(operation, outcome.results)
-                                                                           : std::vector<std::string>()) {
-            ObjectName name;
-            ObjectName::parse(text, name);
-            Class const* const type = catalogue::findClass(name.className);
-            if (type != nullptr && seen_.insert(name.id).second) {
-                found_.push_back(text);
-                waiting_.push_back({name, type, TipprmiObjectClient(TipprmiOID(name.id))});
-            }
-        }
-        return true;
-    }
-
-    Clock::time_point end_;
-    std::vector<std::string> found_{"IpNode", "NmiRmiAdapterServer", "Simulator"};
-    std::set<std::string> seen_{"IpNode"};
-    std::deque<Unit::Target> waiting_;
-};
-
+// The objects that a unit tells of while a person waits.
 std::vector<std::string> objectsOf(Program::Options options)
 {
     options.timeout = static_cast<int>(patience.count());
     options.wait = 0;
-    return Objects(options.unitOf()).find();
+    std::vector<std::string> found{"IpNode", "NmiRmiAdapterServer", "Simulator"};
+    Unit::Target target;
+    if (options.unitOf().connect(found.front(), target) != ExitCode::good) {
+        return found;
+    }
+    catalogue::Walk walk({.mostObjects = mostCandidates});
+    walk.begin(target.name);
+    TreflectHandlerState const running;
+    catalogue::makeCalls(
+        walk, [](catalogue::Visit const& visit) { return !isUnitLost(visit.outcome); },
+        std::chrono::steady_clock::now() + patience);
+    for (catalogue::Walk::Object const& object : walk.objects()) {
+        // What a terminal must not be shown cannot be typed either.
+        if (std::string const name = object.name.text(); object.from != nullptr && escaped(name) == name) {
+            found.push_back(name);
+        }
+    }
+    return found;
 }
 
 std::vector<std::string> classes()

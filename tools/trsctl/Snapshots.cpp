@@ -4,34 +4,29 @@
 #include "catalogue/Constants.h"
 #include "catalogue/File.h"
 #include "catalogue/Json.h"
+#include "catalogue/Walk.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Colour.h"
 #include "tools/support/Console.h"
 #include "tools/support/Progress.h"
 #include "tools/trsctl/Program.h"
-#include "tools/trsctl/References.h"
 #include "tools/trsctl/Verbs.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <deque>
 #include <fnmatch.h>
 #include <map>
 #include <memory>
-#include <set>
 
 namespace trs::ctl {
 
 namespace {
 
-using catalogue::ObjectName;
 using catalogue::Outcome;
 using catalogue::Value;
 
-constexpr std::size_t mostObjects = 10'000; // a unit that makes up objects without end comes to one
-
-// Takes the objects one after the other, those that they lead to included.
+// What all objects tell that walks come to.
 class Collector {
 public:
     explicit Collector(Unit const& unit) : unit_(unit) {}
@@ -44,75 +39,52 @@ public:
             return code;
         }
         TreflectHandlerState const running;
-        await(target.name.text());
+        walk_.begin(target.name);
         tools::Progress progress("objects");
-        while (!waiting_.empty()) {
-            std::string const next = waiting_.front();
-            waiting_.pop_front();
-            ObjectName name;
-            ObjectName::parse(next, name);
-            target = {name, catalogue::findClass(name.className), TipprmiObjectClient(TipprmiOID(name.id))};
-            if (target.type != nullptr) {
-                if (ExitCode const code = read(target, objects_[next], progress); code != ExitCode::good) {
-                    return code;
-                }
+        ExitCode end = ExitCode::good;
+        catalogue::makeCalls(walk_, [&](catalogue::Visit const& visit) {
+            if (isUnitLost(visit.outcome)) {
+                progress.clear();
+                end = unit_.complain({visit.object.name, visit.object.type, {}}, visit.operation, visit.outcome);
+                return false;
             }
-            progress.show(objects_.size(), objects_.size() + waiting_.size());
-        }
-        return ExitCode::good;
+            told_[visit.object.name.id][std::string(visit.operation.name)] = whatItTold(visit);
+            progress.show(told_.size(), walk_.objects().size());
+            return true;
+        });
+        return end;
     }
 
     // In a stable order.
-    Value document() const
+    Value document()
     {
-        Value objects = Value::object();
-        for (auto const& [name, told] : objects_) {
-            objects[name] = told;
+        std::map<std::string, Value> objects;
+        for (catalogue::Walk::Object const& object : walk_.objects()) {
+            if (object.type != nullptr) {
+                Value& told = told_[object.name.id];
+                objects[object.name.text()] = told.is_null() ? Value::object() : std::move(told);
+            }
         }
-        return {{"objects", objects}};
+        Value all = Value::object();
+        for (auto& [name, told] : objects) {
+            all[name] = std::move(told);
+        }
+        return {{"objects", std::move(all)}};
     }
 
 private:
-    // An object may be met as one of its own class and of a base: the first one counts.
-    void await(std::string const& object)
+    static Value whatItTold(catalogue::Visit const& visit)
     {
-        if (seen_.size() < mostObjects && seen_.insert(object.substr(object.find(':') + 1)).second) {
-            waiting_.push_back(object);
+        if (visit.outcome.kind != Outcome::Kind::done) {
+            return {{"error", Unit::describe(visit.operation, visit.outcome)}};
         }
-    }
-
-    ExitCode read(Unit::Target const& target, Value& told, tools::Progress& progress)
-    {
-        told = Value::object();
-        for (catalogue::Operation const* const operation : target.type->operations()) {
-            if (!isPlainRead(*operation)) {
-                continue;
-            }
-            Outcome outcome = catalogue::call(target.object, *operation, {});
-            std::string const name(operation->name);
-            if (outcome.kind == Outcome::Kind::done) {
-                for (std::string const& object : referencesIn(*operation, outcome.results)) {
-                    await(object);
-                }
-                catalogue::nameConstants(*operation, outcome.results);
-                told[name] = outcome.results;
-                continue;
-            }
-            ExitCode const code = exitCodeOf(outcome.failure);
-            if (outcome.kind == Outcome::Kind::failed &&
-                (code == ExitCode::unreachable || code == ExitCode::deadline)) {
-                progress.clear();
-                return unit_.complain(target, *operation, outcome);
-            }
-            told[name] = {{"error", Unit::describe(*operation, outcome)}};
-        }
-        return ExitCode::good;
+        catalogue::nameConstants(visit.operation, visit.outcome.results);
+        return std::move(visit.outcome.results);
     }
 
     Unit const& unit_;
-    std::map<std::string, Value> objects_;
-    std::set<std::string> seen_; // identifiers
-    std::deque<std::string> waiting_;
+    catalogue::Walk walk_;
+    std::map<std::string, Value> told_; // by identifier
 };
 
 // The unit as a document. Without an object: all that its well-known ones lead to.

@@ -1,13 +1,14 @@
 // trsctl tree: the graph of a unit's objects.
 #include "broker/PrintableText.h"
+#include "catalogue/Walk.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Colour.h"
 #include "tools/support/Console.h"
 #include "tools/trsctl/Program.h"
-#include "tools/trsctl/References.h"
 #include "tools/trsctl/Verbs.h"
 
 #include <algorithm>
+#include <map>
 #include <memory>
 #include <set>
 
@@ -18,48 +19,47 @@ namespace {
 using catalogue::Outcome;
 using catalogue::Value;
 
-constexpr std::size_t mostTreeObjects = 10'000; // a unit that makes up objects without end comes to one
-
 // An object, and how its parent leads to it.
 struct Node {
     std::string object;
     std::string operation;
-    bool isSeen; // above or before, where its own children are
+    bool isSeen; // above, where its own children are if they are anywhere
     std::vector<Node> children;
 };
 
-class Walker {
-public:
-    explicit Walker(int depth) : depth_(depth) {}
+// What an object leads to: by which operation, and as what.
+struct Edge {
+    catalogue::Operation const* operation;
+    std::string object;
+};
+using Graph = std::map<std::string, std::vector<Edge>>; // by identifier
 
-    Node walk(std::string const& object, std::string const& operation, int level)
+// Shows each object's own children where it stands first.
+class Planter {
+public:
+    Planter(Graph const& graph, int depth) : graph_(graph), depth_(depth) {}
+
+    Node plant(std::string const& object, std::string const& operation, int level)
     {
         catalogue::ObjectName name;
         catalogue::ObjectName::parse(object, name);
-        Node node{object, operation, !seen_.insert(name.id).second, {}};
-        if (node.isSeen || level == depth_ || seen_.size() > mostTreeObjects) {
-            return node;
-        }
-        catalogue::Class const* const type = catalogue::findClass(name.className);
-        if (type == nullptr) {
-            return node; // one of the framework's value objects
-        }
-        TipprmiObjectClient const proxy{TipprmiOID(name.id)};
-        for (catalogue::Operation const* const each : type->operations()) {
-            Outcome const outcome = isPlainRead(*each) ? catalogue::call(proxy, *each, {}) : Outcome();
-            if (outcome.kind != Outcome::Kind::done) {
-                continue;
-            }
-            for (std::string const& next : referencesIn(*each, outcome.results)) {
-                node.children.push_back(walk(next, std::string(each->name), level + 1));
+        Node node{object, operation, !shown_.insert(name.id).second, {}};
+        auto const edges = graph_.find(name.id);
+        if (level < depth_ && edges != graph_.end() && hasChildren_.insert(name.id).second) {
+            node.isSeen = false;
+            for (Edge const& edge : edges->second) {
+                node.children.push_back(plant(edge.object, std::string(edge.operation->name), level + 1));
             }
         }
         return node;
     }
 
 private:
-    int depth_;
-    std::set<std::string> seen_; // identifiers: an object may be met as one of its own class and of a base
+    Graph const& graph_;
+    int const depth_;
+    // Identifiers: an object may be met as one of its own class and of a base.
+    std::set<std::string> shown_;
+    std::set<std::string> hasChildren_;
 };
 
 void sayText(Node const& node, std::size_t level)
@@ -104,15 +104,27 @@ ExitCode Unit::tree(std::string const& object, int depth, bool isDot)
         return code;
     }
     TreflectHandlerState const running;
-    std::vector<catalogue::Operation const*> const all = target.type->operations();
-    auto const first = std::ranges::find_if(all, [](catalogue::Operation const* each) { return isPlainRead(*each); });
-    if (first != all.end()) {
-        Outcome const outcome = catalogue::call(target.object, **first, {});
-        if (outcome.kind == Outcome::Kind::failed && exitCodeOf(outcome.failure) != ExitCode::noSuchOperation) {
-            return complain(target, **first, outcome);
+    catalogue::Walk walk({.depth = std::max(depth, 1)}); // whether the object is there is asked at least
+    walk.begin(target.name);
+    Graph graph;
+    ExitCode end = ExitCode::good;
+    catalogue::makeCalls(walk, [&](catalogue::Visit const& visit) {
+        bool const isRootMissing = graph.empty() && visit.outcome.kind == Outcome::Kind::failed &&
+                                   visit.outcome.failure.kind != CallFailure::Kind::noSuchOperation;
+        if (isRootMissing || isUnitLost(visit.outcome)) {
+            end = complain({visit.object.name, visit.object.type, {}}, visit.operation, visit.outcome);
+            return false;
         }
+        std::vector<Edge>& edges = graph[visit.object.name.id];
+        for (std::string const& reference : visit.references) {
+            edges.push_back({&visit.operation, reference});
+        }
+        return true;
+    });
+    if (graph.empty() && end != ExitCode::good) {
+        return end;
     }
-    Node const root = Walker(depth).walk(target.name.text(), {}, 0);
+    Node const root = Planter(graph, depth).plant(target.name.text(), {}, 0);
     if (isDot) {
         tools::say("digraph unit {");
         sayDot(root);
@@ -122,7 +134,7 @@ ExitCode Unit::tree(std::string const& object, int depth, bool isDot)
     } else {
         sayText(root, 0);
     }
-    return ExitCode::good;
+    return end;
 }
 
 void addTreeVerb(Program& program)

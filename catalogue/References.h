@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-namespace trs::ctl {
+namespace trs::catalogue {
 
 // As "Class:identifier", in the order of the results, which are those of a call that is done.
-std::vector<std::string> referencesIn(catalogue::Operation const& operation, catalogue::Value const& results);
+std::vector<std::string> referencesIn(Operation const& operation, Value const& results);
 
-} // namespace trs::ctl
+} // namespace trs::catalogue
