@@ -13,22 +13,10 @@
 #include "platform/NmaLogHelper.h"
 
 #include <algorithm>
-#include <system_error>
 
 namespace trs {
 
 namespace {
-
-// The attempt's complaint, or why the system lets it fail, which Asio throws.
-template <class Attempt>
-std::string complaintOf(std::string const& endpoint, Attempt&& attempt)
-{
-    try {
-        return attempt();
-    } catch (std::system_error const& error) {
-        return LogMakeString("endpoint '%s': %s", endpoint.c_str(), error.code().message().c_str());
-    }
-}
 
 // Where this process calls itself: an endpoint without a name, which no user can state.
 Endpoint const& ownEndpoint()
@@ -78,12 +66,10 @@ std::string Broker::serve(std::string const& endpoint)
     RunPermissionPause const waiting;
     std::lock_guard const changing(changing_);
     std::lock_guard const lock(mutex_);
-    return complaintOf(endpoint, [&] {
-        if (server_ == nullptr) {
-            server_ = std::make_unique<Server>(tap_);
-        }
-        return server_->listen(parsed);
-    });
+    if (server_ == nullptr) {
+        server_ = std::make_unique<Server>(tap_);
+    }
+    return server_->listen(parsed);
 }
 
 void Broker::setTap(ServerTap* tap)
@@ -102,18 +88,16 @@ std::string Broker::setLocalTap(ServerTap* tap)
     if (localTap_ != nullptr) {
         return localTap_ == tap ? "" : "this process's calls are tapped already";
     }
-    return complaintOf(ownEndpoint().text(), [&] {
-        auto server = std::make_unique<Server>(tap);
-        std::string why = server->listen(ownEndpoint());
-        if (why.empty()) {
-            ownServer_ = std::move(server);
-            localTap_ = tap;
-            ownPeer().open();
-            TappedRoad::open(&ownPeer());
-            SubscriberTable::instance().markAll(true);
-        }
-        return why;
-    });
+    auto server = std::make_unique<Server>(tap);
+    std::string why = server->listen(ownEndpoint());
+    if (why.empty()) {
+        ownServer_ = std::move(server);
+        localTap_ = tap;
+        ownPeer().open();
+        TappedRoad::open(&ownPeer());
+        SubscriberTable::instance().markAll(true);
+    }
+    return why;
 }
 
 void Broker::endLocalTap()
@@ -150,12 +134,8 @@ std::string Broker::addPeer(std::string const& endpoint, TreflectORB const** pee
     }
     RunPermissionPause const waiting;
     std::lock_guard const changing(changing_);
-    std::unique_ptr<Dialer> dialer;
-    std::string why = complaintOf(endpoint, [&] {
-        std::string wrong;
-        dialer = makeDialer(parsed, wrong);
-        return wrong;
-    });
+    std::string why;
+    std::unique_ptr<Dialer> dialer = makeDialer(parsed, why);
     if (dialer == nullptr) {
         return why;
     }

@@ -12,6 +12,18 @@ namespace {
 
 constexpr std::uint16_t version = 1;
 constexpr std::size_t addressSize = 16;
+constexpr std::size_t refusalHeadSize = std::tuple_size_v<Greeting> + 4;
+
+// Values of a greeting's last byte.
+constexpr unsigned char isFull = 1;
+constexpr unsigned char isRefusal = 2;
+
+Greeting makeGreeting(unsigned char last) { return {'T', 'O', 'I', 'P', version >> 8, version & 0xff, 0, last}; }
+
+bool isGreeting(unsigned char const* bytes, Greeting const& greeting)
+{
+    return std::equal(greeting.begin(), greeting.end(), bytes);
+}
 
 bool isDetailKnown(MessageKind kind, std::uint8_t detail)
 {
@@ -47,25 +59,49 @@ bool isBodyAllowed(MessageKind kind, std::uint8_t detail)
 
 } // namespace
 
-Greeting makeGreeting() { return {'T', 'O', 'I', 'P', version >> 8, version & 0xff, 0, 0}; }
+Greeting makeGreeting() { return makeGreeting(0); }
 
-Greeting makeFullGreeting()
+Greeting makeFullGreeting() { return makeGreeting(isFull); }
+
+void appendRefusal(TipprmiStream& greeting, std::string_view why)
 {
-    Greeting greeting = makeGreeting();
-    greeting.back() = 1;
-    return greeting;
+    why = why.substr(0, mostReason);
+    Greeting const begin = makeGreeting(isRefusal);
+    unsigned char* const place = greeting.extend(refusalHeadSize + why.size());
+    std::copy(begin.begin(), begin.end(), place);
+    wire::store(place + begin.size(), static_cast<std::uint32_t>(why.size()));
+    std::copy(why.begin(), why.end(), place + refusalHeadSize);
 }
 
-GreetingCheck checkGreeting(Greeting const& greeting)
+std::size_t greetingLength(unsigned char const* bytes, std::size_t count)
 {
-    Greeting const own = makeGreeting();
-    if (!std::equal(own.begin(), own.begin() + 4, greeting.begin())) {
-        return GreetingCheck::foreign;
+    if (count < std::tuple_size_v<Greeting> || !isGreeting(bytes, makeGreeting(isRefusal))) {
+        return std::tuple_size_v<Greeting>;
     }
-    if (greeting == own) {
+    std::size_t const reason =
+        count < refusalHeadSize ? 0 : wire::load<std::uint32_t>(bytes + std::tuple_size_v<Greeting>);
+    return reason <= mostReason ? refusalHeadSize + reason : std::tuple_size_v<Greeting>;
+}
+
+GreetingCheck checkGreeting(unsigned char const* bytes, std::size_t length, std::string_view* why)
+{
+    if (isGreeting(bytes, makeGreeting())) {
         return GreetingCheck::good;
     }
-    return greeting == makeFullGreeting() ? GreetingCheck::full : GreetingCheck::otherVersion;
+    if (isGreeting(bytes, makeFullGreeting())) {
+        return GreetingCheck::full;
+    }
+    if (isGreeting(bytes, makeGreeting(isRefusal))) {
+        if (length < refusalHeadSize || greetingLength(bytes, length) != length) {
+            return GreetingCheck::foreign;
+        }
+        if (why != nullptr) {
+            *why = {reinterpret_cast<char const*>(bytes) + refusalHeadSize, length - refusalHeadSize};
+        }
+        return GreetingCheck::refusal;
+    }
+    Greeting const own = makeGreeting();
+    return std::equal(own.begin(), own.begin() + 4, bytes) ? GreetingCheck::otherVersion : GreetingCheck::foreign;
 }
 
 void beginMessage(TipprmiStream& message, MessageKind kind, std::uint8_t detail)

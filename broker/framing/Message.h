@@ -3,7 +3,8 @@
 // A connection begins with a greeting of 8 bytes in each direction, the connecting side's first:
 //     4  the characters "TOIP"
 //     2  the version of this format, 1
-//     2  zero; 1 when the accepting side has no room for another connection, which then ends
+//     2  zero; 1 when the accepting side has no room for another connection, which then ends; 2 when it cannot serve
+//        it for another reason, which follows, the number of its bytes (4) and those bytes, before it ends
 //
 // Then messages follow, of TIPPRMI_MAX_MESSAGE bytes at most. Each begins with 12 bytes:
 //     4  the number of bytes that follow these four
@@ -36,12 +37,20 @@
 namespace trs {
 
 using Greeting = std::array<unsigned char, 8>;
-enum class GreetingCheck { good, full, otherVersion, foreign };
+enum class GreetingCheck { good, full, refusal, otherVersion, foreign };
 
 Greeting makeGreeting();
 // Of a server that is full.
 Greeting makeFullGreeting();
-GreetingCheck checkGreeting(Greeting const& greeting);
+// Of who cannot serve for another reason, of which mostReason bytes at most are told.
+void appendRefusal(TipprmiStream& greeting, std::string_view why);
+inline constexpr std::size_t mostReason = 1024;
+
+// The length of the greeting that begins with these bytes, as far as they tell: there may be more of them, or fewer
+// than the 8 that it has at least.
+std::size_t greetingLength(unsigned char const* bytes, std::size_t count);
+// What a greeting of that length says; of a refusal also why.
+GreetingCheck checkGreeting(unsigned char const* bytes, std::size_t length, std::string_view* why = nullptr);
 
 enum class MessageKind : std::uint8_t {
     request = 1,

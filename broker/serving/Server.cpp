@@ -2,11 +2,6 @@
 
 #include "broker/framing/Message.h"
 #include "broker/objects/RunPermission.h"
-#include "broker/transport/Transport.h"
-#include "platform/NmaLogHelper.h"
-
-#include <asio/executor_work_guard.hpp>
-#include <asio/post.hpp>
 
 #include <algorithm>
 #include <chrono>
@@ -21,14 +16,18 @@ constexpr std::size_t keptRefusals = 8;
 
 } // namespace
 
-Server::Server(ServerTap* tap, std::size_t mostConnections) : tap_(tap), mostConnections_(mostConnections) {}
+Server::Server(ServerTap* tap, std::size_t mostConnections)
+    : tap_(tap), mostConnections_(mostConnections),
+      acceptor_([this](std::unique_ptr<Channel> channel, std::string const& endpoint) {
+          admit(std::move(channel), endpoint);
+      })
+{
+}
 
 Server::~Server()
 {
     RunPermissionPause const waiting;
-    context_.stop();
-    acceptor_.join();
-    listeners_.clear();
+    acceptor_.stop();
     {
         std::unique_lock lock(mutex_);
         std::ranges::for_each(handlers_, [](Handler& handler) {
@@ -47,38 +46,6 @@ Server::~Server()
         });
     }
     handlers_.clear(); // joins their threads
-}
-
-std::string Server::listen(Endpoint const& endpoint)
-{
-    auto listener = makeListener(context_, endpoint);
-    if (std::string why = listener->open(); !why.empty()) {
-        return why;
-    }
-    std::string const text = listener->endpoint().text();
-    if (!acceptor_.isStarted()) {
-        bool const isStarted = acceptor_.start([this] {
-            auto const keepRunning = asio::make_work_guard(context_);
-            context_.run();
-        });
-        if (!isStarted) {
-            return LogMakeString("endpoint '%s' cannot be served: no thread could be started", text.c_str());
-        }
-    }
-    asio::post(context_, [this, text, started = listener.get()] {
-        started->start([this, text](std::unique_ptr<Channel> channel) { admit(std::move(channel), text); });
-    });
-    listeners_.push_back(std::move(listener));
-    return {};
-}
-
-std::vector<std::string> Server::endpoints() const
-{
-    std::vector<std::string> texts;
-    for (std::unique_ptr<Listener> const& listener : listeners_) {
-        texts.push_back(listener->endpoint().text());
-    }
-    return texts;
 }
 
 // On the accepting thread.

@@ -4,9 +4,7 @@
 #include "broker/machine/RepeatedLines.h"
 #include "broker/machine/Thread.h"
 #include "broker/serving/ServerConnection.h"
-#include "broker/transport/Listener.h"
-
-#include <asio/io_context.hpp>
+#include "broker/transport/Acceptor.h"
 
 #include <condition_variable>
 #include <cstddef>
@@ -24,7 +22,7 @@ namespace trs {
 // with subscriptions last; one whose request is being answered never does.
 class Server {
 public:
-    // Throws std::system_error when the system has no descriptors for it, as listen() does. `tap` may be null.
+    // `tap` may be null.
     explicit Server(ServerTap* tap, std::size_t mostConnections = 1024);
     Server(Server const&) = delete;
     Server& operator=(Server const&) = delete;
@@ -33,9 +31,9 @@ public:
     ~Server();
 
     // Empty, or why the endpoint cannot be served.
-    std::string listen(Endpoint const& endpoint);
+    std::string listen(Endpoint const& endpoint) { return acceptor_.listen(endpoint); }
     // With the ports that the system chose.
-    std::vector<std::string> endpoints() const;
+    std::vector<std::string> endpoints() const { return acceptor_.endpoints(); }
 
 private:
     struct Handler {
@@ -51,13 +49,11 @@ private:
     ServerTap* const tap_;
     std::size_t const mostConnections_;
     RepeatedLines log_;
-    asio::io_context context_{1};
-    std::vector<std::unique_ptr<Listener>> listeners_;
-    Thread acceptor_;
     std::deque<std::unique_ptr<Channel>> refused_; // the acceptor's own
     std::mutex mutex_;
     std::condition_variable ended_; // a connection has
     std::list<Handler> handlers_;
+    Acceptor acceptor_;
 };
 
 } // namespace trs

@@ -115,8 +115,8 @@ bool ServerConnection::greet()
     default:
         return false;
     }
-    GreetingCheck const check = checkGreeting(greeting);
-    if (check == GreetingCheck::foreign || check == GreetingCheck::full) {
+    GreetingCheck const check = checkGreeting(greeting.data(), greeting.size());
+    if (check != GreetingCheck::good && check != GreetingCheck::otherVersion) {
         logClosed("what connected is no broker");
         return false;
     }

@@ -1,38 +1,58 @@
 #include "broker/transport/Connector.h"
 
+#include "broker/PrintableText.h"
 #include "broker/framing/Message.h"
 #include "platform/NmaLogHelper.h"
 
+#include <array>
+
 namespace trs {
+
+namespace {
+
+constexpr std::size_t greatestGreeting = 12 + mostReason;
+constexpr char const* closedEarly = "the connection was closed before a greeting came";
+
+} // namespace
 
 bool Connector::greet(Connection& connection, Deadline& deadline, std::string& why)
 {
-    Greeting greeting = makeGreeting();
-    if (connection.send(greeting.data(), greeting.size(), deadline) == Connection::Sent::all) {
-        switch (connection.receiveBytes(greeting.data(), greeting.size(), deadline)) {
+    Greeting const own = makeGreeting();
+    if (connection.send(own.data(), own.size(), deadline) != Connection::Sent::all) {
+        why = closedEarly;
+        return false;
+    }
+    std::array<unsigned char, greatestGreeting> greeting{};
+    std::size_t length = 0;
+    for (std::size_t known = 0; (known = greetingLength(greeting.data(), length)) > length; length = known) {
+        switch (connection.receiveBytes(greeting.data() + length, known - length, deadline)) {
         case Connection::Received::message:
-            switch (checkGreeting(greeting)) {
-            case GreetingCheck::good:
-                return true;
-            case GreetingCheck::full:
-                why = "the server is full";
-                return false;
-            case GreetingCheck::otherVersion:
-                why = "the broker there speaks another version";
-                return false;
-            case GreetingCheck::foreign:
-                why = "what answers there is no broker";
-                return false;
-            }
             break;
         case Connection::Received::timedOut:
             why = LogMakeString("no greeting within %d ms", deadline.duration());
             return false;
         default:
-            break;
+            why = closedEarly;
+            return false;
         }
     }
-    why = "the connection was closed before a greeting came";
+    std::string_view reason;
+    switch (checkGreeting(greeting.data(), length, &reason)) {
+    case GreetingCheck::good:
+        return true;
+    case GreetingCheck::full:
+        why = "the server is full";
+        break;
+    case GreetingCheck::refusal:
+        why = escaped(reason);
+        break;
+    case GreetingCheck::otherVersion:
+        why = "the broker there speaks another version";
+        break;
+    case GreetingCheck::foreign:
+        why = "what answers there is no broker";
+        break;
+    }
     return false;
 }
 

@@ -4,6 +4,8 @@
 #include "broker/transport/SocketDialer.h"
 #include "broker/transport/SocketListener.h"
 
+#include <asio/io_context.hpp>
+
 namespace trs {
 
 std::unique_ptr<Listener> makeListener(asio::io_context& context, Endpoint const& endpoint)
@@ -20,8 +22,10 @@ std::unique_ptr<Dialer> makeDialer(Endpoint const& endpoint, std::string& why)
         return std::make_unique<MemoryDialer>(endpoint);
     }
     std::vector<SocketAddress> addresses;
-    asio::io_context context;
-    why = resolve(context, endpoint, addresses);
+    why = complaintOf(endpoint, [&] {
+        asio::io_context context;
+        return resolve(context, endpoint, addresses);
+    });
     return why.empty() ? std::make_unique<SocketDialer>(std::move(addresses)) : nullptr;
 }
 

@@ -215,6 +215,40 @@ TEST_F(HostileServer, ThatCountsMoreThanItSendsCostsNoMemory)
     }
 }
 
+TEST_F(HostileServer, ThatRefusesIsQuoted)
+{
+    struct Case {
+        Octets length;
+        std::string reason;
+        std::string told;
+    };
+    Case const cases[] = {
+        {{0, 0, 0, 11}, "go\x1b[2J away", "go\\x1b[2J away"},
+        {{0, 0, 0, 0}, "", ""},
+        {{0, 0, 0, 12}, "go away", "the connection was closed before a greeting came"},
+        {{0, 0, 4, 1}, "go away", "what answers there is no broker"},
+        {{0xff, 0xff, 0xff, 0xff}, "go away", "what answers there is no broker"},
+    };
+    for (auto const& [length, reason, told] : cases) {
+        auto const proxy = support::boundTo<PerformanceServiceClient>(peerAt("unix:" + path), "P");
+        support::FakePeer const peer(
+            path,
+            [&](Descriptor const& connection) {
+                Octets refusal = support::greeting;
+                refusal.back() = 2;
+                refusal.insert(refusal.end(), length.begin(), length.end());
+                refusal.insert(refusal.end(), reason.begin(), reason.end());
+                connection.write(refusal);
+            },
+            false);
+        unsigned long elapsed = 0;
+        EXPECT_FALSE(proxy.getElapsedTime(elapsed));
+        EXPECT_EQ(lastCallFailure().kind, CallFailure::Kind::notConnected);
+        EXPECT_EQ(lastCallFailure().reason, told);
+        ::unlink(path.c_str());
+    }
+}
+
 // Whatever the call waits for: an answer, a greeting, or a place in the queue of those who want to connect.
 TEST_F(HostileServer, ThatIsRemovedIsNotWaitedFor)
 {

@@ -111,7 +111,7 @@ TEST_F(Robustness, ADirectoryIsNoFile)
          {trsctl() + "call IfNet:IfNet/Transport setIpAddrSequence @" + scratch, trsctl() + "batch " + scratch,
           trsctl() + "batch <" + scratch, trsctl() + "diff " + scratch + ' ' + scratch,
           trsctl() + "diff - " + scratch + " <" + scratch, trsctl() + "decode " + scratch,
-          trsctl() + "shell <" + scratch, trsctl() + "stats " + scratch,
+          trsctl() + "decode - <" + scratch, trsctl() + "shell <" + scratch, trsctl() + "stats " + scratch,
           "trssim --listen " + endpoint + " --scenario " + scratch}) {
         Result const result = shell(line);
         EXPECT_EQ(result.code, 2) << line;

@@ -1,6 +1,7 @@
 // trsctl trace, capture, decode and stats: what passes between a management process and a unit.
 #include "catalogue/Value.h"
 #include "tests/tools/Trsctl.h"
+#include "tools/traffic/Conversation.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -80,6 +81,36 @@ protected:
     Unit sim = unit({"--clock", "stepped"});
 };
 
+TEST(Cutter, CutsTheSamePartsHoweverTheirBytesCome)
+{
+    using namespace std::string_literals;
+    std::string const greeting = "TOIP\0\1\0\0"s;
+    std::string const refusal = "TOIP\0\1\0\2\0\0\0\4full"s;
+    std::string const message = "\0\0\0\x8\6\0\0\0\0\0\0\1"s;
+    std::string const damage = "\0\0\0\1"s;
+    for (std::vector<std::string> const& parts :
+         {std::vector{greeting, message, message, damage}, {greeting, message.substr(0, 11)}, {refusal}, {"TOI"s}}) {
+        std::string all;
+        for (std::string const& part : parts) {
+            all += part;
+        }
+        for (std::size_t step = 1; step <= all.size(); ++step) {
+            trs::traffic::Cutter cutter;
+            std::vector<std::string> cut;
+            for (std::size_t at = 0; at < all.size(); at += step) {
+                cutter.add(std::string_view(all).substr(at, step));
+                while (std::optional<std::string> part = cutter.next()) {
+                    cut.push_back(std::move(*part));
+                }
+            }
+            if (std::string rest = cutter.rest(); !rest.empty()) {
+                cut.push_back(std::move(rest));
+            }
+            EXPECT_EQ(cut, parts) << step;
+        }
+    }
+}
+
 TEST_F(TrsctlTraffic, TracesWhatPasses)
 {
     Between trace = between({"trace", "--format", "json"});
@@ -132,14 +163,26 @@ TEST_F(TrsctlTraffic, ShowsDamageAndPassesItOn)
     EXPECT_THAT(malformed[1]["bytes"].get<std::string>(), testing::StartsWith("6e6f6e73"));
 }
 
-TEST_F(TrsctlTraffic, TellsOfAUnitThatIsNotReached)
+TEST_F(TrsctlTraffic, TellsEverybodyOfAUnitThatIsNotReached)
 {
-    Between trace({"--unit", "unix:" + path + ".nobody", "trace", "--listen", relayed});
-    EXPECT_EQ(call(relayed, {"get", "IpNode", "mtu"}), 6);
-    EXPECT_EQ(trace.readLine(ChildProcess::Stream::error),
-              "unix:" + path + ".nobody is not reached: No such file or directory");
-    trace.signal(SIGTERM);
-    EXPECT_EQ(trace.waitForExit(), 0);
+    std::string const nobody = "unix:" + path + ".nobody";
+    for (std::string const& listen : {relayed, std::string("tcp:0")}) {
+        ChildProcess trace(program("trsctl"), {"--unit", nobody, "trace", "--listen", listen, "--format", "json"});
+        std::string const line = trace.readLine(ChildProcess::Stream::error).value_or("");
+        ASSERT_THAT(line, testing::MatchesRegex("relaying .* to " + nobody));
+        std::string const why = "the relay cannot reach " + nobody + ": No such file or directory";
+        ChildProcess client(program("trsctl"),
+                            {"--unit", line.substr(9, line.find(' ', 9) - 9), "get", "IpNode", "mtu"});
+        EXPECT_EQ(client.waitForExit(), 6);
+        EXPECT_THAT(client.readLine(ChildProcess::Stream::error), testing::Optional(HasSubstr(": " + why + "; ")));
+        EXPECT_EQ(trace.readLine(ChildProcess::Stream::error), why);
+        Value const refusal = Value::parse(trace.readUntil("from unit"), nullptr, false);
+        EXPECT_EQ(refusal["kind"], "greeting");
+        EXPECT_EQ(refusal["status"], "refused");
+        EXPECT_EQ(refusal["reason"], why);
+        trace.signal(SIGTERM);
+        EXPECT_EQ(trace.waitForExit(), 0);
+    }
 }
 
 TEST_F(TrsctlTraffic, CapturesForLater)

@@ -1,9 +1,15 @@
 #include "tools/traffic/Capture.h"
 
+#include "broker/PrintableText.h"
+
 #include <array>
+#include <cerrno>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
-#include <istream>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
 
 namespace trs::traffic {
 
@@ -108,7 +114,7 @@ std::string pdu(Packet const& packet)
 {
     std::string bytes;
     appendTag(bytes, dissectorName, std::string("trsman\0\0", 8));
-    bool const isToUnit = packet.direction == Direction::toServer;
+    bool const isToUnit = packet.direction == Direction::toUnit;
     appendTag(bytes, sourcePort, portOf(isToUnit ? packet.connection : 0));
     appendTag(bytes, destinationPort, portOf(isToUnit ? 0 : packet.connection));
     appendTag(bytes, 0, "");
@@ -128,7 +134,7 @@ bool readPdu(std::string_view bytes, Packet& packet)
             return false;
         }
         if (tag == 0) {
-            packet.direction = source != 0 ? Direction::toServer : Direction::fromServer;
+            packet.direction = source != 0 ? Direction::toUnit : Direction::fromUnit;
             packet.connection = source != 0 ? source : destination;
             packet.message = bytes.substr(place);
             return true;
@@ -164,7 +170,7 @@ std::error_code CaptureWriter::write(Packet const& packet)
     pad(body);
     append(body, packetFlags);
     append(body, std::uint16_t{4});
-    append(body, std::uint32_t{packet.direction == Direction::fromServer ? 1U : 2U}); // inbound, outbound
+    append(body, std::uint32_t{packet.direction == Direction::fromUnit ? 1U : 2U}); // inbound, outbound
     append(body, std::uint32_t{0});
     return file_.append(block(enhancedPacket, body));
 }
@@ -230,6 +236,29 @@ bool CaptureReader::read(Packet& packet)
         return true;
     }
     return false;
+}
+
+std::string readCapture(std::string const& file, Traffic::Act const& act)
+{
+    std::string const name = file == "-" ? "standard input" : '\'' + printable(file) + '\'';
+    std::ifstream opened;
+    if (file != "-") {
+        opened.open(file, std::ios::binary);
+        std::error_code error(errno, std::generic_category());
+        bool const isDirectory = std::filesystem::is_directory(file); // which can be opened
+        if (!opened || isDirectory) {
+            error = isDirectory ? std::make_error_code(std::errc::is_a_directory) : error;
+            return name + " cannot be read: " + error.message();
+        }
+    }
+    CaptureReader reader(file == "-" ? std::cin : opened);
+    Traffic traffic(act);
+    for (Packet packet; reader.read(packet) && traffic.take(packet);) {
+    }
+    if (file == "-" && std::ferror(stdin) != 0) {
+        return name + " cannot be read: " + std::error_code(errno, std::generic_category()).message();
+    }
+    return reader.wrong().empty() ? std::string() : name + ": " + reader.wrong();
 }
 
 } // namespace trs::traffic

@@ -2,21 +2,13 @@
 // the dissector "trsman".
 #pragma once
 
-#include "broker/transport/Relay.h"
 #include "catalogue/File.h"
-#include "tools/traffic/Conversation.h"
+#include "tools/traffic/Traffic.h"
 
 #include <iosfwd>
 #include <string>
 
 namespace trs::traffic {
-
-struct Packet {
-    Conversation::Time time;
-    std::uint32_t connection = 0;
-    Direction direction = Direction::toServer;
-    std::string message;
-};
 
 // What is written is in the file at once.
 class CaptureWriter {
@@ -45,5 +37,9 @@ private:
     bool isBegun_ = false;
     std::string wrong_;
 };
+
+// Has something done with what a file holds, or standard input when its name is "-", until the end or until `act` has
+// had enough. Empty, or what is wrong.
+std::string readCapture(std::string const& file, Traffic::Act const& act);
 
 } // namespace trs::traffic

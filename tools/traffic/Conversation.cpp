@@ -12,8 +12,6 @@ namespace {
 
 using catalogue::Value;
 
-constexpr std::size_t greetingSize = 8;
-constexpr std::size_t lengthSize = 4;    // of the field that messages begin with
 constexpr std::size_t mostOpen = 10'000; // requests that wait for an answer
 
 std::string hexadecimal(std::string_view bytes)
@@ -23,6 +21,34 @@ std::string hexadecimal(std::string_view bytes)
         text += LogMakeString("%02x", static_cast<unsigned>(static_cast<unsigned char>(each)));
     }
     return text;
+}
+
+std::string_view textOf(TipprmiStream const& message)
+{
+    return {reinterpret_cast<char const*>(message.data()), message.size()};
+}
+
+// Whether the bytes are a greeting, which is told.
+bool tellGreeting(std::string_view bytes, Value& value)
+{
+    std::string_view why;
+    GreetingCheck const check =
+        bytes.size() < std::tuple_size_v<Greeting>
+            ? GreetingCheck::foreign
+            : checkGreeting(reinterpret_cast<unsigned char const*>(bytes.data()), bytes.size(), &why);
+    if (check == GreetingCheck::foreign) {
+        return false;
+    }
+    value["kind"] = "greeting";
+    if (check == GreetingCheck::full) {
+        value["status"] = "full";
+    } else if (check == GreetingCheck::refusal) {
+        value["status"] = "refused";
+        value["reason"] = why;
+    } else if (check == GreetingCheck::otherVersion) {
+        value["wrong"] = "it is of another version";
+    }
+    return true;
 }
 
 // A message whose content does not fit its operation is shown with what could be read.
@@ -37,23 +63,41 @@ void checkEnd(TipprmiStream const& stream, Value& value)
 
 std::optional<std::string> Cutter::next()
 {
-    std::size_t length = 0;
+    auto const* const begin = reinterpret_cast<unsigned char const*>(bytes_.data());
     if (isLost_) {
-        length = bytes_.size();
-    } else if (!isGreeted_) {
-        length = greetingSize;
-    } else if (bytes_.size() >= lengthSize) {
-        length = messageLength(reinterpret_cast<unsigned char const*>(bytes_.data()));
-        isLost_ = length == 0;
-        length = isLost_ ? bytes_.size() : length;
+        return bytes_.empty() ? std::nullopt : std::optional(rest());
     }
-    if (length == 0 || bytes_.size() < length) {
+    if (!isGreeted_) {
+        std::size_t const length = greetingLength(begin, bytes_.size());
+        if (bytes_.size() < length) {
+            return std::nullopt;
+        }
+        isGreeted_ = true;
+        std::string greeting = bytes_.substr(0, length);
+        bytes_.erase(0, length);
+        return greeting;
+    }
+    std::span<unsigned char const> left(begin, bytes_.size());
+    Assembler::State const state = assembler_.feed(message_, left);
+    bytes_.erase(0, bytes_.size() - left.size());
+    if (state == Assembler::State::incomplete) {
         return std::nullopt;
     }
-    isGreeted_ = true;
-    std::string part = bytes_.substr(0, length);
-    bytes_.erase(0, length);
-    return part;
+    isLost_ = state == Assembler::State::malformed;
+    if (isLost_) {
+        return rest();
+    }
+    std::string message(textOf(message_));
+    assembler_.begin(message_);
+    return message;
+}
+
+std::string Cutter::rest()
+{
+    std::string all = std::string(textOf(message_)) + bytes_;
+    message_.clear();
+    bytes_.clear();
+    return all;
 }
 
 void Conversation::tellAddressed(MessageHeader const& header, TipprmiStream& stream, Told& told, Time time,
@@ -114,8 +158,7 @@ void Conversation::tellAnswer(MessageHeader const& header, TipprmiStream& stream
 Conversation::Told Conversation::tell(std::string_view message, Time time)
 {
     Told told;
-    if (message.starts_with("TOIP") && message.size() == greetingSize) {
-        told.value["kind"] = "greeting";
+    if (tellGreeting(message, told.value)) {
         return told;
     }
     TipprmiStream stream(100);

@@ -1,18 +1,21 @@
 // What passes between two brokers, message by message.
 #pragma once
 
+#include "broker/framing/Assembler.h"
 #include "broker/framing/Message.h"
 #include "catalogue/Class.h"
 #include "catalogue/Value.h"
 
 #include <chrono>
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 
 namespace trs::traffic {
+
+enum class Direction { toUnit, fromUnit };
 
 // Cuts the bytes of one direction of a connection into greeting and messages.
 class Cutter {
@@ -21,10 +24,12 @@ public:
     // The next part as a whole; none until more has come. What is no message comes as it is, whatever its length.
     std::optional<std::string> next();
     // What is left when no more comes.
-    std::string rest() { return std::exchange(bytes_, {}); }
+    std::string rest();
 
 private:
-    std::string bytes_;
+    Assembler assembler_;
+    TipprmiStream message_{100}; // as far as it has come
+    std::string bytes_;          // behind it
     bool isGreeted_ = false;
     bool isLost_ = false; // the beginning of the next message cannot be known any more
 };
@@ -57,6 +62,14 @@ private:
     void tellAnswer(MessageHeader const& header, TipprmiStream& stream, Told& told, Time time);
 
     std::map<std::uint32_t, Request> open_; // requests that are not answered, by number
+};
+
+// A part of what passes on some connections.
+struct Packet {
+    Conversation::Time time;
+    std::uint32_t connection = 0; // numbered from 1 on
+    Direction direction = Direction::toUnit;
+    std::string message;
 };
 
 } // namespace trs::traffic

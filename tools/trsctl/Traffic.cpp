@@ -2,73 +2,26 @@
 #include "broker/PrintableText.h"
 #include "catalogue/Text.h"
 #include "tools/support/Colour.h"
-#include "tools/support/Console.h"
+#include "tools/support/StandardStreams.h"
 #include "tools/traffic/Capture.h"
 #include "tools/traffic/Dissector.h"
+#include "tools/traffic/Relay.h"
+#include "tools/traffic/Statistics.h"
 #include "tools/trsctl/Program.h"
 #include "tools/trsctl/Verbs.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <filesystem>
-#include <fmt/format.h>
-#include <fstream>
-#include <iostream>
-#include <map>
+#include <cstdio>
 #include <memory>
 
 namespace trs::ctl {
 
 namespace {
 
-// Has something done with every message of some connections.
-class Traffic {
-public:
-    using Act = std::function<bool(traffic::Packet const& packet, traffic::Conversation::Told const& told)>;
-
-    explicit Traffic(Act act) : act_(std::move(act)) {}
-
-    // Bytes of a live connection; none at the end of this direction. False when enough was seen.
-    bool pass(std::uint32_t number, Direction direction, std::string_view bytes)
-    {
-        Connection& connection = connections_[number];
-        traffic::Cutter& cutter = direction == Direction::toServer ? connection.toUnit : connection.fromUnit;
-        cutter.add(bytes);
-        std::optional<std::string> message = cutter.next();
-        for (; message; message = cutter.next()) {
-            if (!take({std::chrono::system_clock::now(), number, direction, std::move(*message)})) {
-                return false;
-            }
-        }
-        return !bytes.empty() || end(number, direction, cutter.rest());
-    }
-    bool take(traffic::Packet const& packet)
-    {
-        return act_(packet, connections_[packet.connection].conversation.tell(packet.message, packet.time));
-    }
-
-private:
-    struct Connection {
-        traffic::Cutter toUnit;
-        traffic::Cutter fromUnit;
-        traffic::Conversation conversation;
-        int openDirections = 2;
-    };
-
-    // The rest is of a message that never came to its end.
-    bool end(std::uint32_t number, Direction direction, std::string rest)
-    {
-        bool const goesOn =
-            rest.empty() || take({std::chrono::system_clock::now(), number, direction, std::move(rest)});
-        if (--connections_[number].openDirections == 0) {
-            connections_.erase(number);
-        }
-        return goesOn;
-    }
-
-    Act const act_;
-    std::map<std::uint32_t, Connection> connections_;
-};
+using traffic::Direction;
+using traffic::Packet;
+using traffic::Traffic;
+using Told = traffic::Conversation::Told;
 
 struct TrafficWords {
     std::string listen;
@@ -77,11 +30,11 @@ struct TrafficWords {
     double seconds = 0;      // 0: without end
 };
 
-void show(traffic::Packet const& packet, traffic::Conversation::Told const& told, Format format)
+void show(Packet const& packet, Told const& told, Format format)
 {
     catalogue::Value line{{"time", catalogue::timestamp(packet.time)},
                           {"connection", packet.connection},
-                          {"direction", packet.direction == Direction::toServer ? "to unit" : "from unit"}};
+                          {"direction", packet.direction == Direction::toUnit ? "to unit" : "from unit"}};
     line.update(told.value);
     if (told.duration) {
         line["microseconds"] = std::chrono::duration_cast<std::chrono::microseconds>(*told.duration).count();
@@ -125,10 +78,8 @@ ExitCode relay(Program::Options const& options, TrafficWords const& words, Traff
         return complain(wrong);
     }
     unsigned long seen = 0;
-    Traffic carried([&](traffic::Packet const& packet, traffic::Conversation::Told const& told) {
-        return act(packet, told) && ++seen != words.count;
-    });
-    Relay relay(
+    Traffic carried([&](Packet const& packet, Told const& told) { return act(packet, told) && ++seen != words.count; });
+    traffic::Relay relay(
         listen, unit,
         [&carried](std::uint32_t connection, Direction direction, std::string_view bytes) {
             return carried.pass(connection, direction, bytes);
@@ -143,23 +94,10 @@ ExitCode relay(Program::Options const& options, TrafficWords const& words, Traff
     return ExitCode::good;
 }
 
-ExitCode readCapture(std::string const& file, Traffic::Act const& act)
+ExitCode decode(std::string const& file, Traffic::Act const& act)
 {
-    std::ifstream opened;
-    if (file != "-") {
-        opened.open(file, std::ios::binary);
-        std::error_code error(errno, std::generic_category());
-        bool const isDirectory = std::filesystem::is_directory(file); // which can be opened
-        if (!opened || isDirectory) {
-            error = isDirectory ? std::make_error_code(std::errc::is_a_directory) : error;
-            return complain('\'' + printable(file) + "' cannot be read: " + error.message());
-        }
-    }
-    traffic::CaptureReader reader(file == "-" ? std::cin : opened);
-    Traffic traffic(act);
-    for (traffic::Packet packet; reader.read(packet) && traffic.take(packet);) {
-    }
-    return reader.wrong().empty() ? ExitCode::good : complain('\'' + printable(file) + "': " + reader.wrong());
+    std::string const wrong = traffic::readCapture(file, act);
+    return wrong.empty() ? ExitCode::good : complain(wrong);
 }
 
 ExitCode capture(Program::Options const& options, TrafficWords const& words)
@@ -169,7 +107,7 @@ ExitCode capture(Program::Options const& options, TrafficWords const& words)
         return complain(why);
     }
     std::error_code error;
-    ExitCode const code = relay(options, words, [&](traffic::Packet const& packet, traffic::Conversation::Told const&) {
+    ExitCode const code = relay(options, words, [&](Packet const& packet, Told const&) {
         error = writer.write(packet);
         return !error;
     });
@@ -180,64 +118,24 @@ ExitCode capture(Program::Options const& options, TrafficWords const& words)
     return ExitCode::outputLost;
 }
 
-// What is counted of each operation.
-class Statistics {
-public:
-    bool add(traffic::Packet const& packet, traffic::Conversation::Told const& told)
-    {
-        if (told.value["kind"] != "reply" || !told.value.contains("operation")) {
-            return true;
-        }
-        Entry& entry = entries_[told.value["operation"].get<std::string>()];
-        entry.errors += told.value["status"] != "done" || told.value.contains("wrong") ? 1U : 0U;
-        entry.bytesToUnit += told.requestSize;
-        entry.bytesFromUnit += packet.message.size();
-        entry.durations.push_back(told.duration->count());
-        return true;
-    }
-    void write(Format format)
-    {
-        std::vector<std::vector<std::string>> rows;
-        for (auto& [operation, entry] : entries_) {
-            std::ranges::sort(entry.durations);
-            auto const quantile = [&durations = entry.durations](double share) {
-                auto const place = static_cast<std::size_t>(share * static_cast<double>(durations.size() - 1));
-                return fmt::format("{:.1f}", static_cast<double>(durations[place]) / 1000);
-            };
-            rows.push_back({operation, std::to_string(entry.durations.size()), std::to_string(entry.errors),
-                            quantile(0.5), quantile(0.99), std::to_string(entry.bytesToUnit),
-                            std::to_string(entry.bytesFromUnit)});
-        }
-        writeRows({"operation", "calls", "errors", "p50us", "p99us", "bytesToUnit", "bytesFromUnit"}, rows, format);
-    }
-
-private:
-    struct Entry {
-        unsigned long errors = 0;
-        std::size_t bytesToUnit = 0;
-        std::size_t bytesFromUnit = 0;
-        std::vector<std::int64_t> durations; // nanoseconds
-    };
-    std::map<std::string, Entry> entries_;
-};
-
 ExitCode stats(Program::Options const& options, TrafficWords const& words)
 {
     if (words.file.empty() == words.listen.empty()) {
         return complain("either FILE or --listen is needed");
     }
-    Statistics statistics;
-    auto const add = [&statistics](traffic::Packet const& packet, traffic::Conversation::Told const& told) {
-        return statistics.add(packet, told);
+    traffic::Statistics statistics;
+    auto const add = [&statistics](Packet const& packet, Told const& told) {
+        statistics.add(packet, told);
+        return true;
     };
-    ExitCode const code = words.file.empty() ? relay(options, words, add) : readCapture(words.file, add);
-    statistics.write(options.format);
+    ExitCode const code = words.file.empty() ? relay(options, words, add) : decode(words.file, add);
+    writeRows(traffic::Statistics::head(), statistics.rows(), options.format);
     return code;
 }
 
 Traffic::Act shower(Format format)
 {
-    return [format](traffic::Packet const& packet, traffic::Conversation::Told const& told) {
+    return [format](Packet const& packet, Told const& told) {
         show(packet, told, format);
         return !tools::isOutputGone();
     };
@@ -294,12 +192,11 @@ void addTrafficVerbs(Program& program)
                 [captured](Program::Options const& options) { return capture(options, *captured); });
 
     auto const decoded = std::make_shared<TrafficWords>();
-    program.add(
-        {.name = "decode",
-         .help = "Show a capture as trace does",
-         .example = "decode unit.pcapng",
-         .options = {fileArgument(*decoded, true)}},
-        [decoded](Program::Options const& options) { return readCapture(decoded->file, shower(options.format)); });
+    program.add({.name = "decode",
+                 .help = "Show a capture as trace does",
+                 .example = "decode unit.pcapng",
+                 .options = {fileArgument(*decoded, true)}},
+                [decoded](Program::Options const& options) { return decode(decoded->file, shower(options.format)); });
 
     auto const counted = std::make_shared<TrafficWords>();
     program.add({.name = "stats",
