@@ -10,7 +10,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <poll.h>
-#include <sys/signalfd.h>
+#include <sys/eventfd.h>
 #include <unistd.h>
 
 namespace trs::tools {
@@ -26,15 +26,15 @@ std::string usageOf(Command const& command)
 
 } // namespace
 
-Console::Console(std::string const& endCommand)
+Console::Console(std::string const& endCommand, std::function<void()> hurry)
+    : ended_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
 {
-    sigset_t ending;
-    ::sigemptyset(&ending);
-    ::sigaddset(&ending, SIGTERM);
-    ::sigaddset(&ending, SIGINT);
-    ::sigprocmask(SIG_BLOCK, &ending, nullptr);
-    signals_ = ::signalfd(-1, &ending, SFD_CLOEXEC | SFD_NONBLOCK);
-
+    signals_.emplace(std::initializer_list<int>{SIGTERM, SIGINT}, [this, hurry = std::move(hurry)] {
+        noteEnd();
+        if (hurry) {
+            hurry();
+        }
+    });
     add({"help", "", "lists the commands", [this](catalogue::Words const&) {
              sayHelp();
              return std::string();
@@ -46,16 +46,23 @@ Console::Console(std::string const& endCommand)
     onOutputGone([this] { end(); });
 }
 
-void Console::end()
-{
-    isEnded_ = true;
-    ::kill(::getpid(), SIGTERM); // run() may be waiting
-}
-
 Console::~Console()
 {
     onOutputGone(nullptr);
-    ::close(signals_);
+    signals_.reset();
+    ::close(ended_);
+}
+
+void Console::noteEnd()
+{
+    isEnded_ = true;
+    ::eventfd_write(ended_, 1);
+}
+
+void Console::end()
+{
+    noteEnd();
+    signals_->raise();
 }
 
 void Console::add(Command command) { commands_.push_back(std::move(command)); }
@@ -161,15 +168,14 @@ int Console::doTask()
     return static_cast<int>(std::max(std::chrono::ceil<std::chrono::milliseconds>(left).count(), std::int64_t{0}));
 }
 
-// Waits for a signal or for input.
+// Waits for the end or for input.
 void Console::receive()
 {
-    std::array<pollfd, 2> waiting{{{signals_, POLLIN, 0}, {isInputAtEnd_ ? -1 : STDIN_FILENO, POLLIN, 0}}};
+    std::array<pollfd, 2> waiting{{{ended_, POLLIN, 0}, {isInputAtEnd_ ? -1 : STDIN_FILENO, POLLIN, 0}}};
     if (::poll(waiting.data(), waiting.size(), doTask()) <= 0) {
         return;
     }
     if (waiting[0].revents != 0) {
-        isEnded_ = true;
         return;
     }
     std::array<char, 4096> room;

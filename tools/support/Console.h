@@ -2,11 +2,13 @@
 #pragma once
 
 #include "catalogue/Text.h"
+#include "tools/support/SignalWatch.h"
 #include "tools/support/StandardStreams.h" // as commands have something to say
 
 #include <atomic>
 #include <chrono>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,12 +24,13 @@ struct Command {
     std::function<std::string(catalogue::Words const&)> run;
 };
 
-// Made before any other thread: SIGTERM and SIGINT then reach none, and end run() instead, as standard output does that
-// takes no more. The commands `help` and one that ends the program are there from the start.
+// From construction on, SIGTERM and SIGINT end run() and nothing else, as standard output does that takes no more. The
+// commands `help` and one that ends the program are there from the start.
 class Console {
 public:
-    // `endCommand`: the name of the command that ends the program.
-    explicit Console(std::string const& endCommand);
+    // `endCommand`: the name of the command that ends the program. `hurry`, if any, is called on a thread of its own
+    // when the program is to end: what run() or its caller may be waiting for then should come to its end.
+    explicit Console(std::string const& endCommand, std::function<void()> hurry = nullptr);
     Console(Console const&) = delete;
     Console& operator=(Console const&) = delete;
     ~Console();
@@ -46,20 +49,22 @@ public:
     void every(std::chrono::milliseconds interval, std::function<void()> task);
 
 private:
+    void noteEnd();
     bool takeLine(std::string& line);
     void receive();
     int doTask();
     void sayHelp() const;
 
     std::vector<Command> commands_;
-    int signals_;
     std::string received_;
     bool isCut_ = false; // the line that is being received is too long, and its beginning was dropped
     bool isInputAtEnd_ = false;
     std::atomic<bool> isEnded_ = false; // also by a command that another thread executes
+    int ended_;                         // becomes readable then
     std::function<void()> task_;
     std::chrono::milliseconds interval_{};
     std::chrono::steady_clock::time_point nextTask_;
+    std::optional<SignalWatch> signals_;
 };
 
 } // namespace trs::tools

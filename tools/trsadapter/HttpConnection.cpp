@@ -5,7 +5,9 @@
 #include <cerrno>
 #include <netinet/in.h>
 #include <poll.h>
+#include <sys/eventfd.h>
 #include <sys/socket.h>
+#include <unistd.h>
 #include <utility>
 
 namespace trs::adapter {
@@ -15,8 +17,8 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-// For a request that has begun when the server is to end.
-constexpr milliseconds grace{1000};
+// For all that has begun when the server is to end.
+constexpr milliseconds grace{800};
 // For a client to read its response while it is still sending.
 constexpr milliseconds lingerTime{1000};
 
@@ -52,18 +54,26 @@ void addressOf(sockaddr_storage const& from, std::string& ip, int& port)
 
 } // namespace
 
-HttpConnection::HttpConnection(int socket, int stopping, HttpServer::Bounds const& bounds)
-    : socket_(socket), stopping_(stopping), bounds_(bounds)
+Stop::Stop() : descriptor_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
+
+Stop::~Stop() { ::close(descriptor_); }
+
+void Stop::come()
+{
+    end_ = steady_clock::now() + grace;
+    ::eventfd_write(descriptor_, 1);
+}
+
+HttpConnection::HttpConnection(int socket, Stop const& stop, HttpServer::Bounds const& bounds)
+    : socket_(socket), stop_(stop), bounds_(bounds)
 {
 }
 
 bool HttpConnection::awaitRequest(std::atomic<int> const& waiting)
 {
     Time const idleEnd = steady_clock::now() + bounds_.idle;
-    for (Readiness readiness = Readiness::tooLate; begin_ == received_ && readiness != Readiness::ready;) {
-        readiness = await(POLLIN, std::min(idleEnd, steady_clock::now() + lookAround), true);
-        bool const isOver = waiting > 0 || steady_clock::now() >= idleEnd;
-        if (readiness == Readiness::stopping || (readiness == Readiness::tooLate && isOver)) {
+    while (begin_ == received_ && !await(POLLIN, std::min(idleEnd, steady_clock::now() + lookAround), true)) {
+        if (stop_.hasCome() || waiting > 0 || steady_clock::now() >= idleEnd) {
             return false;
         }
     }
@@ -77,20 +87,17 @@ bool HttpConnection::awaitRequest(std::atomic<int> const& waiting)
     return begin_ != received_ || fill();
 }
 
-HttpConnection::Readiness HttpConnection::await(short events, Time end, bool heedsStop) const
+// Whether the socket is ready in time: until `end`, or until the stop's end; an idle one at the stop at once.
+bool HttpConnection::await(short events, Time end, bool isIdle) const
 {
     for (;;) {
-        auto const left = std::chrono::ceil<milliseconds>(end - steady_clock::now());
-        if (left.count() <= 0) {
-            return Readiness::tooLate;
-        }
-        std::array<pollfd, 2> waiting{{{socket_, events, 0}, {heedsStop ? stopping_ : -1, POLLIN, 0}}};
-        ::poll(waiting.data(), waiting.size(), static_cast<int>(left.count()));
-        if (waiting[0].revents != 0) {
-            return Readiness::ready;
-        }
-        if (waiting[1].revents != 0) {
-            return Readiness::stopping;
+        bool const isStopped = stop_.hasCome();
+        auto const left = std::chrono::ceil<milliseconds>(std::min(end, stop_.end()) - steady_clock::now());
+        bool const isOver = left.count() <= 0 || (isStopped && isIdle);
+        std::array<pollfd, 2> waiting{{{socket_, events, 0}, {isStopped ? -1 : stop_.descriptor(), POLLIN, 0}}};
+        ::poll(waiting.data(), waiting.size(), isOver ? 0 : static_cast<int>(left.count()));
+        if (waiting[0].revents != 0 || isOver) {
+            return waiting[0].revents != 0;
         }
     }
 }
@@ -98,11 +105,7 @@ HttpConnection::Readiness HttpConnection::await(short events, Time end, bool hee
 // Receives more, in time. False at the end of the connection.
 bool HttpConnection::fill()
 {
-    Readiness readiness = await(POLLIN, end_, true);
-    if (readiness == Readiness::stopping) {
-        readiness = await(POLLIN, std::min(end_, steady_clock::now() + grace), false);
-    }
-    if (readiness != Readiness::ready) {
+    if (!await(POLLIN, end_)) {
         refusal_ = 408;
         return false;
     }
@@ -190,7 +193,7 @@ ssize_t HttpConnection::write(char const* bytes, std::size_t size)
         ssize_t const count = ::send(socket_, bytes + sent, size - sent, MSG_NOSIGNAL | MSG_DONTWAIT);
         if (count > 0) {
             sent += static_cast<std::size_t>(count);
-        } else if ((errno != EAGAIN && errno != EINTR) || await(POLLOUT, end_, false) != Readiness::ready) {
+        } else if ((errno != EAGAIN && errno != EINTR) || !await(POLLOUT, end_)) {
             isClosing_ = true;
             return -1;
         }
@@ -203,8 +206,7 @@ void HttpConnection::finish()
     ::shutdown(socket_, SHUT_WR);
     // Closing a socket with unread bytes would take the response back.
     Time const end = steady_clock::now() + lingerTime;
-    while (isClosing() && await(POLLIN, end, false) == Readiness::ready &&
-           ::recv(socket_, buffer_.data(), buffer_.size(), 0) > 0) {
+    while (isClosing() && await(POLLIN, end) && ::recv(socket_, buffer_.data(), buffer_.size(), 0) > 0) {
     }
 }
 
@@ -218,10 +220,10 @@ std::string HttpConnection::address() const
 
 bool HttpConnection::is_readable() const
 {
-    return lineBegin_ != line_.size() || begin_ != received_ || await(POLLIN, end_, false) == Readiness::ready;
+    return lineBegin_ != line_.size() || begin_ != received_ || await(POLLIN, end_);
 }
 
-bool HttpConnection::is_writable() const { return await(POLLOUT, end_, false) == Readiness::ready; }
+bool HttpConnection::is_writable() const { return await(POLLOUT, end_); }
 
 void HttpConnection::get_remote_ip_and_port(std::string& ip, int& port) const
 {

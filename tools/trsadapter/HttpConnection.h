@@ -14,14 +14,35 @@
 
 namespace trs::adapter {
 
+// When the server is to end: what has begun has a moment left to be read, answered and sent.
+class Stop {
+public:
+    using Time = std::chrono::steady_clock::time_point;
+
+    Stop();
+    Stop(Stop const&) = delete;
+    Stop& operator=(Stop const&) = delete;
+    ~Stop();
+
+    void come();
+    // Until then connections go on; the end of time while there is no stop.
+    Time end() const { return end_; }
+    bool hasCome() const { return end() != Time::max(); }
+    // Becomes readable when it comes.
+    int descriptor() const { return descriptor_; }
+
+private:
+    std::atomic<Time> end_ = Time::max();
+    int descriptor_;
+};
+
 // For one thread. The socket is the caller's to close.
 //
 // A request reaches its reader without a header Range, and so is answered as a whole: httplib would take thousands of
 // ranges, by recursion, and repeat the response for each.
 class HttpConnection final : public httplib::Stream {
 public:
-    // `stopping`: a descriptor that becomes readable when the server is to end.
-    HttpConnection(int socket, int stopping, HttpServer::Bounds const& bounds);
+    HttpConnection(int socket, Stop const& stop, HttpServer::Bounds const& bounds);
 
     // Waits for the first byte of a request. False when none comes: the client left or is idle for too long, other
     // connections wait for this one's thread, or the server is to end.
@@ -45,17 +66,16 @@ public:
     socket_t socket() const override { return socket_; }
 
 private:
-    using Time = std::chrono::steady_clock::time_point;
+    using Time = Stop::Time;
 
-    enum class Readiness { ready, tooLate, stopping };
-    Readiness await(short events, Time end, bool heedsStop) const;
+    bool await(short events, Time end, bool isIdle = false) const;
     bool fill();
     bool readLine();
     bool takeLine();
     ssize_t readBody(char* bytes, std::size_t size);
 
     int socket_;
-    int stopping_;
+    Stop const& stop_;
     HttpServer::Bounds bounds_;
     Time end_; // of the request
     std::array<char, 8192> buffer_;

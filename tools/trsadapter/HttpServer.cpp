@@ -11,7 +11,6 @@
 #include <httplib.h>
 #include <string_view>
 #include <strings.h>
-#include <sys/eventfd.h>
 #include <sys/socket.h>
 #include <thread>
 #include <unistd.h>
@@ -87,7 +86,7 @@ class HttpServer::Server final : public httplib::Server {
 public:
     using Handler = HttpServer::Handler; // not httplib's
 
-    explicit Server(Bounds const& bounds) : bounds_(bounds), stopping_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+    explicit Server(Bounds const& bounds) : bounds_(bounds)
     {
         // The address of a server that has just ended can be had again, but not that of one that runs.
         set_socket_options([](socket_t socket) {
@@ -118,7 +117,7 @@ public:
     }
     Server(Server const&) = delete;
     Server& operator=(Server const&) = delete;
-    ~Server() override { ::close(stopping_); }
+    ~Server() override = default;
 
     void add(std::string const& method, std::string const& path, Handler handler)
     {
@@ -158,8 +157,7 @@ public:
         if (!acceptor_.joinable()) {
             return;
         }
-        std::uint64_t const one = 1;
-        static_cast<void>(::write(stopping_, &one, sizeof one) == sizeof one); // an eventfd takes it
+        stop_.come();
         while (!is_running() && !isEnded_) {
             std::this_thread::yield(); // until it listens and can be stopped
         }
@@ -233,7 +231,7 @@ private:
 
     bool process_and_close_socket(socket_t socket) override
     {
-        HttpConnection connection(socket, stopping_, bounds_);
+        HttpConnection connection(socket, stop_, bounds_);
         served = &connection;
         bool isKept = true;
         std::size_t left = mostRequests;
@@ -264,7 +262,7 @@ private:
     std::map<std::string, std::string> methods_; // of each path, as the header Allow has them
     std::atomic<int> waiting_ = 0;
     std::atomic<bool> isEnded_ = false;
-    int stopping_;
+    Stop stop_;
     int port_ = -1;
     std::thread acceptor_;
 };

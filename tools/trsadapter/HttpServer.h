@@ -54,7 +54,8 @@ public:
     // choose. Empty, or why it cannot.
     std::string start(std::string const& address, int port);
     int port() const;
-    // Ends listening and idle connections, gives requests that have begun a moment to be answered, and waits for that.
+    // Ends listening and idle connections, gives requests that have begun less than a second to be answered, and waits
+    // for that.
     void stop();
 
 private:

@@ -257,13 +257,13 @@ static int run(int argc, char** argv)
         return *code;
     }
 
-    tools::Console console("quit");
-    Broker& broker = Broker::instance();
     Broker::setDeadline(std::chrono::milliseconds(options.timeout));
-    if (std::string const why = broker.addPeer(options.unit); !why.empty()) {
+    if (std::string const why = Broker::instance().addPeer(options.unit); !why.empty()) {
         std::fprintf(stderr, "%s\n", why.c_str());
         return hasFailed;
     }
+    // A unit that hangs is not waited for.
+    tools::Console console("quit", [] { Broker::instance().removePeers(); });
     return options.serves ? serve(options, console, line.exitsOnEof()) : follow(options, console, line.exitsOnEof());
 }
 

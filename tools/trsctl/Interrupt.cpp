@@ -1,9 +1,9 @@
 #include "tools/trsctl/Interrupt.h"
 
+#include "broker/Broker.h"
 #include "tools/support/StandardStreams.h"
 
 #include <atomic>
-#include <csignal>
 
 namespace trs::ctl {
 
@@ -16,13 +16,16 @@ std::atomic<bool> hasCome = false;
 Interrupt::Interrupt()
 {
     hasCome = false;
-    static_cast<void>(std::signal(SIGINT, [](int) { hasCome = true; }));
+    watch_.emplace(std::initializer_list<int>{SIGINT}, [] {
+        hasCome = true;
+        Broker::instance().removePeers(); // which the next verb adds again
+    });
 }
 
 Interrupt::~Interrupt()
 {
+    watch_.reset();
     hasCome = false;
-    static_cast<void>(std::signal(SIGINT, SIG_DFL));
 }
 
 bool Interrupt::came() { return hasCome || tools::isOutputGone(); }

@@ -1,9 +1,14 @@
 // Ends a verb and not the program, when somebody at the terminal presses the key for it.
 #pragma once
 
+#include "tools/support/SignalWatch.h"
+
+#include <optional>
+
 namespace trs::ctl {
 
-// Until it is destroyed, SIGINT has came() tell so instead of ending the program. There is one at a time.
+// Until it is destroyed, SIGINT has came() tell so and calls under way fail, instead of ending the program. There is
+// one at a time.
 class Interrupt {
 public:
     Interrupt();
@@ -13,6 +18,9 @@ public:
 
     // Since there is one; or there is no use in going on, as standard output takes no more.
     static bool came();
+
+private:
+    std::optional<tools::SignalWatch> watch_;
 };
 
 } // namespace trs::ctl

@@ -6,6 +6,7 @@
 #include "catalogue/Limits.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Progress.h"
+#include "tools/trsctl/Interrupt.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -98,7 +99,7 @@ ExitCode Unit::connect(std::string const& text, Target& target) const
     }
     target.object = TipprmiObjectClient(TipprmiOID(target.name.id));
     auto const end = std::chrono::steady_clock::now() + options_.wait;
-    while (std::chrono::steady_clock::now() < end && !target.object.isConnected()) {
+    while (std::chrono::steady_clock::now() < end && !Interrupt::came() && !target.object.isConnected()) {
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
     return ExitCode::good;

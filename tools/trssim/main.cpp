@@ -21,6 +21,7 @@ constexpr char const* description = "A simulated unit: objects of all interfaces
 constexpr int cannotServe = 1;
 constexpr int hasLostOutput = 1;
 constexpr unsigned mostUnits = 1000;
+constexpr std::chrono::milliseconds endTime{500}; // for answers under way
 
 enum class TimeSource { real, stepped };
 
@@ -146,6 +147,7 @@ int run(Options const& options, bool endsWithInput)
         follow(console, unit);
     }
     console.run(endsWithInput);
+    trs::Broker::setDeadline(endTime); // a client that does not take its answer is not waited for
     if (!options.save.empty()) {
         TreflectHandlerState const running;
         if (std::string const why = trs::sim::scenario::store(unit, options.save); !why.empty()) {
