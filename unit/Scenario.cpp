@@ -8,7 +8,6 @@
 #include "catalogue/ObjectName.h"
 #include "catalogue/OperationKind.h"
 #include "catalogue/Text.h"
-#include "unit/FaultPlan.h"
 #include "unit/Inventory.h"
 #include "unit/Managed.h"
 #include "unit/Unit.h"

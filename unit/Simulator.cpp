@@ -1,7 +1,6 @@
 #include "unit/Simulator.h"
 
 #include "catalogue/Json.h"
-#include "unit/FaultPlan.h"
 #include "unit/Inventory.h"
 #include "unit/Scenario.h"
 #include "unit/Status.h"

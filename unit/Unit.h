@@ -2,6 +2,7 @@
 // without a socket.
 #pragma once
 
+#include "unit/FaultPlan.h"
 #include "unit/UnitAgent.h"
 
 #include <memory>
@@ -11,7 +12,6 @@
 namespace trs::sim {
 
 class ApplicationObject;
-class FaultPlan;
 class Inventory;
 class Simulator;
 
@@ -45,15 +45,16 @@ public:
     // Lets time pass, in seconds.
     void advance(unsigned long seconds);
 
-    // What follows is for threads that have the run permission (TreflectHandlerState), but for faults().
+    // Which calls are answered badly, those of this process as well (Broker::setLocalTap).
+    FaultPlan& faults();
+
+    // What follows is for threads that have the run permission (TreflectHandlerState).
     UnitAgent& agent();
 
-    // For the unit's own programs; a test has SimulatorClient for the same, in its own process too.
+    // For the unit's own programs; a test has proxies for the same.
     Inventory& inventory();
     ApplicationObject& object();
     Simulator& simulator();
-    // Which calls are answered badly, those of this process as well (Broker::setLocalTap).
-    FaultPlan& faults();
     // An object more, by identifier and class; one less. False when it cannot be.
     bool create(std::string const& id, std::string_view className);
     bool remove(std::string const& id);

@@ -5,8 +5,8 @@
 #include "catalogue/Value.h"
 #include "clients/ip/IpNodeClient.h"
 #include "clients/services/ConditionClient.h"
+#include "rmi/TreflectHandlerState.h"
 #include "tests/support/Sockets.h"
-#include "unit/FaultPlan.h"
 #include "unit/Scenario.h"
 #include "unit/Unit.h"
 

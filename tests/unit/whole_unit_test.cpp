@@ -3,7 +3,6 @@
 #include "catalogue/ObjectName.h"
 #include "catalogue/OperationKind.h"
 #include "unit/ApplicationObject.h"
-#include "unit/FaultPlan.h"
 #include "unit/Scenario.h"
 #include "unit/Unit.h"
 

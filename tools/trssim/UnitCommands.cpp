@@ -4,7 +4,6 @@
 #include "broker/ServerTap.h"
 #include "catalogue/ObjectName.h"
 #include "unit/ApplicationObject.h"
-#include "unit/FaultPlan.h"
 #include "unit/Scenario.h"
 #include "unit/Simulator.h"
 
