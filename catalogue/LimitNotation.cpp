@@ -13,14 +13,15 @@ namespace {
 
 constexpr std::string_view rangeSign = "..";
 
-// Without the punctuation around it.
+// Without the punctuation around it; "setMtu()" keeps its parentheses.
 std::string_view bare(std::string_view word)
 {
     constexpr std::string_view punctuation = ",;:.`";
     while (!word.empty() && (punctuation.find(word.front()) != std::string_view::npos || word.front() == '(')) {
         word.remove_prefix(1);
     }
-    while (!word.empty() && punctuation.find(word.back()) != std::string_view::npos) {
+    auto const isClosed = [&word] { return std::ranges::count(word, ')') > std::ranges::count(word, '('); };
+    while (!word.empty() && (punctuation.find(word.back()) != std::string_view::npos || isClosed())) {
         word.remove_suffix(1);
     }
     return word;

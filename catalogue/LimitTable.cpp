@@ -73,85 +73,45 @@ bool isAbout(Limit const& limit, Type const& type)
            std::ranges::any_of(type.fields, [&](Field const& field) { return isAbout(limit, *field.type); });
 }
 
-// Reads the comments and makes the parts of all operations.
-class Preparation {
+// Finds what a comment's limits are of.
+class LimitAttachment {
 public:
-    Preparation()
+    LimitAttachment(Operation const& operation, std::vector<std::string>& wrong)
+        : operation_(operation), names_(operation.parameterNames()), wrong_(wrong),
+          subject_(std::string(operation.className) + "::" + std::string(operation.name) + "()")
     {
-        for (Class const* const type : classes()) {
-            for (Operation const& operation : type->own) {
-                prepare(*type, operation);
-            }
-        }
     }
 
-    std::span<LimitedValue const> find(Operation const& operation) const
+    std::vector<LimitedValue> attach(std::string_view comment)
     {
-        for (std::size_t i = slotOf(operation); slots_[i].operation != nullptr; i = (i + 1) % slots_.size()) {
-            if (slots_[i].operation == &operation) {
-                return slots_[i].values;
-            }
-        }
-        return {};
-    }
-
-    std::vector<std::string> wrong;
-
-private:
-    // An entry of a hash table with open addressing: every call of an operation asks it.
-    struct Slot {
-        Operation const* operation = nullptr;
-        std::vector<LimitedValue> values;
-    };
-
-    static std::size_t slotOf(Operation const& operation)
-    {
-        constexpr std::uint64_t spread = 0x9e3779b97f4a7c15; // 2^64 divided by the golden ratio
-        return reinterpret_cast<std::uintptr_t>(&operation) * spread >> (64 - slotBits);
-    }
-
-    void insert(Operation const& operation, std::vector<LimitedValue> values)
-    {
-        std::size_t i = slotOf(operation);
-        while (slots_[i].operation != nullptr) {
-            i = (i + 1) % slots_.size();
-        }
-        slots_[i] = {&operation, std::move(values)};
-    }
-
-    void prepare(Class const& type, Operation const& operation)
-    {
-        subject_ = std::string(type.name) + ' ' + std::string(operation.name);
         std::vector<LimitedValue> limited;
-        std::vector<std::string_view> const names = operation.parameterNames();
-        std::vector<StatedLimit> const stated = statedLimits(operation.comment(), &type);
-        std::vector<std::size_t> const places = placesOf(operation, stated);
+        std::vector<StatedLimit> const stated = statedLimits(comment, findClass(operation_.classId));
+        std::vector<std::size_t> const places = placesOf(stated);
         std::size_t taken = 0;
-        for (std::size_t i = 0; i < operation.parameters.size(); ++i) {
-            Parameter const& parameter = operation.parameters[i];
+        for (std::size_t i = 0; i < operation_.parameters.size(); ++i) {
+            Parameter const& parameter = operation_.parameters[i];
             LimitedValue value = limitedValueOf(*parameter.type, limitsAt(stated, places, i));
             value.isIn = parameter.isIn;
             value.place = taken;
             taken += parameter.isIn ? 1 : 0;
-            addLimited(limited, std::move(value), names[i]);
+            addLimited(limited, std::move(value), names_[i]);
         }
-        if (operation.result != nullptr) {
+        if (operation_.result != nullptr) {
             LimitedValue value =
-                limitedValueOf(*operation.result, limitsAt(stated, places, operation.parameters.size()));
+                limitedValueOf(*operation_.result, limitsAt(stated, places, operation_.parameters.size()));
             value.isIn = false;
             addLimited(limited, std::move(value), "result");
         }
-        if (!limited.empty()) {
-            insert(operation, std::move(limited));
-        }
+        return limited;
     }
 
+private:
     // A field is met in every operation that takes its record.
     void complain(std::string const& what)
     {
         std::string line = subject_ + ": " + what;
-        if (std::ranges::find(wrong, line) == wrong.end()) {
-            wrong.push_back(std::move(line));
+        if (std::ranges::find(wrong_, line) == wrong_.end()) {
+            wrong_.push_back(std::move(line));
         }
     }
 
@@ -193,24 +153,23 @@ private:
 
     // For each limit the parameter that it is of, or their number for the result: the one that the word before it
     // names, or else the only one that the operation takes, or, when it takes none, tells.
-    std::vector<std::size_t> placesOf(Operation const& operation, std::vector<StatedLimit> const& stated)
+    std::vector<std::size_t> placesOf(std::vector<StatedLimit> const& stated)
     {
-        std::vector<std::string_view> const names = operation.parameterNames();
-        std::size_t const count = operation.parameters.size();
+        std::size_t const count = operation_.parameters.size();
         std::vector<std::size_t> taken;
         std::vector<std::size_t> told;
         for (std::size_t i = 0; i < count; ++i) {
-            (operation.parameters[i].isIn ? taken : told).push_back(i);
+            (operation_.parameters[i].isIn ? taken : told).push_back(i);
         }
-        if (operation.result != nullptr && operation.result->kind != Type::Kind::status) {
+        if (operation_.result != nullptr && operation_.result->kind != Type::Kind::status) {
             told.push_back(count);
         }
         std::vector<std::size_t> const& only = taken.empty() ? told : taken;
         std::vector<std::size_t> places;
         for (StatedLimit const& each : stated) {
-            auto const named = std::ranges::find(names, each.subject);
-            if (named != names.end()) {
-                places.push_back(static_cast<std::size_t>(named - names.begin()));
+            auto const named = std::ranges::find(names_, each.subject);
+            if (named != names_.end()) {
+                places.push_back(static_cast<std::size_t>(named - names_.begin()));
             } else if (only.size() == 1) {
                 places.push_back(only.front());
             } else {
@@ -251,6 +210,9 @@ private:
             if (!isAbout(each, type)) {
                 complain("a value of type " + type.text() + " cannot be limited to " + each.text());
             } else if (suits(each, type)) {
+                if (std::ranges::find(limited.limits, each.kind, &Limit::kind) != limited.limits.end()) {
+                    complain(each.text() + " is a second limit of the same");
+                }
                 limited.limits.push_back(each);
             }
         }
@@ -290,20 +252,79 @@ private:
         }
     }
 
-    std::vector<Slot> slots_ = std::vector<Slot>(std::size_t{1} << slotBits);
-    std::string subject_; // what is being prepared: an operation, or a field
+    Operation const& operation_;
+    std::vector<std::string_view> const names_; // of its parameters
+    std::vector<std::string>& wrong_;
+    std::string subject_; // what the limits are of: the operation, or a field
 };
 
-Preparation const& prepared()
+// All of the catalogue. A hash table with open addressing, since every call of an operation may ask it.
+class LimitTable {
+public:
+    LimitTable()
+    {
+        for (Class const* const type : classes()) {
+            for (Operation const& operation : type->own) {
+                std::vector<LimitedValue> values = limitedValues(operation, operation.comment(), wrong);
+                if (!values.empty()) {
+                    insert(operation, std::move(values));
+                }
+            }
+        }
+    }
+
+    std::span<LimitedValue const> find(Operation const& operation) const
+    {
+        for (std::size_t i = slotOf(operation); slots_[i].operation != nullptr; i = (i + 1) % slots_.size()) {
+            if (slots_[i].operation == &operation) {
+                return slots_[i].values;
+            }
+        }
+        return {};
+    }
+
+    std::vector<std::string> wrong;
+
+private:
+    struct Slot {
+        Operation const* operation = nullptr;
+        std::vector<LimitedValue> values;
+    };
+
+    static std::size_t slotOf(Operation const& operation)
+    {
+        constexpr std::uint64_t spread = 0x9e3779b97f4a7c15; // 2^64 divided by the golden ratio
+        return reinterpret_cast<std::uintptr_t>(&operation) * spread >> (64 - slotBits);
+    }
+
+    void insert(Operation const& operation, std::vector<LimitedValue> values)
+    {
+        std::size_t i = slotOf(operation);
+        while (slots_[i].operation != nullptr) {
+            i = (i + 1) % slots_.size();
+        }
+        slots_[i] = {&operation, std::move(values)};
+    }
+
+    std::vector<Slot> slots_ = std::vector<Slot>(std::size_t{1} << slotBits);
+};
+
+LimitTable const& limitTable()
 {
-    static Preparation const preparation;
-    return preparation;
+    static LimitTable const table;
+    return table;
 }
 
 } // namespace
 
-std::span<LimitedValue const> limitedValues(Operation const& operation) { return prepared().find(operation); }
+std::vector<LimitedValue> limitedValues(Operation const& operation, std::string_view comment,
+                                        std::vector<std::string>& wrong)
+{
+    return LimitAttachment(operation, wrong).attach(comment);
+}
 
-std::vector<std::string> const& wrongLimits() { return prepared().wrong; }
+std::span<LimitedValue const> limitedValues(Operation const& operation) { return limitTable().find(operation); }
+
+std::vector<std::string> const& wrongLimits() { return limitTable().wrong; }
 
 } // namespace trs::catalogue

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace trs::catalogue {
@@ -25,5 +26,10 @@ struct LimitedValue {
 
 // Those of the operation's parameters, in their order, and of its result. Empty when there is none.
 std::span<LimitedValue const> limitedValues(Operation const& operation);
+
+// The same if this were the operation's comment. `wrong` gets a line for each limit that belongs to no parameter, or
+// that its type cannot have, also of fields.
+std::vector<LimitedValue> limitedValues(Operation const& operation, std::string_view comment,
+                                        std::vector<std::string>& wrong);
 
 } // namespace trs::catalogue

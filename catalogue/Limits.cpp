@@ -4,6 +4,7 @@
 #include "catalogue/LimitTable.h"
 
 #include <algorithm>
+#include <charconv>
 #include <optional>
 
 namespace trs::catalogue {
@@ -31,35 +32,36 @@ std::optional<std::int64_t> integerOf(Value const& value)
     return value.is_number_integer() && !isGreat ? std::optional(value.get<std::int64_t>()) : std::nullopt;
 }
 
-// The mask of "255.255.0.0" or of four numbers; nothing when it is none.
+// The mask of "255.255.0.0" or of four octets; nothing when it is none.
 std::optional<std::uint32_t> maskOf(Value const& value)
 {
     std::uint32_t mask = 0;
     if (value.is_array() && value.size() == 4) {
         for (Value const& each : value) {
-            std::optional<std::int64_t> const octet = integerOf(each);
-            if (!octet || *octet < 0 || *octet > UINT8_MAX) {
+            std::int64_t const octet = integerOf(each).value_or(-1);
+            if (octet < 0 || octet > UINT8_MAX) {
                 return std::nullopt;
             }
-            mask = mask << 8 | static_cast<std::uint32_t>(*octet);
+            mask = mask << 8 | static_cast<std::uint32_t>(octet);
         }
         return mask;
     }
     if (!value.is_string()) {
         return std::nullopt;
     }
-    std::uint32_t octet = 0;
-    for (char const each : value.get_ref<std::string const&>()) {
-        if (each == '.') {
-            mask = (mask | octet) << 8;
-            octet = 0;
-        } else if (each >= '0' && each <= '9') {
-            octet = octet * 10 + static_cast<std::uint32_t>(each - '0');
-        } else {
+    std::string const& text = value.get_ref<std::string const&>();
+    char const* at = text.data();
+    char const* const end = at + text.size();
+    for (int i = 0; i < 4; ++i) {
+        unsigned char octet = 0;
+        auto const [next, error] = std::from_chars(at, end, octet);
+        if (error != std::errc() || (i < 3 ? next == end || *next != '.' : next != end)) {
             return std::nullopt;
         }
+        mask = mask << 8 | octet;
+        at = next + 1;
     }
-    return mask | octet;
+    return mask;
 }
 
 bool isWithin(Limit const& limit, std::int64_t number)
@@ -96,8 +98,8 @@ bool isWithin(Limit const& limit, Value const& value)
         break;
     }
     if (value.is_string() && limit.kind == Limit::Kind::named) {
-        auto const isIt = [&](NamedValue const& each) { return each.value == value || each.name == value; };
-        return !limit.names.front().value.is_string() || std::ranges::any_of(limit.names, isIt);
+        return !limit.names.front().value.is_string() ||
+               std::ranges::any_of(limit.names, [&](NamedValue const& each) { return each.value == value; });
     }
     std::optional<std::int64_t> const number = integerOf(value);
     return !number || isWithin(limit, *number);
@@ -147,6 +149,51 @@ private:
     std::size_t most_;
     std::vector<Violation> found_;
 };
+
+// Replaces a value that is outside the limit.
+void bringWithin(Limit const& limit, Value& value)
+{
+    switch (limit.kind) {
+    case Limit::Kind::netmask:
+        value = "0.0.0.0";
+        break;
+    case Limit::Kind::characters:
+        value.get_ref<std::string&>().resize(static_cast<std::size_t>(limit.ranges.front().least), ' ');
+        break;
+    case Limit::Kind::entries:
+        if (auto const most = static_cast<std::size_t>(limit.ranges.front().most); value.size() > most) {
+            value.erase(value.begin() + limit.ranges.front().most, value.end());
+        }
+        break;
+    case Limit::Kind::named:
+        value = limit.names.front().value;
+        break;
+    case Limit::Kind::bits:
+        value = 0;
+        break;
+    default:
+        value = limit.ranges.front().least;
+    }
+}
+
+void bringWithin(LimitedValue const& limited, Value& value)
+{
+    for (Limit const& limit : limited.limits) {
+        if (!isWithin(limit, value)) {
+            bringWithin(limit, value);
+        }
+    }
+    for (LimitedValue const& field : limited.fields) {
+        if (value.is_object() && value.contains(field.name)) {
+            bringWithin(field, value[field.name]);
+        }
+    }
+    if (value.is_array() && !limited.element.empty()) {
+        for (Value& element : value) {
+            bringWithin(limited.element.front(), element);
+        }
+    }
+}
 
 void list(LimitedValue const& limited, std::string const& path, bool isIn, std::vector<LimitedPart>& parts)
 {
@@ -238,6 +285,15 @@ std::vector<Violation> violations(Operation const& operation, std::span<Value co
         }
     }
     return check.found();
+}
+
+void bringWithin(Operation const& operation, std::span<Value> in)
+{
+    for (LimitedValue const& parameter : limitedValues(operation)) {
+        if (parameter.isIn && parameter.place < in.size()) {
+            bringWithin(parameter, in[parameter.place]);
+        }
+    }
 }
 
 std::vector<LimitedPart> limitedParts(Operation const& operation)

@@ -69,6 +69,10 @@ struct Violation {
 std::vector<Violation> violations(Operation const& operation, std::span<Value const> in,
                                   std::size_t most = static_cast<std::size_t>(-1));
 
+// Replaces what is outside limits by the least that is allowed, or by the first name; too much text or too many
+// elements are left out. So zero() becomes a value to begin with.
+void bringWithin(Operation const& operation, std::span<Value> in);
+
 // A part of a parameter, or of the result, that has a limit.
 struct LimitedPart {
     std::string path; // "mtu", "result", "params.vlanId", "routes[].netmask"; "[]" is any element

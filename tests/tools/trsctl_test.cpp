@@ -34,11 +34,11 @@ TEST_F(Trsctl, SeesWhatItSets)
     EXPECT_EQ(output({"get", "EthIfNet:IfNet/Lmp", "ipAddrSequence"}), "addresses []\n");
 
     std::string const file = directory.file("parameters");
-    std::ofstream(file) << R"({"vlanId": 300, "committedInfoRate": 1, "sir": 0, "vlanShapingEnabled": false,
-        "ipAddressInfo": {"ipAddress": "10.3.0.7", "address2": "0.0.0.0"}, "shaperBurstSize": 1,
+    std::ofstream(file) << R"({"vlanId": 300, "committedInfoRate": 100, "sir": 0, "vlanShapingEnabled": false,
+        "ipAddressInfo": {"ipAddress": "10.3.0.7", "address2": "0.0.0.0"}, "shaperBurstSize": 1522,
         "bfdInfo": {"bfdActivation": false, "bfdAdminUp": false, "bfdActivation2": false, "bfdAdminUp2": false,
                     "bfdDestAddress": "0.0.0.0", "bfdDestAddress2": "0.0.0.0", "bfdSourceUdpPort": 0,
-                    "bfdTypeUdpPort": 0, "bfdTimer": {"value1": 1, "value2": 2, "value3": 3}},
+                    "bfdTypeUdpPort": 0, "bfdTimer": {"value1": 500, "value2": 500, "value3": 3}},
         "vlanInstanceId": 300, "qosEnabled": false, "cesopsn": false})";
     std::string const vlan = output({"call", "EthIfNet:IfNet/Transport", "createVlan", "@" + file});
     EXPECT_THAT(vlan, StartsWith("vlan VlanIfNet:"));
@@ -165,6 +165,30 @@ TEST_F(Trsctl, DescribesWithoutAUnit)
     std::string const described = output({"describe", "VlanIfNet.getIpAddrSequence"});
     EXPECT_THAT(described, HasSubstr("class IfNetClient\nclassId 0xb86aeff7\nindex 12\n"));
     EXPECT_THAT(described, HasSubstr("types.IfNetClient::IpAddrInfo.address4 TipprmiArray<short, 4>\n"));
+
+    EXPECT_THAT(output({"describe", "EthIfNet.createVlan"}),
+                HasSubstr("limits.params.shaperBurstSize 0 or 1522..2000000\n"));
+    auto const limitsOf = [this](std::string const& operation) {
+        return nlohmann::json::parse(output({"--format", "json", "describe", operation}))["limits"].dump();
+    };
+    EXPECT_EQ(limitsOf("EthIfNet.setSirTotal"), R"({"sirTotal":{"least":100,"most":1000000,"step":100}})");
+    EXPECT_EQ(limitsOf("FaultService.setOperState"), R"({"state":{"oneOf":{"DISABLED":12,"ENABLED":11}}})");
+    EXPECT_EQ(limitsOf("IpRoutingTable.createIpRoute"),
+              R"({"route.destination[]":{"least":0,"most":255},"route.gateway[]":{"least":0,"most":255},)"
+              R"("route.netmask":{"netmask":true},"route.netmask[]":{"least":0,"most":255}})");
+    EXPECT_EQ(limitsOf("Aal5Profile.setNmaLabel"), R"({"label":{"characters":{"least":0,"most":20}}})");
+    EXPECT_EQ(limitsOf("IfNet.setDiscardPublic"), "null");
+    EXPECT_EQ(output({"describe", "IfNet.setMtu", "--template", "mtu"}), "68\n");
+    EXPECT_EQ(output({"describe", "EthIfNet.getVlanIfNet", "--template", "vlan"}), "null\n") << "an out-argument";
+}
+
+TEST_F(Trsctl, PointsOutValuesOutsideTheirLimits)
+{
+    Unit sim = unit();
+    EXPECT_EQ(run({"set", "IpNode", "mtu", "68"}).error, "");
+    EXPECT_THAT(run({"set", "IpNode", "mtu", "67"}).error, StartsWith("note: mtu: 67 is not 68..65535\n"));
+    EXPECT_THAT(run({"set", "VlanMap:VlanMap", "vlanMap", R"([{"vlanId": 4095, "ifNet": null}])"}).error,
+                StartsWith("note: map[0].vlanId: 4095 is not 0..4094\n"));
 }
 
 } // namespace

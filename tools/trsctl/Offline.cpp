@@ -2,6 +2,7 @@
 #include "broker/PrintableText.h"
 #include "catalogue/Class.h"
 #include "catalogue/Constants.h"
+#include "catalogue/Limits.h"
 #include "platform/NmaLogHelper.h"
 #include "tools/support/Console.h"
 #include "tools/trsctl/Program.h"
@@ -64,7 +65,22 @@ Value partsOf(Type const& type)
     return parts;
 }
 
-Value described(catalogue::Operation const& operation)
+// By part, such as "params.vlanId": the limits in words, or as programs read them.
+Value limitsOf(catalogue::Operation const& operation, Format format)
+{
+    Value limits = Value::object();
+    for (catalogue::LimitedPart const& part : catalogue::limitedParts(operation)) {
+        Value& told = limits[part.path];
+        if (format == Format::json) {
+            told.update(part.limit->json());
+        } else {
+            told = (told.is_null() ? "" : told.get<std::string>() + ", ") + part.limit->text();
+        }
+    }
+    return limits;
+}
+
+Value described(catalogue::Operation const& operation, Format format)
 {
     std::vector<Type const*> types;
     for (catalogue::Parameter const& parameter : operation.parameters) {
@@ -85,6 +101,9 @@ Value described(catalogue::Operation const& operation)
                 {"comment", operation.comment()}};
     if (!named.empty()) {
         value["types"] = named;
+    }
+    if (Value const limits = limitsOf(operation, format); !limits.empty()) {
+        value["limits"] = limits;
     }
     return value;
 }
@@ -111,7 +130,7 @@ ExitCode list(std::string const& className, Format format)
     return ExitCode::good;
 }
 
-// A value of a parameter to begin with: 0, false and empty in all its parts.
+// A value of a parameter to begin with: 0, false and empty in all its parts, or the least that is allowed.
 ExitCode writeTemplate(catalogue::Operation const& operation, std::string const& parameter)
 {
     std::vector<std::string_view> const names = operation.parameterNames();
@@ -120,8 +139,18 @@ ExitCode writeTemplate(catalogue::Operation const& operation, std::string const&
         std::fprintf(stderr, "'%s' is no parameter\n%s\n", printable(parameter).c_str(), operation.signature().c_str());
         return ExitCode::usage;
     }
-    Type const& type = *operation.parameters[static_cast<std::size_t>(found - names.begin())].type;
-    tools::say(catalogue::toJson(catalogue::zero(type)));
+    auto const end = operation.parameters.begin() + (found - names.begin());
+    std::vector<Value> in;
+    for (auto each = operation.parameters.begin(); each != end; ++each) {
+        if (each->isIn) {
+            in.push_back(nullptr);
+        }
+    }
+    in.push_back(catalogue::zero(*end->type));
+    if (end->isIn) {
+        catalogue::bringWithin(operation, in);
+    }
+    tools::say(catalogue::toJson(in.back()));
     return ExitCode::good;
 }
 
@@ -162,7 +191,7 @@ ExitCode describe(std::string const& name, std::string const& parameter, Format 
     if (!parameter.empty()) {
         return writeTemplate(*operation, parameter);
     }
-    writeResults(described(*operation), format);
+    writeResults(described(*operation, format), format);
     return ExitCode::good;
 }
 
