@@ -11,20 +11,19 @@ namespace {
 
 constexpr std::size_t greatestStep = 65536;
 constexpr std::size_t leastRoom = 128;
-constexpr std::size_t lengthSize = 4; // of the field that messages begin with
 
 } // namespace
 
 // How many bytes the message lacks that are known to belong to it; 0 when it is whole, or begins none.
 std::size_t Assembler::missing(TipprmiStream const& message) const
 {
-    std::size_t const length = message.size() < lengthSize ? lengthSize : messageLength(message.data());
+    std::size_t const length = message.size() < messageLengthSize ? messageLengthSize : messageLength(message.data());
     return length > message.size() ? length - message.size() : 0;
 }
 
 Assembler::State Assembler::judge(TipprmiStream& message)
 {
-    if (message.size() < lengthSize) {
+    if (message.size() < messageLengthSize) {
         return State::incomplete;
     }
     std::size_t const length = messageLength(message.data());

@@ -71,6 +71,7 @@ enum class ReplyStatus : std::uint8_t {
     replyTooLong = 4, // the operation was executed
 };
 
+inline constexpr std::size_t messageLengthSize = 4; // of the field that a message begins with
 inline constexpr std::size_t messageHeaderSize = 12;
 
 struct MessageHeader {

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <set>
 
 namespace {
 
@@ -246,18 +247,74 @@ TEST_F(TrsctlTraffic, IsDissected)
                                       HasSubstr("results.addresses[0].ipAddress=10.1.0.7,"))));
     EXPECT_EQ(std::count_if(shown.begin(), shown.end(), [](auto const& each) { return !each.ends_with('|'); }), 1);
     EXPECT_THAT(shown, Contains(AllOf(HasSubstr("getMtu|done"), HasSubstr("|it ends too early"))));
+
+    std::string const nobody = "unix:" + path + ".nobody";
+    Between refusing({"--unit", nobody, "capture", "-w", file, "--listen", relayed});
+    EXPECT_EQ(call(relayed, {"get", "IpNode", "mtu"}), 6);
+    refusing.signal(SIGTERM);
+    EXPECT_EQ(refusing.waitForExit(), 0);
+    EXPECT_THAT(dissect(file, {"kind", "status", "reason"}),
+                Contains("greeting|refused|the relay cannot reach " + nobody + ": No such file or directory"));
+}
+
+// Names that are missing would show only when a packet comes that needs them.
+TEST_F(TrsctlTraffic, IsDissectedByLuaThatHasWhatItNames)
+{
+    auto const compiled = [](Arguments const& arguments) {
+        ChildProcess compiler("/usr/bin/luac5.2", arguments);
+        EXPECT_EQ(compiler.waitForExit(), 0) << joined(compiler.readRest(ChildProcess::Stream::error));
+        return compiler.readRest();
+    };
+    std::string const text = output({"dissector"});
+    std::ofstream(file) << text;
+    compiled({"-p", file});
+    std::set<std::string> const known{"DESEGMENT_ONE_MORE_SEGMENT",
+                                      "DissectorTable",
+                                      "PI_ERROR",
+                                      "PI_MALFORMED",
+                                      "Proto",
+                                      "ProtoField",
+                                      "error",
+                                      "ipairs",
+                                      "math",
+                                      "pcall",
+                                      "setmetatable",
+                                      "string",
+                                      "table",
+                                      "tostring"};
+    std::set<std::string> made;
+    for (std::string const& line : compiled({"-l", "-p", source("tools/traffic/dissector.lua")})) {
+        std::string const global = "; _ENV \"";
+        std::size_t const at = line.find(global);
+        std::string const name = at == std::string::npos ? "" : line.substr(at + global.size());
+        if (!name.empty() && !known.contains(name.substr(0, name.find('"')))) {
+            made.insert(name.substr(0, name.find('"')));
+        }
+    }
+    EXPECT_THAT(made, testing::ElementsAre("kinds", "operations", "statuses", "types", "wire"));
+    for (std::string const& name : made) {
+        EXPECT_THAT(text, HasSubstr("local " + name + " = {")) << "the program makes it";
+    }
 }
 
 TEST_F(TrsctlTraffic, IsDissectedInSegments)
 {
-    std::ofstream(file + ".text") << "O\n0000 54 4f 49 50 00 01 00 00\n"
-                                     "I\n0000 54 4f 49 50 00 01 00 00\n"
-                                     "O\n0000 00 00 00 1e 01 00\n" // in the middle of a request
-                                     "O\n0000 00 00 00 00 00 07 a1 b2 c3 d4 00 00 00 05 00 00 00 01 00 00 00 06 49 70\n"
-                                     "0018 4e 6f 64 65 00 00 00 08 03 00 00 00 00 00 00 08\n"; // and another message
-    ChildProcess made("/usr/bin/text2pcap", {"-q", "-D", "-T", "50000,4000", file + ".text", file});
-    EXPECT_EQ(made.waitForExit(), 0) << joined(made.readRest(ChildProcess::Stream::error));
-    std::filesystem::remove(file + ".text");
+    auto const make = [this](char const* segments) {
+        std::ofstream(file + ".text") << segments;
+        ChildProcess made("/usr/bin/text2pcap", {"-q", "-D", "-T", "50000,4000", file + ".text", file});
+        EXPECT_EQ(made.waitForExit(), 0) << joined(made.readRest(ChildProcess::Stream::error));
+        std::filesystem::remove(file + ".text");
+    };
+    make("O\n0000 54 4f 49 50 00 01 00 00\n"
+         "I\n0000 54 4f 49 50 00 01 00 02 00 00 00 04 62 75\n" // in the middle of a reason
+         "I\n0000 73 79\n");
+    EXPECT_THAT(dissect(file, {"kind", "status", "reason"}),
+                testing::ElementsAre("greeting||", "||", "greeting|refused|busy"));
+    make("O\n0000 54 4f 49 50 00 01 00 00\n"
+         "I\n0000 54 4f 49 50 00 01 00 00\n"
+         "O\n0000 00 00 00 1e 01 00\n" // in the middle of a request
+         "O\n0000 00 00 00 00 00 07 a1 b2 c3 d4 00 00 00 05 00 00 00 01 00 00 00 06 49 70\n"
+         "0018 4e 6f 64 65 00 00 00 08 03 00 00 00 00 00 00 08\n"); // and another message
     EXPECT_THAT(dissect(file, {"kind", "object", "operation", "number"}),
                 testing::ElementsAre("greeting|||", "greeting|||", "|||", "request,locate|IpNode|0xa1b2c3d4.5|7,8"));
 }
