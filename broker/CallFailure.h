@@ -35,8 +35,8 @@ struct CallFailure {
     std::string text() const;
 };
 
-// What became of the calling thread's last call through a stream, here or to a peer, or of its last isConnected(),
-// which has failed when the answer is false.
+// What became of the calling thread's last call through a stream, here or to a peer, or of its last isConnected() or
+// registration of an observer, which have failed when the answer is false.
 CallFailure const& lastCallFailure();
 
 // For the broker: begins a call; ends one as failed; the same with a log line.

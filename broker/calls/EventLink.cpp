@@ -8,45 +8,49 @@
 #include "rmi/TipprmiAny.h"
 #include "rmi/TipprmiSequence.h"
 
-#include <algorithm>
 #include <chrono>
 
 namespace trs {
 
 namespace {
 
-constexpr int leastBackoff = 50;
-constexpr int greatestBackoff = 2000;
+// To look whether more has come costs a system call.
+constexpr std::chrono::milliseconds lookInterval{10};
 
 } // namespace
 
-EventLink::Answer EventLink::subscribe(OperationKey const& key, Deadline const& deadline)
+EventLink::EventLink(Peer& peer, TimeAndChance timing)
+    : peer_(peer), timing_(std::move(timing)), subscriptions_(timing_)
 {
+}
+
+EventLink::Answer EventLink::subscribe(OperationKey const& key, Deadline const& deadline, std::string& why)
+{
+    using State = Subscriptions::State;
     RunPermissionPause const waiting;
     std::unique_lock lock(mutex_);
     if (isStopping_ || !peer_.isOpen()) {
+        why = "the peer was removed";
         return Answer::unreachable;
     }
     if (!isRunning_ && !(isRunning_ = thread_.start([this] { run(); }))) {
+        why = "no thread could be started for its notifications";
         return Answer::unreachable;
     }
-    Subscription& subscription = subscriptions_[key];
-    ++subscription.users;
-    if (subscription.state != State::asked && subscription.state != State::confirmed) {
-        ask(key, subscription, false);
-        changed_.notify_all();
+    if (auto const message = subscriptions_.add(key)) {
+        send(*message);
     }
-
-    // Looked up anew each time: a stop may have taken it away.
-    auto const state = [&] {
-        auto const found = subscriptions_.find(key);
-        return found != subscriptions_.end() ? found->second.state : State::failed;
-    };
-    changed_.wait_for(lock, std::chrono::milliseconds(deadline.remaining()), [&] { return state() != State::asked; });
-    State const answer = state();
+    changed_.notify_all();
+    // Asked for anew each time: a stop may have taken it away.
+    bool const isInTime = changed_.wait_for(lock, std::chrono::milliseconds(deadline.remaining()),
+                                            [&] { return subscriptions_.state(key) != State::asked; });
+    State const answer = subscriptions_.state(key);
     if (answer == State::confirmed) {
         return Answer::subscribed;
     }
+    why = !isInTime               ? LogMakeString("no reply within %d ms", deadline.duration())
+          : answer == State::none ? "the peer was removed"
+                                  : why_;
     leave(key);
     return answer == State::noSuchObject ? Answer::noSuchObject : Answer::unreachable;
 }
@@ -59,87 +63,39 @@ void EventLink::unsubscribe(OperationKey const& key)
 
 void EventLink::leave(OperationKey const& key)
 {
-    auto const found = subscriptions_.find(key);
-    if (found == subscriptions_.end() || --found->second.users != 0) {
-        return;
-    }
-    State const state = found->second.state;
-    subscriptions_.erase(found);
-    if (connection_ != nullptr && (state == State::asked || state == State::confirmed)) {
-        TipprmiStream message(100);
-        beginAddressed(message, MessageKind::unsubscribe, 0, key.oid, key.classId, key.opIndex);
-        if (!finishMessage(message, connection_->nextNumber()) || !connection_->sendNow(message)) {
-            connection_->shutDown();
-        }
-        settle();
+    if (auto const message = subscriptions_.remove(key)) {
+        send(*message);
     }
 }
 
-// The link is as good as before its loss once the peer has answered all renewals.
-void EventLink::settle()
+void EventLink::send(Subscriptions::Message const& message)
 {
-    if (std::any_of(subscriptions_.begin(), subscriptions_.end(),
-                    [](auto const& entry) { return entry.second.isRenewal; })) {
-        return;
-    }
-    backoff_ = leastBackoff;
-    if (isLost_) {
-        isLost_ = false;
-        LogDispatch(6, peer_.endpoint() + " is back and sends notifications again");
-    }
-}
-
-void EventLink::ask(OperationKey const& key, Subscription& subscription, bool isRenewal)
-{
-    subscription.state = isRenewal ? State::confirmed : State::asked;
-    subscription.isRenewal = isRenewal;
-    if (connection_ == nullptr) {
-        return; // link() asks
-    }
-    subscription.number = connection_->nextNumber();
-    TipprmiStream message(100);
-    beginAddressed(message, MessageKind::subscribe, isRenewal ? 1 : 0, key.oid, key.classId, key.opIndex);
-    if (!finishMessage(message, subscription.number) || !connection_->sendNow(message)) {
+    using Kind = Subscriptions::Message::Kind;
+    bool const isAsking = message.kind != Kind::unsubscribe;
+    auto const& [oid, classId, opIndex] = message.key;
+    TipprmiStream bytes(100);
+    beginAddressed(bytes, isAsking ? MessageKind::subscribe : MessageKind::unsubscribe,
+                   message.kind == Kind::renew ? 1 : 0, oid, classId, opIndex);
+    if (!finishMessage(bytes, message.number) || !connection_->sendNow(bytes)) {
         connection_->shutDown(); // the thread sees it
     }
-}
-
-bool EventLink::isAsked() const
-{
-    return std::any_of(subscriptions_.begin(), subscriptions_.end(),
-                       [](auto const& entry) { return entry.second.state == State::asked; });
 }
 
 void EventLink::link(std::unique_ptr<Connection> connection)
 {
     connection_ = std::move(connection);
-    for (auto& [key, subscription] : subscriptions_) {
-        bool const isRenewal = subscription.state == State::confirmed;
-        if (isRenewal || subscription.state == State::asked) {
-            ask(key, subscription, isRenewal);
-        }
+    delivered_ = timing_.date();
+    for (Subscriptions::Message const& message : subscriptions_.begin()) {
+        send(message);
     }
-    settle();
-}
-
-void EventLink::unlink()
-{
-    connection_.reset();
-    for (auto& [key, subscription] : subscriptions_) {
-        if (subscription.state == State::asked) {
-            subscription.state = State::failed;
-        }
-    }
-    changed_.notify_all();
 }
 
 void EventLink::run()
 {
     becomeHandlerThread();
     std::unique_lock lock(mutex_);
-    backoff_ = leastBackoff;
     for (;;) {
-        changed_.wait(lock, [this] { return isStopping_ || !subscriptions_.empty(); });
+        changed_.wait(lock, [this] { return isStopping_ || !subscriptions_.isEmpty(); });
         if (isStopping_) {
             return;
         }
@@ -151,35 +107,51 @@ void EventLink::run()
         if (connection != nullptr && !isStopping_) {
             link(std::move(connection));
             lock.unlock();
-            read(*connection_); // only this thread replaces it
+            why = read(*connection_);
             lock.lock();
-            bool const isNews = !isStopping_ && !isLost_ && !subscriptions_.empty();
-            isLost_ = isLost_ || isNews;
-            if (isNews) {
-                LogDispatch(4, "the connection for notifications from " + peer_.endpoint() + " is lost");
-            }
         }
-        unlink();
-        changed_.wait_for(lock, std::chrono::milliseconds(backoff_), [this] { return isStopping_ || isAsked(); });
-        backoff_ = std::min(backoff_ * 2, greatestBackoff);
+        connection_.reset();
+        why_ = std::move(why);
+        Subscriptions::Gaps const begun = subscriptions_.lose(delivered_);
+        isInGap_ = subscriptions_.hasGaps();
+        changed_.notify_all();
+        if (!begun.empty() && !isStopping_ && peer_.isOpen()) { // else it was ended here
+            lock.unlock();
+            tell(begun);
+            lock.lock();
+        }
+        changed_.wait_for(lock, subscriptions_.pause(), [this] { return isStopping_ || subscriptions_.isAnyAsked(); });
     }
 }
 
-void EventLink::read(Connection& connection)
+// Until the connection is lost. Why.
+std::string EventLink::read(Connection& connection)
 {
     TipprmiStream message(100);
     for (;;) {
         switch (connection.receiveNext(message)) {
         case Connection::Received::message:
             if (handle(message)) {
+                noteDelivered(connection);
                 continue;
             }
             [[fallthrough]];
         case Connection::Received::malformed:
             LogDispatch(4, "what " + peer_.endpoint() + " sent for notifications is malformed");
-            return;
+            return "what it sent for notifications is malformed";
         default:
-            return;
+            return "the connection for notifications was lost";
+        }
+    }
+}
+
+void EventLink::noteDelivered(Connection const& connection)
+{
+    TimeAndChance::Time const now = timing_.now();
+    if (now - looked_ >= lookInterval) {
+        looked_ = now;
+        if (!connection.isStale()) {
+            delivered_ = timing_.date();
         }
     }
 }
@@ -191,7 +163,11 @@ bool EventLink::handle(TipprmiStream& message)
         return false;
     }
     if (header.kind == MessageKind::subscriptionReply) {
-        confirm(header.number, header.status() == ReplyStatus::done);
+        std::unique_lock lock(mutex_);
+        Subscriptions::Gaps const ended = subscriptions_.confirm(header.number, header.status() == ReplyStatus::done);
+        changed_.notify_all();
+        lock.unlock();
+        tell(ended);
         return true;
     }
     ObjectAddress address{};
@@ -200,26 +176,29 @@ bool EventLink::handle(TipprmiStream& message)
         !readParameters(message, parameters)) {
         return false;
     }
+    if (isInGap_) {
+        std::unique_lock lock(mutex_);
+        Subscriptions::Gaps const ended = subscriptions_.notice(address.view());
+        isInGap_ = subscriptions_.hasGaps();
+        lock.unlock();
+        tell(ended);
+    }
     ObserverTable::instance().deliver(&peer_, address.view(), parameters);
     return true;
 }
 
-void EventLink::confirm(std::uint32_t number, bool isThere)
+// On the thread.
+void EventLink::tell(Subscriptions::Gaps const& gaps)
 {
-    std::lock_guard const lock(mutex_);
-    auto const found = std::find_if(subscriptions_.begin(), subscriptions_.end(),
-                                    [number](auto const& entry) { return entry.second.number == number; });
-    if (found == subscriptions_.end()) {
-        return; // given up meanwhile
+    for (NotificationGap gap : gaps) {
+        gap.peer = peer_.endpoint();
+        if (gap.until) {
+            LogDispatch(6, gap.peer + " is back and sends notifications again");
+        } else {
+            LogDispatch(4, "the connection for notifications from " + gap.peer + " is lost");
+        }
+        tellGap(gap);
     }
-    Subscription& subscription = found->second;
-    if (!subscription.isRenewal) {
-        subscription.state = isThere ? State::confirmed : State::noSuchObject;
-        changed_.notify_all();
-        return;
-    }
-    subscription.isRenewal = false;
-    settle();
 }
 
 void EventLink::stop()
@@ -238,7 +217,7 @@ void EventLink::stop()
     }
     std::lock_guard const lock(mutex_);
     subscriptions_.clear();
-    isRunning_ = isStopping_ = isLost_ = false;
+    isRunning_ = isStopping_ = false;
     changed_.notify_all();
 }
 

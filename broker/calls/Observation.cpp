@@ -25,20 +25,18 @@ void unsubscribe(std::vector<ObserverTable::Registration> const& removed)
     }
 }
 
-bool observeAt(Peer& peer, bool isExclusive, OperationKey const& key, Deadline const& deadline,
-               TreflectObserver& observer, EventLink::Answer& answer)
+EventLink::Answer observeAt(Peer& peer, bool isExclusive, OperationKey const& key, Deadline const& deadline,
+                            TreflectObserver& observer, std::string& why)
 {
     // Registered first: the peer may send a notification right behind its answer.
     if (!ObserverTable::instance().add(&peer, isExclusive, key, observer)) {
-        answer = EventLink::Answer::subscribed;
-        return true;
+        return EventLink::Answer::subscribed;
     }
-    answer = peer.events().subscribe(key, deadline);
-    if (answer == EventLink::Answer::subscribed) {
-        return true;
+    EventLink::Answer const answer = peer.events().subscribe(key, deadline, why);
+    if (answer != EventLink::Answer::subscribed) {
+        ObserverTable::instance().remove({&observer, &key, &peer});
     }
-    ObserverTable::instance().remove({&observer, &key, &peer});
-    return false;
+    return answer;
 }
 
 } // namespace
@@ -46,6 +44,8 @@ bool observeAt(Peer& peer, bool isExclusive, OperationKey const& key, Deadline c
 bool observe(TipprmiObjectClient const& object, unsigned long classId, unsigned long opIndex,
              TreflectObserver& observer)
 {
+    using Kind = CallFailure::Kind;
+    resetCallFailure();
     TreflectObjectStub& stub = *object.getStub_();
     OperationKey const key(stub.oid(), classId, opIndex);
     if (TreflectServerObject* const server = stub.localServer()) {
@@ -57,26 +57,32 @@ bool observe(TipprmiObjectClient const& object, unsigned long classId, unsigned 
 
     Deadline deadline;
     Route route(stub, deadline);
-    char const* reason = route.reason();
-    while (route.peer() != nullptr) {
-        EventLink::Answer answer{};
-        if (observeAt(*route.peer(), route.isExclusive(), key, deadline, observer, answer)) {
+    Kind kind = route.failure();
+    std::string why = route.reason();
+    std::string asked;
+    while (Peer* const peer = route.peer()) {
+        asked = peer->endpoint();
+        EventLink::Answer const answer = observeAt(*peer, route.isExclusive(), key, deadline, observer, why);
+        if (answer == EventLink::Answer::subscribed) {
             route.rememberAnswer();
             return true;
         }
         if (answer == EventLink::Answer::unreachable) {
             route.forget();
-            reason = "its process does not answer";
+            kind = deadline.remaining() == 0 ? Kind::deadline : Kind::notConnected;
             break;
         }
-        reason = "there is no such object";
+        kind = Kind::noSuchObject;
+        why = "there is no such object";
         if (!route.continueElsewhere()) {
             break;
         }
     }
-    LogDispatch(4, LogMakeString("observer '%s' is not registered on operation %u of object '%s': %s",
+    LogDispatch(4, LogMakeString("observer '%s' is not registered on operation %u of object '%s'%s: %s",
                                  observer.name().c_str(), static_cast<unsigned>(key.opIndex),
-                                 printable(stub.oid().getIdString()).c_str(), reason));
+                                 printable(stub.oid().getIdString()).c_str(),
+                                 asked.empty() ? "" : (" at " + asked).c_str(), why.c_str()));
+    recordCallFailure({kind, CallFailure::CarriedOut::no, key.classId, key.opIndex, stub.oid(), asked, std::move(why)});
     return false;
 }
 

@@ -7,7 +7,7 @@ class TreflectObserver;
 
 namespace trs {
 
-// False when the object cannot be reached.
+// False when the object cannot be reached; why is recorded as a call's failure.
 bool observe(TipprmiObjectClient const& object, unsigned long classId, unsigned long opIndex,
              TreflectObserver& observer);
 // False when there was no such registration. Like withdraw() otherwise.

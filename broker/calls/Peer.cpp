@@ -19,8 +19,8 @@ constexpr std::int64_t restMilliseconds = 10;
 
 } // namespace
 
-Peer::Peer(std::string endpoint, std::unique_ptr<Dialer> dialer, unsigned long number)
-    : endpoint_(std::move(endpoint)), connector_(std::move(dialer)), number_(number)
+Peer::Peer(std::string endpoint, std::unique_ptr<Dialer> dialer, unsigned long number, TimeAndChance timing)
+    : endpoint_(std::move(endpoint)), connector_(std::move(dialer)), number_(number), events_(*this, std::move(timing))
 {
     idle_.reserve(mostIdle);
 }

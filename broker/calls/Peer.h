@@ -26,7 +26,7 @@ public:
     // Every broker but the process's own is a Peer. Const tells proxies to leave it alone, no more.
     static Peer& of(TreflectORB const& orb) { return const_cast<Peer&>(static_cast<Peer const&>(orb)); }
 
-    Peer(std::string endpoint, std::unique_ptr<Dialer> dialer, unsigned long number);
+    Peer(std::string endpoint, std::unique_ptr<Dialer> dialer, unsigned long number, TimeAndChance timing = {});
 
     std::string const& endpoint() const { return endpoint_; }
     unsigned long number() const { return number_; }
@@ -76,7 +76,7 @@ private:
     Cut cut_; // of all its connections
     std::mutex mutex_;
     std::vector<Idle> idle_; // the one used last is at the end
-    EventLink events_{*this};
+    EventLink events_;
 };
 
 } // namespace trs

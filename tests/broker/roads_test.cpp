@@ -4,6 +4,7 @@
 #include "clients/services/ConditionSkeleton.h"
 #include "clients/services/LocationIdSkeleton.h"
 #include "clients/services/PerformanceServiceSkeleton.h"
+#include "platform/TreflectObserver.h"
 #include "rmi/ApplicationObjectSkeleton.h"
 #include "rmi/Servant.h"
 #include "tests/support/Sockets.h"
@@ -228,6 +229,11 @@ TEST_F(Loopback, WhatIsNotConnectedTellsWhy)
     std::string const mutePath = directory.file("mute");
     support::FakePeer const mute(mutePath, [](support::Descriptor const& connection) { connection.read(1000); });
     trs::Broker::setDeadline(std::chrono::milliseconds(100));
+    struct Observer : TreflectObserver {
+        Observer() : TreflectObserver(TipprmiOID(""), nullptr, "observer") {}
+        ~Observer() override { withdraw(); }
+        bool detected() override { return true; }
+    } observer;
     std::string const nobody = "unix:" + directory.file("nobody");
     struct {
         QelLongClient proxy;
@@ -245,6 +251,9 @@ TEST_F(Loopback, WhatIsNotConnectedTellsWhy)
         EXPECT_EQ(lastCallFailure().kind, kind) << text;
         EXPECT_THAT(lastCallFailure().text(), testing::HasSubstr(text));
         EXPECT_EQ(lastCallFailure().carriedOut, CallFailure::CarriedOut::no);
+        EXPECT_FALSE(proxy.operation("set").postObserve(&observer)) << "as for an observer";
+        EXPECT_EQ(lastCallFailure().kind, kind) << text;
+        EXPECT_THAT(lastCallFailure().text(), testing::HasSubstr(text));
         bool const isHere = kind == CallFailure::Kind::deadline;
         EXPECT_TRUE(isHere ? QelLongClient(&service).isConnected()
                            : support::boundTo<QelLongClient>(orb, "Service").isConnected());
