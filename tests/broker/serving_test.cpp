@@ -9,6 +9,8 @@
 #include "tests/support/Sockets.h"
 
 #include <condition_variable>
+#include <filesystem>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <sys/resource.h>
 
@@ -125,6 +127,32 @@ private:
     bool isOpen_ = false;
 };
 
+// Until no thread but this one has anything to do: what follows the last thing that a test saw is over then.
+void awaitQuiet()
+{
+    auto const isAsleep = [](std::filesystem::path const& task) {
+        std::ifstream file(task / "stat");
+        std::string const text{std::istreambuf_iterator<char>(file), {}};
+        std::size_t const end = text.rfind(") ");
+        return end == std::string::npos || text[end + 2] == 'S';
+    };
+    auto const isQuiet = [&] {
+        std::string const own = std::to_string(::gettid());
+        std::error_code ignored; // of a thread that has ended
+        for (auto const& task : std::filesystem::directory_iterator("/proc/self/task", ignored)) {
+            if (task.path().filename() != own && !isAsleep(task.path())) {
+                return false;
+            }
+        }
+        return true;
+    };
+    auto const end = std::chrono::steady_clock::now() + support::patience;
+    while (!isQuiet()) {
+        ASSERT_LT(std::chrono::steady_clock::now(), end);
+        std::this_thread::yield();
+    }
+}
+
 TEST_F(Serving, AnswersAndNotificationsGoOutWholeOneAfterTheOther)
 {
     PlainTap tap;
@@ -211,9 +239,11 @@ TEST_F(Serving, TheLongestIdleGivesWayWhenTheServerIsFull)
     Descriptor const first = support::connectTo(path);
     Descriptor const second = support::connectTo(path);
     expectServed(first);
+    awaitQuiet(); // a connection rests a moment after its answer has come
     Descriptor const third = support::connectTo(path);
     EXPECT_TRUE(second.isClosedByPeer()) << "it was idle longest but for the subscriber";
     expectServed(third);
+    awaitQuiet();
     Descriptor const fourth = support::connectTo(path);
     EXPECT_TRUE(first.isClosedByPeer());
 
