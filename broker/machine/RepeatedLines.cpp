@@ -2,6 +2,8 @@
 
 #include "platform/NmaLogHelper.h"
 
+#include <algorithm>
+
 namespace trs {
 
 namespace {
@@ -10,19 +12,22 @@ constexpr auto toldEvery = std::chrono::seconds(1);
 
 } // namespace
 
-RepeatedLines::RepeatedLines(std::function<Clock::time_point()> now) : now_(std::move(now)) {}
+RepeatedLines::RepeatedLines(TimeAndChance timing, Remind remind)
+    : timing_(std::move(timing)), remind_(std::move(remind))
+{
+}
 
 RepeatedLines::~RepeatedLines()
 {
     for (auto const& [text, kind] : kinds_) {
-        tellCount(kind, now_());
+        tellCount(kind, timing_.now());
     }
 }
 
 void RepeatedLines::tell(int severity, std::string const& kind, std::string const& detail)
 {
     std::lock_guard const lock(mutex_);
-    Clock::time_point const now = now_();
+    Time const now = timing_.now();
     tellOverdue(now);
     auto const [place, isFirst] = kinds_.try_emplace(kind, Kind{severity, now});
     if (isFirst) {
@@ -31,9 +36,27 @@ void RepeatedLines::tell(int severity, std::string const& kind, std::string cons
     }
     ++place->second.count;
     place->second.last = kind + detail;
+    if (remind_ && !isReminded_) {
+        isReminded_ = true;
+        remind_(place->second.since + toldEvery);
+    }
 }
 
-void RepeatedLines::tellCount(Kind const& kind, Clock::time_point now)
+std::optional<RepeatedLines::Time> RepeatedLines::tellDue()
+{
+    std::lock_guard const lock(mutex_);
+    tellOverdue(timing_.now());
+    std::optional<Time> next;
+    for (auto const& [text, kind] : kinds_) {
+        if (kind.count != 0) {
+            next = std::min(next.value_or(kind.since + toldEvery), kind.since + toldEvery);
+        }
+    }
+    isReminded_ = next.has_value();
+    return next;
+}
+
+void RepeatedLines::tellCount(Kind const& kind, Time now)
 {
     if (kind.count == 1) {
         LogDispatch(kind.severity, kind.last);
@@ -45,7 +68,7 @@ void RepeatedLines::tellCount(Kind const& kind, Clock::time_point now)
     }
 }
 
-void RepeatedLines::tellOverdue(Clock::time_point now)
+void RepeatedLines::tellOverdue(Time now)
 {
     for (auto place = kinds_.begin(); place != kinds_.end();) {
         Kind& kind = place->second;

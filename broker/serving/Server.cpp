@@ -16,8 +16,9 @@ constexpr std::size_t keptRefusals = 8;
 
 } // namespace
 
-Server::Server(ServerTap* tap, std::size_t mostConnections)
-    : tap_(tap), mostConnections_(mostConnections),
+Server::Server(ServerTap* tap, std::size_t mostConnections, TimeAndChance timing)
+    : tap_(tap), mostConnections_(mostConnections), timing_(std::move(timing)),
+      log_(timing_, [this](RepeatedLines::Time due) { tellCountedAt(due); }),
       acceptor_([this](std::unique_ptr<Channel> channel, std::string const& endpoint) {
           admit(std::move(channel), endpoint);
       })
@@ -59,7 +60,7 @@ void Server::admit(std::unique_ptr<Channel> channel, std::string const& endpoint
         return;
     }
     Handler& handler = handlers_.emplace_back();
-    handler.connection = std::make_unique<ServerConnection>(std::move(channel), endpoint, tap_, log_);
+    handler.connection = std::make_unique<ServerConnection>(std::move(channel), endpoint, tap_, log_, timing_);
     bool const isStarted = handler.thread.start([this, &handler, served = handler.connection.get()] {
         becomeHandlerThread();
         served->serve();
@@ -115,6 +116,16 @@ void Server::refuse(std::unique_ptr<Channel> channel)
     if (refused_.size() > keptRefusals) {
         refused_.pop_front();
     }
+}
+
+// The accepting thread has the time for it.
+void Server::tellCountedAt(RepeatedLines::Time due)
+{
+    acceptor_.after(due - timing_.now(), [this] {
+        if (auto const next = log_.tellDue()) {
+            tellCountedAt(*next);
+        }
+    });
 }
 
 void Server::removeEnded()

@@ -3,6 +3,7 @@
 
 #include "broker/machine/RepeatedLines.h"
 #include "broker/machine/Thread.h"
+#include "broker/machine/TimeAndChance.h"
 #include "broker/serving/ServerConnection.h"
 #include "broker/transport/Acceptor.h"
 
@@ -23,7 +24,7 @@ namespace trs {
 class Server {
 public:
     // `tap` may be null.
-    explicit Server(ServerTap* tap, std::size_t mostConnections = 1024);
+    explicit Server(ServerTap* tap, std::size_t mostConnections = 1024, TimeAndChance timing = {});
     Server(Server const&) = delete;
     Server& operator=(Server const&) = delete;
     // Ends listening and all connections, and waits for the threads. Requests that are being answered have the time of
@@ -45,9 +46,11 @@ private:
     void removeEnded();
     bool makeRoom();
     void refuse(std::unique_ptr<Channel> channel);
+    void tellCountedAt(RepeatedLines::Time due);
 
     ServerTap* const tap_;
     std::size_t const mostConnections_;
+    TimeAndChance const timing_;
     RepeatedLines log_;
     std::deque<std::unique_ptr<Channel>> refused_; // the acceptor's own
     std::mutex mutex_;

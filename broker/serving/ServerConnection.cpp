@@ -15,12 +15,6 @@ constexpr std::size_t greatestKeptStorage = 65536;
 constexpr std::size_t mostSubscribed = std::size_t{1024} * 1024; // bytes of one connection
 constexpr std::size_t subscriptionSize = 64;                     // besides the identifier
 
-std::int64_t restClock()
-{
-    auto const time = std::chrono::steady_clock::now().time_since_epoch();
-    return std::chrono::duration_cast<std::chrono::nanoseconds>(time).count();
-}
-
 void releaseStorage(TipprmiStream& stream)
 {
     if (stream.capacity() > greatestKeptStorage) {
@@ -43,11 +37,16 @@ void finishReply(TipprmiStream& reply, ReplyStatus status, std::uint32_t number)
 } // namespace
 
 ServerConnection::ServerConnection(std::unique_ptr<Channel> channel, std::string const& endpoint, ServerTap* tap,
-                                   RepeatedLines& log)
-    : begin_("a connection to " + endpoint + " is closed: "), tap_(tap), log_(log), connection_(std::move(channel)),
-      lastStub_(StubTable::unbound()), outlet_(std::make_shared<Outlet>(connection_, log, begin_)),
-      restsSince_(restClock())
+                                   RepeatedLines& log, TimeAndChance const& timing)
+    : begin_("a connection to " + endpoint + " is closed: "), tap_(tap), log_(log), timing_(timing),
+      connection_(std::move(channel)), lastStub_(StubTable::unbound()),
+      outlet_(std::make_shared<Outlet>(connection_, log, begin_)), restsSince_(restClock())
 {
+}
+
+std::int64_t ServerConnection::restClock() const
+{
+    return std::chrono::duration_cast<std::chrono::nanoseconds>(timing_.now().time_since_epoch()).count();
 }
 
 ServerConnection::~ServerConnection()

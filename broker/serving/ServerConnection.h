@@ -27,8 +27,9 @@ public:
     static constexpr std::int64_t busy = -1; // a request is being answered
     static constexpr std::int64_t dismissed = -2;
 
-    // `tap` may be null; lines about the connection go to `log`.
-    ServerConnection(std::unique_ptr<Channel> channel, std::string const& endpoint, ServerTap* tap, RepeatedLines& log);
+    // `tap` may be null; lines about the connection go to `log`. All outlive it.
+    ServerConnection(std::unique_ptr<Channel> channel, std::string const& endpoint, ServerTap* tap, RepeatedLines& log,
+                     TimeAndChance const& timing);
     ~ServerConnection();
 
     // Returns when the connection has ended.
@@ -53,11 +54,13 @@ private:
     bool answerSubscribe(MessageHeader const& header, ObjectAddress const& address, TipprmiStream& reply);
     bool answerNext(TipprmiStream& message, TipprmiStream& reply);
     bool send(TipprmiStream const& message);
+    std::int64_t restClock() const;
     void logClosed(std::string const& why, int severity = 4);
 
     std::string const begin_; // of log lines
     ServerTap* const tap_;
     RepeatedLines& log_;
+    TimeAndChance const& timing_;
     Connection connection_;
     TreflectStubRef lastStub_; // of the object that was called last: most connections call one object for a while
     std::shared_ptr<Outlet> const outlet_;

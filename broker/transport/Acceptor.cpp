@@ -7,6 +7,7 @@
 #include <asio/executor_work_guard.hpp>
 #include <asio/io_context.hpp>
 #include <asio/post.hpp>
+#include <asio/steady_timer.hpp>
 
 namespace trs {
 
@@ -63,12 +64,25 @@ std::vector<std::string> Acceptor::endpoints() const
     return texts;
 }
 
+void Acceptor::after(std::chrono::nanoseconds delay, std::function<void()> act)
+{
+    asio::post(parts_->context, [this, delay, act = std::move(act)] {
+        auto const timer = std::make_shared<asio::steady_timer>(parts_->context, delay);
+        timer->async_wait([timer, act](asio::error_code ending) {
+            if (!ending) {
+                act();
+            }
+        });
+    });
+}
+
+// The context stays: others may be about to have something called.
 void Acceptor::stop()
 {
     if (parts_ != nullptr) {
         parts_->context.stop();
         parts_->thread.join();
-        parts_.reset();
+        parts_->listeners.clear();
     }
 }
 

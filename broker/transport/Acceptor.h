@@ -4,6 +4,7 @@
 #include "broker/transport/Channel.h"
 #include "broker/transport/Endpoint.h"
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
@@ -26,7 +27,10 @@ public:
     std::string listen(Endpoint const& endpoint);
     // With the ports that the system chose.
     std::vector<std::string> endpoints() const;
-    // Nothing is handed over any more.
+    // Has `act` called on the acceptor's thread after that time, unless it has stopped by then. From any thread, once
+    // something is listened on.
+    void after(std::chrono::nanoseconds delay, std::function<void()> act);
+    // Nothing is handed over or called any more, nor listened on again.
     void stop();
 
 private:
@@ -34,7 +38,7 @@ private:
     std::string listenTo(Endpoint const& endpoint);
 
     Admit const admit_;
-    std::unique_ptr<Parts> parts_; // null while there is nothing to listen on
+    std::unique_ptr<Parts> parts_; // null until there is something to listen on
 };
 
 } // namespace trs

@@ -342,14 +342,32 @@ TEST_F(Serving, HostileClientsDoNotFillTheLog)
     EXPECT_LT(lines.size(), 100U);
 }
 
+TEST_F(Serving, WhatIsCountedIsToldThoughNothingMoreHappens)
+{
+    trs::LogCapture const log;
+    serve();
+    for (int count = 0; count < 3; ++count) {
+        Descriptor const client = support::connectTo(path);
+        client.write(Octets(12, 0xff));
+        EXPECT_TRUE(client.isClosedByPeer());
+    }
+    auto const end = std::chrono::steady_clock::now() + support::patience;
+    while (!log.contains("(and 1 more like it in the last second)") && std::chrono::steady_clock::now() < end) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    EXPECT_THAT(log.entries(), testing::SizeIs(2));
+}
+
 TEST(RepeatedLines, AreCountedAndToldOnceASecond)
 {
     using std::chrono::milliseconds;
     trs::setLogLevel(0);
     trs::LogCapture const log;
     {
-        trs::RepeatedLines::Clock::time_point now{};
-        trs::RepeatedLines lines([&now] { return now; });
+        trs::TimeAndChance::Time now{};
+        trs::TimeAndChance timing;
+        timing.now = [&now] { return now; };
+        trs::RepeatedLines lines(timing);
         for (int count = 0; count < 5; ++count, now += milliseconds(200)) {
             lines.tell(4, "wrong", ": " + std::to_string(count));
         }
@@ -368,6 +386,41 @@ TEST(RepeatedLines, AreCountedAndToldOnceASecond)
     }
     EXPECT_THAT(texts, testing::ElementsAre("4 wrong: 0", "4 wrong: 4 (and 3 more like it in the last second)",
                                             "3 other", "4 wrong: 5", "4 wrong: 6", "3 other", "3 other"));
+    trs::setLogLevel(6);
+}
+
+TEST(RepeatedLines, RemindOfWhatIsDue)
+{
+    using std::chrono::milliseconds;
+    trs::setLogLevel(0);
+    trs::LogCapture const log;
+    {
+        trs::TimeAndChance::Time now{};
+        trs::TimeAndChance timing;
+        timing.now = [&now] { return now; };
+        std::vector<milliseconds> dues;
+        trs::RepeatedLines lines(timing, [&](trs::RepeatedLines::Time due) {
+            dues.push_back(std::chrono::duration_cast<milliseconds>(due.time_since_epoch()));
+        });
+        lines.tell(4, "a");
+        EXPECT_THAT(dues, testing::IsEmpty()) << "nothing is counted";
+        now += milliseconds(300);
+        lines.tell(4, "a");
+        lines.tell(4, "b");
+        lines.tell(4, "b");
+        EXPECT_THAT(dues, testing::ElementsAre(milliseconds(1000))) << "one reminder at a time";
+        now += milliseconds(700);
+        EXPECT_EQ(lines.tellDue(), trs::RepeatedLines::Time(milliseconds(1300)));
+        now += milliseconds(300);
+        EXPECT_EQ(lines.tellDue(), std::nullopt);
+        lines.tell(4, "b");
+        EXPECT_EQ(dues.back(), milliseconds(2300)) << "and another when that is over";
+    }
+    std::vector<std::string> texts;
+    for (trs::LogEntry const& entry : log.entries()) {
+        texts.push_back(entry.text);
+    }
+    EXPECT_THAT(texts, testing::ElementsAre("a", "b", "a", "b", "b"));
     trs::setLogLevel(6);
 }
 
