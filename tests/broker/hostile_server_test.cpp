@@ -256,7 +256,7 @@ TEST_F(HostileServer, ThatIsRemovedIsNotWaitedFor)
     std::atomic<bool> isCalled = false;
     auto const hang = [&isCalled](Descriptor const& connection) {
         isCalled = true;
-        connection.isClosedByPeer();
+        connection.read(1000); // more than it will be sent
     };
     auto const expectRelease = [&] {
         unsigned long elapsed = 0;
