@@ -5,10 +5,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include <atomic>
 #include <filesystem>
 #include <fstream>
-#include <thread>
 
 namespace {
 
@@ -94,27 +92,6 @@ TEST_F(TrsctlLive, WatchesWhatHappens)
     Json const event = Json::parse(json.readRest().at(0), nullptr, false);
     EXPECT_EQ(event["operation"], "raise");
     EXPECT_EQ(event["parameters"]["result"]["failed"], 0);
-}
-
-// A watcher goes on when the unit comes back.
-TEST_F(TrsctlLive, WatchesOnWhenTheUnitIsBack)
-{
-    Running watch(endpoint, {"watch", "NmiRmiAdapterServer", "notifyPublicIpAddrChangeRmi", "--count", "1"});
-    watch.awaitWatching();
-    sim.signal(SIGKILL);
-    sim.waitForExit();
-    Unit again = unit();
-    std::atomic<bool> isSeen = false;
-    std::thread announcing([&] { // the subscription is renewed soon, and nothing tells when
-        while (!isSeen) {
-            again.does("announce 10.0.0.9");
-            std::this_thread::sleep_for(std::chrono::milliseconds(20));
-        }
-    });
-    watch.readUntil("notifyPublicIpAddrChangeRmi");
-    isSeen = true;
-    announcing.join();
-    EXPECT_EQ(watch.waitForExit(), 0);
 }
 
 TEST_F(TrsctlLive, WaitsUntilSomethingIsSo)

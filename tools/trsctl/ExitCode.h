@@ -9,6 +9,7 @@ enum class ExitCode : int {
     good = 0,
     different = 1,       // what was compared is not the same
     outputLost = 1,      // what was to be written is not all there: make room
+    incomplete = 1,      // notifications may be missing in what was shown: read what was watched
     usage = 2,           // correct the command line
     noSuchObject = 3,    // look for the object: `trsctl tree`
     refused = 4,         // the unit refused; ask it for something else

@@ -1,4 +1,4 @@
-// Ends a verb and not the program, when somebody at the terminal presses the key for it.
+// Ends what a verb does and not the program, when somebody at the terminal presses the key for it.
 #pragma once
 
 #include "tools/support/SignalWatch.h"
@@ -7,8 +7,8 @@
 
 namespace trs::ctl {
 
-// Until it is destroyed, SIGINT has came() tell so and calls under way fail, instead of ending the program. There is
-// one at a time.
+// Until it is destroyed, SIGINT has came() tell so and calls under way fail, instead of ending the program. There may be
+// one within another.
 class Interrupt {
 public:
     Interrupt();

@@ -1,4 +1,6 @@
 // trsctl watch and wait: what happens at a unit.
+#include "broker/CallFailure.h"
+#include "broker/NotificationGap.h"
 #include "broker/PrintableText.h"
 #include "broker/calls/Observation.h"
 #include "catalogue/Constants.h"
@@ -8,16 +10,14 @@
 #include "rmi/TipprmiAny.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Console.h"
+#include "tools/trsctl/Feed.h"
 #include "tools/trsctl/Interrupt.h"
 #include "tools/trsctl/Predicate.h"
 #include "tools/trsctl/Program.h"
 #include "tools/trsctl/Verbs.h"
 
-#include <condition_variable>
-#include <deque>
 #include <list>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <thread>
 
@@ -30,8 +30,6 @@ using catalogue::Value;
 using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds pollInterval{100};
-constexpr std::chrono::milliseconds interruptInterval{100}; // for an interrupt
-constexpr std::size_t mostWaiting = 10'000;                 // notifications that nobody has read yet
 
 struct NotificationWords {
     std::string object;
@@ -39,48 +37,6 @@ struct NotificationWords {
     std::string where;
     double seconds = 0; // 0: without end
     unsigned long count = 0;
-};
-
-// What the observers have been told and nobody has read.
-class Feed {
-public:
-    void put(Value event)
-    {
-        std::lock_guard const lock(mutex_);
-        if (events_.size() < mostWaiting) {
-            events_.push_back(std::move(event));
-        } else {
-            ++lost_;
-        }
-        changed_.notify_one();
-    }
-    // The next one; none when there is none until then.
-    std::optional<Value> take(std::optional<Clock::time_point> end)
-    {
-        std::unique_lock lock(mutex_);
-        auto const isThere = [this] { return !events_.empty(); };
-        for (auto next = Clock::now(); !isThere();) {
-            if (Interrupt::came() || (end && next >= *end)) {
-                return std::nullopt;
-            }
-            next = end ? std::min(next + interruptInterval, *end) : next + interruptInterval;
-            changed_.wait_until(lock, next, isThere);
-        }
-        Value event = std::move(events_.front());
-        events_.pop_front();
-        return event;
-    }
-    std::size_t lost() const
-    {
-        std::lock_guard const lock(mutex_);
-        return lost_;
-    }
-
-private:
-    mutable std::mutex mutex_;
-    std::condition_variable changed_;
-    std::deque<Value> events_;
-    std::size_t lost_ = 0;
 };
 
 // Tells a feed of the executions of one operation.
@@ -117,13 +73,12 @@ void show(Value const& event, Format format)
         tools::say(catalogue::toJson(event, -1));
         return;
     }
-    std::string line;
-    catalogue::forEachLeaf(event, [&line](std::string const& path, Value const& leaf) {
-        constexpr std::string_view parameters = "parameters.";
-        bool const isParameter = path.starts_with(parameters);
-        if (isParameter || path != "parameters") {
-            line += (line.empty() ? "" : " ") + (isParameter ? path.substr(parameters.size()) + '=' : "") +
-                    escaped(catalogue::textOf(leaf));
+    bool const isGap = Feed::isGap(event);
+    std::string line = catalogue::textOf(event["time"]) + ' ' + escaped(catalogue::textOf(event["object"])) + ' ';
+    line += isGap ? "gap" : escaped(catalogue::textOf(event["operation"]));
+    catalogue::forEachLeaf(event[isGap ? "gap" : "parameters"], [&line](std::string const& path, Value const& leaf) {
+        if (!path.empty()) {
+            line += ' ' + path + '=' + escaped(catalogue::textOf(leaf));
         }
     });
     tools::say(line);
@@ -137,19 +92,12 @@ std::optional<Clock::time_point> endOf(double seconds)
     return Clock::now() + std::chrono::milliseconds(static_cast<long>(seconds * 1000));
 }
 
-// Why an object cannot be observed: what a call of it comes to.
-Outcome whyUnreachable(Unit::Target const& target)
+// Why an object cannot be observed.
+Outcome whyNotObserved()
 {
-    for (catalogue::Operation const* const operation : target.type->operations()) {
-        Outcome outcome = isPlainRead(*operation) ? catalogue::call(target.object, *operation, {}) : Outcome();
-        if (outcome.kind == Outcome::Kind::failed) {
-            return outcome;
-        }
-    }
     Outcome outcome;
     outcome.kind = Outcome::Kind::failed;
-    outcome.failure.kind = CallFailure::Kind::noSuchObject;
-    outcome.failure.reason = "it cannot be observed";
+    outcome.failure = lastCallFailure();
     return outcome;
 }
 
@@ -161,7 +109,7 @@ ExitCode listen(Unit const& unit, Unit::Target const& target,
     for (catalogue::Operation const* const operation : operations) {
         Listener& listener = listeners.emplace_back(target, *operation, feed);
         if (!observe(target.object, operation->classId, operation->index, listener)) {
-            return unit.complain(target, *operation, whyUnreachable(target));
+            return unit.complain(target, *operation, whyNotObserved());
         }
     }
     std::fprintf(stderr, "watching %s\n", target.name.text().c_str());
@@ -192,12 +140,38 @@ ExitCode readWords(Unit const& unit, NotificationWords const& words, Unit::Targe
     return ExitCode::good;
 }
 
-// Shows `words.count` notifications that satisfy the predicate; 0: until the time is over.
+// What may be missing in what was shown.
+class Gaps {
+public:
+    void add(Value const& gap)
+    {
+        bool const isEnd = gap.contains("lost") && gap.contains("until"); // of one that was counted
+        if (!isEnd && count_++ == 0) {
+            first_ = gap["since"].get<std::string>();
+        }
+    }
+    // Says so on standard error.
+    void say(Unit::Target const& target) const
+    {
+        if (count_ != 0) {
+            std::fprintf(stderr, "%s: notifications may be missing: %zu gap%s, the first since %s\n",
+                         target.name.text().c_str(), count_, count_ == 1 ? "" : "s", first_.c_str());
+        }
+    }
+    bool isAny() const { return count_ != 0; }
+
+private:
+    std::size_t count_ = 0;
+    std::string first_;
+};
+
+// Shows `words.count` notifications that satisfy the predicate, and the gaps among them; 0: until the time is over.
 ExitCode follow(Unit const& unit, Unit::Target const& target,
                 std::vector<catalogue::Operation const*> const& operations, Predicate const& predicate,
-                NotificationWords const& words)
+                NotificationWords const& words, Gaps& gaps)
 {
-    Feed feed;
+    Feed feed(target.name.text());
+    GapListener const gapListener([&feed](NotificationGap const& gap) { feed.tell(gap); });
     std::list<Listener> listeners;
     if (ExitCode const code = listen(unit, target, operations, feed, listeners); code != ExitCode::good) {
         return code;
@@ -209,24 +183,32 @@ ExitCode follow(Unit const& unit, Unit::Target const& target,
         if (!event) {
             break;
         }
-        if (predicate.holds((*event)["parameters"])) {
+        if (Feed::isGap(*event)) {
+            show(*event, unit.options().format);
+            gaps.add((*event)["gap"]);
+        } else if (predicate.holds((*event)["parameters"])) {
             show(*event, unit.options().format);
             ++shown;
         }
     }
-    if (feed.lost() != 0) {
-        std::fprintf(stderr, "%zu notifications came faster than they could be shown\n", feed.lost());
-    }
-    return words.count == 0 || shown == words.count || Interrupt::came() ? ExitCode::good : ExitCode::deadline;
+    gaps.say(target);
+    return words.count == 0 || shown == words.count ? ExitCode::good : ExitCode::deadline;
 }
 
+// Until it has shown what it was to, or is interrupted.
 ExitCode watch(Unit const& unit, NotificationWords const& words)
 {
     Unit::Target target;
     std::vector<catalogue::Operation const*> operations;
     Predicate predicate;
-    ExitCode const code = readWords(unit, words, target, operations, predicate);
-    return code == ExitCode::good ? follow(unit, target, operations, predicate, words) : code;
+    if (ExitCode const code = readWords(unit, words, target, operations, predicate); code != ExitCode::good) {
+        return code;
+    }
+    Interrupt const interrupt;
+    Gaps gaps;
+    ExitCode const code = follow(unit, target, operations, predicate, words, gaps);
+    bool const isOver = code == ExitCode::good || (code == ExitCode::deadline && Interrupt::came());
+    return !isOver ? code : gaps.isAny() ? ExitCode::incomplete : ExitCode::good;
 }
 
 // Reads until what is read satisfies the predicate.
@@ -273,7 +255,8 @@ ExitCode wait(Unit const& unit, NotificationWords const& words)
     if (isPlainRead(*operations.front())) {
         return poll(unit, target, *operations.front(), predicate, words.seconds);
     }
-    ExitCode const code = follow(unit, target, operations, predicate, words);
+    Gaps gaps;
+    ExitCode const code = follow(unit, target, operations, predicate, words, gaps);
     if (code == ExitCode::deadline) {
         std::fprintf(stderr, "no such notification came in time\n");
     }
