@@ -93,5 +93,7 @@ std::span<Class const* const> classes();
 // By class or interface name, or null.
 Class const* findClass(std::string_view name);
 Class const* findClass(std::uint32_t id);
+// The operation of that class and index; null when the catalogue has none. Fast: a few comparisons.
+Operation const* findOperation(std::uint32_t classId, std::uint32_t index);
 
 } // namespace trs::catalogue

@@ -135,8 +135,23 @@ Class const* findClass(std::string_view name)
 
 Class const* findClass(std::uint32_t id)
 {
-    auto const* const found = std::ranges::find(allClasses, id, &Class::id);
-    return found != allClasses.end() ? *found : nullptr;
+    static auto const byId = [] {
+        auto sorted = allClasses;
+        std::ranges::sort(sorted, {}, &Class::id);
+        return sorted;
+    }();
+    auto const* const found = std::ranges::lower_bound(byId, id, {}, &Class::id);
+    return found != byId.end() && (*found)->id == id ? *found : nullptr;
+}
+
+Operation const* findOperation(std::uint32_t classId, std::uint32_t index)
+{
+    Class const* const type = findClass(classId);
+    if (type == nullptr) {
+        return nullptr;
+    }
+    auto const found = std::ranges::lower_bound(type->own, index, {}, &Operation::index);
+    return found != type->own.end() && found->index == index ? &*found : nullptr;
 }
 
 } // namespace trs::catalogue

@@ -47,15 +47,7 @@ char const* nameOf(ReplyStatus status)
     return "unknown";
 }
 
-Operation const* operationOf(ObjectAddress const& address)
-{
-    Class const* const type = findClass(address.classId);
-    if (type == nullptr) {
-        return nullptr;
-    }
-    auto const found = std::ranges::find(type->own, address.opIndex, &Operation::index);
-    return found != type->own.end() ? &*found : nullptr;
-}
+Operation const* operationOf(ObjectAddress const& address) { return findOperation(address.classId, address.opIndex); }
 
 std::string operationNameOf(ObjectAddress const& address)
 {

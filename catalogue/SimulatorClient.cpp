@@ -27,9 +27,10 @@ ResponseInfo<GetClient> SimulatorClient::getFaults(TipprmiSequence<NumberedFault
 {
     return call<&SimulatorClient::getFaults>(*this, faults);
 }
-ResponseInfo<RunClient> SimulatorClient::execute(std::string const& command, std::string& wrong) const
+ResponseInfo<RunClient> SimulatorClient::execute(std::string const& command, std::string& output,
+                                                 std::string& wrong) const
 {
-    return call<&SimulatorClient::execute>(*this, command, wrong);
+    return call<&SimulatorClient::execute>(*this, command, output, wrong);
 }
 ResponseInfo<GetClient> SimulatorClient::getScenario(std::string& scenario) const
 {

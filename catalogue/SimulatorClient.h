@@ -53,8 +53,8 @@ public:
     virtual ResponseInfo<RunClient> withdraw(unsigned long const& number) const;
     // Reads the faults, in the order of their numbers.
     virtual ResponseInfo<GetClient> getFaults(TipprmiSequence<NumberedFault>& faults) const;
-    // Executes a command of the simulator's console; `wrong` tells why it is refused.
-    virtual ResponseInfo<RunClient> execute(std::string const& command, std::string& wrong) const;
+    // Executes a command of the simulator's console; `output` is what it lists, and `wrong` tells why it is refused.
+    virtual ResponseInfo<RunClient> execute(std::string const& command, std::string& output, std::string& wrong) const;
     // Reads what the unit holds, as a scenario file has it.
     virtual ResponseInfo<GetClient> getScenario(std::string& scenario) const;
     // Makes the unit hold what a scenario says; `wrong` tells why it is refused.

@@ -60,6 +60,9 @@ public:
         return *this;
     }
 
+    // Whether the operation was named.
+    bool serves(unsigned long classId, unsigned long opIndex) const { return operations_.contains({classId, opIndex}); }
+
     bool dispatch(bool, unsigned long classId, unsigned long opIndex, TipprmiStream& request,
                   TipprmiStream& reply) override
     {

@@ -4,38 +4,45 @@
 #include "broker/framework/QelOperations.h"
 #include "clients/services/AdminStatePolicySkeleton.h"
 #include "clients/services/AdminStateSkeleton.h"
+#include "unit/Attribute.h"
 #include "unit/Journal.h"
 
 #include <algorithm>
 
 namespace trs::sim {
 
-AdminState::AdminState(std::string const& owner, AdminStatePolicyClient const& policy)
-    : servant_(TipprmiOID(owner + "/AdminState"))
+AdminState::AdminState(Inventory& inventory, std::string const& owner, AdminStatePolicyClient const& policy)
+    : object_(inventory, owner + "/AdminState", reflect::className<AdminStateClient>)
 {
     policies_.insert(policy);
     serveValue();
     servePolicies();
+    object_.facts().addTold<&QelLongClient::get>(state_, [this](long state) {
+        bool const isState = isValid(state);
+        state_ = isState ? state : state_;
+        return isState;
+    });
+    object_.facts().addTold<&AdminStateClient::getPolicies>(policies_.list());
+    object_.onSettle([this] {
+        checkPermission();
+        return std::string();
+    });
 }
 
 void AdminState::serveValue()
 {
-    servant_.on<&QelLongClient::get>([this] { return state_; })
+    object_.servant()
+        .on<&QelLongClient::get>([this] { return state_; })
         .on<&QelLongClient::set>([this](long const& state) { return set(state); })
         .on<&QelLongClient::internalGet>([this] { return state_; })
-        .on<&QelLongClient::internalSet>([this](long const& state) { return set(state); })
-        .on<&QelBaseClient::isReadonly>([] { return false; })
-        .on<&QelBaseClient::isPersistent>([] { return false; })
-        .on<&QelBaseClient::isReplicated>([] { return false; })
-        .on<&QelBaseClient::isInitialised>([] { return true; })
-        .on<&QelBaseClient::getInitStatus>([] { return 0L; })
-        .on<&QelBaseClient::clear>([this] { set(AdminStateClient::DEFAULT); })
-        .on<&QelBaseClient::internalClear>([this] { set(AdminStateClient::DEFAULT); });
+        .on<&QelLongClient::internalSet>([this](long const& state) { return set(state); });
+    serveValueObject(object_.servant(), [this] { set(AdminStateClient::DEFAULT); });
 }
 
 void AdminState::servePolicies()
 {
-    servant_.on<&AdminStateClient::getPolicies>([this] { return policies_.all(); })
+    object_.servant()
+        .on<&AdminStateClient::getPolicies>([this] { return policies_.all(); })
         .on<&AdminStateClient::getPermissionState>([this] { return isPermitted(); })
         .on<&AdminStateClient::insertPolicy>([this](AdminStatePolicyClient const& policy) {
             if (policies_.insert(policy)) {
@@ -52,14 +59,20 @@ void AdminState::servePolicies()
         .on<&AdminStateClient::notifyPermissionStateChange>([] { say("permission state change announced"); });
 }
 
+bool AdminState::isValid(long state)
+{
+    return state >= AdminStateClient::UNLOCKED && state <= AdminStateClient::SHUTTING_DOWN;
+}
+
 bool AdminState::set(long state)
 {
     long const wanted = state == AdminStateClient::DEFAULT ? AdminStateClient::UNLOCKED : state;
-    if (wanted < AdminStateClient::UNLOCKED || wanted > AdminStateClient::SHUTTING_DOWN) {
+    if (!isValid(wanted)) {
         return false;
     }
     if (state_ != wanted) {
         state_ = wanted;
+        object_.changed();
         say(std::string("administrative state ") + nameOf(state_));
         checkPermission();
     }

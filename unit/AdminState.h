@@ -2,7 +2,7 @@
 #pragma once
 
 #include "clients/services/AdminStateClient.h"
-#include "rmi/Servant.h"
+#include "unit/Object.h"
 #include "unit/ObjectList.h"
 
 #include <string>
@@ -14,11 +14,11 @@ namespace trs::sim {
 class AdminState {
 public:
     // `policy` is the first one.
-    AdminState(std::string const& owner, AdminStatePolicyClient const& policy);
+    AdminState(Inventory& inventory, std::string const& owner, AdminStatePolicyClient const& policy);
     AdminState(AdminState const&) = delete;
     AdminState& operator=(AdminState const&) = delete;
 
-    auto proxy() const { return AdminStateClient(&servant_); }
+    auto proxy() const { return object_.proxy<AdminStateClient>(); }
     // UNLOCKED, LOCKED or SHUTTING_DOWN; DEFAULT stands for UNLOCKED. False for any other value.
     bool set(long state);
     // "unlocked, operation is permitted"
@@ -30,6 +30,7 @@ public:
     static long stateOf(std::string const& name);
 
 private:
+    static bool isValid(long state);
     static char const* nameOf(long state);
     void serveValue();
     void servePolicies();
@@ -38,7 +39,7 @@ private:
     long state_ = AdminStateClient::UNLOCKED;
     ObjectList<AdminStatePolicyClient> policies_;
     bool wasPermitted_ = true;
-    Servant servant_;
+    Object object_;
 };
 
 } // namespace trs::sim

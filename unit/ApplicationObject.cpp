@@ -28,26 +28,47 @@ std::string nameOf(TipprmiObjectClient const& object) { return printable(object.
 } // namespace
 
 ApplicationObject::ApplicationObject(Inventory& inventory, std::string const& id)
-    : inventory_(inventory), id_(id), location_(id), faults_(id, kinds), servant_(TipprmiOID(id))
+    : object_(inventory, id, reflect::className<ApplicationObjectClient>), location_(inventory, id),
+      faults_(inventory, id, kinds)
 {
-    inventory_.add(proxy());
-    inventory_.add(location_.proxy());
-    faults_.enter(inventory_);
-    makePerformanceService();
+    performance_.emplace(inventory, id, object_.type());
     serveServices();
     serveSupport();
     serveLife();
+    hold();
 }
 
-void ApplicationObject::makePerformanceService()
+void ApplicationObject::hold()
 {
-    performance_.emplace(inventory_, id_);
-    inventory_.add(performance_->proxy());
+    Facts& facts = object_.facts();
+    facts.addTold<&ApplicationObjectClient::getReportToExtern>(reportsToExtern_);
+    facts.addTold<&ApplicationObjectClient::getServiceConsumers>(consumers_.list());
+    facts.addTold<&ApplicationObjectClient::getServiceProviders>(providers_.list());
+    facts.addGiven<&ApplicationObjectClient::setSenaPolicy>(policy_);
+}
+
+bool ApplicationObject::create(std::string const& id)
+{
+    if (performance_ || id != object_.id() + "/PerformanceService") {
+        return false;
+    }
+    performance_.emplace(object_.inventory(), object_.id(), object_.type());
+    return true;
+}
+
+bool ApplicationObject::remove(std::string const& id)
+{
+    bool const isThis = performance_ && performance_->proxy().getOID().getIdString() == id;
+    if (isThis) {
+        performance_.reset();
+    }
+    return isThis;
 }
 
 void ApplicationObject::serveServices()
 {
-    servant_.on<&ApplicationObjectClient::hasLocationId>([] { return true; })
+    object_.servant()
+        .on<&ApplicationObjectClient::hasLocationId>([] { return true; })
         .on<&ApplicationObjectClient::getLocationId>([this] { return location_.proxy(); })
         .on<&ApplicationObjectClient::getFaultSvc>([this] { return faults_.proxy(); })
         .on<&ApplicationObjectClient::getReportToExtern>([this] { return reportsToExtern_; })
@@ -57,26 +78,18 @@ void ApplicationObject::serveServices()
         })
         .on<&ApplicationObjectClient::getPerformanceSvc>(
             [this] { return performance_ ? performance_->proxy() : PerformanceServiceClient(); })
-        .on<&ApplicationObjectClient::createPerformanceSvc>([this] {
-            bool const isMade = !performance_;
-            if (isMade) {
-                makePerformanceService();
-            }
-            return done(isMade, "performance service created");
-        })
+        .on<&ApplicationObjectClient::createPerformanceSvc>(
+            [this] { return done(create(object_.id() + "/PerformanceService"), "performance service created"); })
         .on<&ApplicationObjectClient::destroyPerformanceSvc>([this] {
-            bool const isThere = performance_.has_value();
-            if (isThere) {
-                inventory_.remove(performance_->proxy().getOID().getIdString());
-                performance_.reset();
-            }
-            return done(isThere, "performance service destroyed");
+            return done(performance_ && remove(performance_->proxy().getOID().getIdString()),
+                        "performance service destroyed");
         });
 }
 
 void ApplicationObject::serveSupport()
 {
-    servant_.on<&ApplicationObjectClient::getConsumerIf>([this] { return proxy(); })
+    object_.servant()
+        .on<&ApplicationObjectClient::getConsumerIf>([this] { return proxy(); })
         .on<&ApplicationObjectClient::getProviderIf>([this] { return proxy(); })
         .on<&ApplicationObjectClient::getServiceConsumers>([this] { return consumers_.all(); })
         .on<&ApplicationObjectClient::getServiceProviders>([this] { return providers_.all(); })
@@ -101,7 +114,7 @@ void ApplicationObject::serveSupport()
 
 void ApplicationObject::serveLife()
 {
-    servant_
+    object_.servant()
         .on<&ApplicationObjectClient::setSenaPolicy>([this](ApplicationObjectSenaPolicyClient const& policy) {
             policy_ = policy;
             say("support policy " + nameOf(policy) + " attached");

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "rmi/ApplicationObjectClient.h"
-#include "rmi/Servant.h"
 #include "unit/FaultService.h"
 #include "unit/LocationId.h"
+#include "unit/Object.h"
 #include "unit/ObjectList.h"
 #include "unit/PerformanceService.h"
 
@@ -21,19 +21,21 @@ public:
     ApplicationObject& operator=(ApplicationObject const&) = delete;
 
     FaultService& faults() { return faults_; }
+    // The performance service by its identifier. False when it is another one's, or there already, or not there.
+    bool create(std::string const& id);
+    bool remove(std::string const& id);
 
 private:
     using Objects = ObjectList<ApplicationObjectClient>;
 
-    auto proxy() const { return ApplicationObjectClient(&servant_); }
-    void makePerformanceService();
+    auto proxy() const { return object_.proxy<ApplicationObjectClient>(); }
+    void hold();
     void serveServices();
     void serveSupport();
     void serveLife();
     bool isReleaseGranted(ApplicationObjectClient const& other) const;
 
-    Inventory& inventory_;
-    std::string const id_;
+    Object object_;
     LocationId location_;
     FaultService faults_;
     std::optional<PerformanceService> performance_; // none after destroyPerformanceSvc()
@@ -41,7 +43,6 @@ private:
     Objects consumers_;
     Objects providers_;
     ApplicationObjectSenaPolicyClient policy_;
-    Servant servant_;
 };
 
 } // namespace trs::sim

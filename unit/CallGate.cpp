@@ -149,6 +149,9 @@ public:
 
     bool answer(TipprmiStream const& reply, Send const& send) override
     {
+        if (!gate_.keep_()) {
+            return false;
+        }
         Bytes bytes(reinterpret_cast<char const*>(reply.data()), reply.size());
         if (gate_.log_.isOpen()) {
             gate_.log_.write({address_, arguments_, bytes, strike_ ? FaultPlan::nameOf(strike_->kind) : "", begin_,

@@ -15,9 +15,10 @@ namespace trs::sim {
 // Answers calls badly as the plan says, counts and logs them.
 class CallGate final : public ServerTap {
 public:
-    // `unitTime` tells the unit's time in seconds, on any thread. All outlive the gate.
-    CallGate(FaultPlan& plan, CallLog& log, std::function<unsigned long()> unitTime)
-        : plan_(plan), log_(log), unitTime_(std::move(unitTime))
+    // `unitTime` tells the unit's time in seconds, and `keep` has what was changed kept before it is told: false when
+    // it cannot, and then there is no answer. Both on any thread. All outlive the gate.
+    CallGate(FaultPlan& plan, CallLog& log, std::function<unsigned long()> unitTime, std::function<bool()> keep)
+        : plan_(plan), log_(log), unitTime_(std::move(unitTime)), keep_(std::move(keep))
     {
     }
 
@@ -34,6 +35,7 @@ private:
     FaultPlan& plan_;
     CallLog& log_;
     std::function<unsigned long()> unitTime_;
+    std::function<bool()> keep_;
     std::atomic<unsigned long> count_ = 0;
     std::mutex mutex_;
     std::condition_variable ended_;

@@ -8,17 +8,43 @@
 
 namespace trs::sim {
 
-Condition::Condition(Kind const& kind, std::string const& owner, FaultService& service)
-    : kind_(kind), service_(service), servant_(TipprmiOID(owner + "/Condition/" + kind.name))
+Condition::Condition(Inventory& inventory, Kind const& kind, std::string const& owner, FaultService& service)
+    : kind_(kind), service_(service),
+      object_(inventory, owner + "/Condition/" + kind.name, reflect::className<ConditionClient>)
 {
     serveAttributes();
     serveState();
     serveGroup();
+    hold();
+}
+
+void Condition::hold()
+{
+    Facts& facts = object_.facts();
+    facts.addTold<&ConditionClient::getCurrentSeverity>(currentSeverity_);
+    facts.addTold<&ConditionClient::getDefaultSeverity>(defaultSeverity_);
+    facts.addTold<&ConditionClient::getPriority>(priority_);
+    facts.addTold<&ConditionClient::getReportToExtern>(reportsToExtern_);
+    facts.add("isMember", isMember_);
+    facts.addTold<&ConditionClient::isActive>(isActive_, [this](bool isActive) {
+        isActive_ = isActive;
+        isReported_ = isActive && isMember_; // unless the next fact says otherwise
+        return true;
+    });
+    facts.add("isReported", isReported_);
+    facts.addTold<&ConditionClient::isSuppressed>(isSuppressed_);
+}
+
+void Condition::setReported(bool isReported)
+{
+    isReported_ = isReported;
+    object_.changed();
 }
 
 void Condition::serveAttributes()
 {
-    servant_.on<&ConditionClient::getCurrentSeverity>([this] { return currentSeverity_; })
+    object_.servant()
+        .on<&ConditionClient::getCurrentSeverity>([this] { return currentSeverity_; })
         .on<&ConditionClient::getDefaultSeverity>([this] { return defaultSeverity_; })
         .on<&ConditionClient::getPriority>([this] { return priority_; })
         .on<&ConditionClient::getReportToExtern>([this] { return reportsToExtern_; })
@@ -48,7 +74,8 @@ void Condition::serveAttributes()
 
 void Condition::serveState()
 {
-    servant_.on<&ConditionClient::isActive>([this] { return isActive_; })
+    object_.servant()
+        .on<&ConditionClient::isActive>([this] { return isActive_; })
         .on<&ConditionClient::isSuppressed>([this] { return isSuppressed_; })
         .on<&ConditionClient::raise>([this] {
             raise();
@@ -70,7 +97,7 @@ void Condition::serveState()
 
 void Condition::serveGroup()
 {
-    servant_
+    object_.servant()
         .on<&ConditionClient::addToGroup>([this](FaultServiceClient const& group) {
             return statusOf<RunClient>(service_.proxy().isSameObject(group) && join());
         })
@@ -116,6 +143,7 @@ bool Condition::join()
         return false;
     }
     isMember_ = true;
+    object_.changed();
     say("condition " + name() + " is in the group");
     if (isActive_) {
         report(FaultService::raised);
@@ -130,6 +158,7 @@ bool Condition::leave()
     }
     report(FaultService::cancelled);
     isMember_ = false;
+    object_.changed();
     say("condition " + name() + " is in no group");
     return true;
 }
@@ -138,6 +167,7 @@ void Condition::setActive(bool active)
 {
     if (isActive_ != active) {
         isActive_ = active;
+        object_.changed();
         say("condition " + name() + (active ? " raised" : " cancelled"));
     }
 }
@@ -146,6 +176,7 @@ void Condition::setSuppressed(bool suppressed)
 {
     if (isSuppressed_ != suppressed) {
         isSuppressed_ = suppressed;
+        object_.changed();
         say("condition " + name() + (suppressed ? " suppressed" : " unsuppressed"));
     }
 }
@@ -157,10 +188,7 @@ void Condition::report(FaultServiceClient::ConditionNotification event)
     }
 }
 
-bool Condition::isReportedToExtern() const
-{
-    return reportsToExtern_ && !isSuppressed_ && service_.knowsAsActive(*this);
-}
+bool Condition::isReportedToExtern() const { return reportsToExtern_ && !isSuppressed_ && isReported_; }
 
 std::string Condition::text() const
 {

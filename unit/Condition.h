@@ -2,7 +2,7 @@
 #pragma once
 
 #include "clients/services/ConditionClient.h"
-#include "rmi/Servant.h"
+#include "unit/Object.h"
 
 #include <string>
 
@@ -23,7 +23,7 @@ public:
     };
 
     // `service` must outlive it.
-    Condition(Kind const& kind, std::string const& owner, FaultService& service);
+    Condition(Inventory& inventory, Kind const& kind, std::string const& owner, FaultService& service);
     Condition(Condition const&) = delete;
     Condition& operator=(Condition const&) = delete;
 
@@ -31,8 +31,11 @@ public:
     bool isActive() const { return isActive_; }
     bool isSuppressed() const { return isSuppressed_; }
     bool isMember() const { return isMember_; }
+    // Whether the group was told last that it is active.
+    bool isReported() const { return isReported_; }
+    void setReported(bool isReported);
     bool disablesOperState() const { return kind_.disablesOperState; }
-    auto proxy() const { return ConditionClient(&servant_); }
+    auto proxy() const { return object_.proxy<ConditionClient>(); }
     // Name, state and attributes in one line.
     std::string text() const;
 
@@ -47,6 +50,7 @@ private:
     void serveAttributes();
     void serveState();
     void serveGroup();
+    void hold();
     void setActive(bool active);
     void setSuppressed(bool suppressed);
     void report(FaultServiceClient::ConditionNotification event);
@@ -56,12 +60,13 @@ private:
     FaultService& service_;
     bool isMember_ = true;
     bool isActive_ = false;
+    bool isReported_ = false;
     bool isSuppressed_ = false;
     bool reportsToExtern_ = true;
     long currentSeverity_ = kind_.severity;
     long defaultSeverity_ = kind_.severity;
     long priority_ = ConditionClient::STANDARD_PRIORITY;
-    Servant servant_;
+    Object object_;
 };
 
 } // namespace trs::sim

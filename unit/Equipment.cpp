@@ -16,8 +16,6 @@ struct Plain {
 
 constexpr Plain plain[] = {
     // The IP node's services and maps.
-    {"Access/Ntp", "NtpAccessClient"},
-    {"Access/Dhcp", "DhcpAccessClient"},
     {"Access/IpSec", "IpSecClient"},
     {"TransportMode", "TransportModeParClient"},
     {"VlanMap", "VlanMapClient"},
@@ -26,7 +24,6 @@ constexpr Plain plain[] = {
     {"DiffServToVlanMap/Entry/2", "DsvmEntryClient"},
     {"Bfd/1", "BfdIpIubClient"},
     {"Bfd/IfNet/1", "IfNetBfdIpIubClient"},
-    {"RoutingTable/0/Entry/1", "IpRouteEntryClient"},
     // PDH with two lines in one multilink bundle.
     {"PdhUnit-1", "PdhUnitClient"},
     {"PdhUnit-1/Port/1", "TransmissionPortClient"},
@@ -56,8 +53,7 @@ Equipment::Equipment(Inventory& inventory) : inventory_(inventory), rules_(inven
         objects_.emplace_back(inventory, id, className);
     }
     using CrossConnection = AtmVcCrossConnectionClient;
-    PlainObject& crossed =
-        objects_.emplace_back(inventory, "Atm/VcCrossConnection/1", reflect::className<CrossConnection>);
+    Managed& crossed = objects_.emplace_back(inventory, "Atm/VcCrossConnection/1", reflect::className<CrossConnection>);
     crossed.servant()
         .on<&CrossConnection::getTerminationA>(
             [] { return VirtualChannelConnectionTpClient(TipprmiOID("Atm/Vctp/1")); })
@@ -76,8 +72,7 @@ bool Equipment::create(std::string const& id, std::string_view className)
 
 bool Equipment::remove(std::string const& id)
 {
-    return std::erase_if(objects_,
-                         [&id](PlainObject& object) { return object.servant().getOID().getIdString() == id; }) != 0;
+    return std::erase_if(objects_, [&id](Managed const& object) { return object.id() == id; }) != 0;
 }
 
 } // namespace trs::sim

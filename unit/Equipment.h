@@ -26,7 +26,7 @@ public:
 private:
     Inventory& inventory_;
     RuleManager rules_;
-    std::list<PlainObject> objects_;
+    std::list<Managed> objects_;
 };
 
 } // namespace trs::sim

@@ -2,10 +2,9 @@
 
 #include "broker/framework/QelOperations.h"
 #include "unit/Journal.h"
-#include "unit/Setting.h"
+#include "unit/Status.h"
 
 #include <algorithm>
-#include <iterator>
 
 namespace trs::sim {
 
@@ -13,48 +12,130 @@ namespace {
 
 constexpr std::size_t mostVlans = 4094;
 constexpr unsigned long mostLinks = 16;
+constexpr long greatestVlan = 0xffff;
+
+std::string indexOf(Vlan const* vlan) { return vlan != nullptr ? std::to_string(vlan->id()) : ""; }
+
+VlanIfNetClient proxyOf(Vlan const* vlan) { return vlan != nullptr ? vlan->proxy() : VlanIfNetClient(); }
 
 } // namespace
 
 EthInterface::EthInterface(Inventory& inventory, std::string const& id, short number, Address const& address,
                            EthLinkClient const& link)
     : Interface(inventory, reflect::className<EthIfNetClient>, id, "eth", number, address), inventory_(inventory),
-      id_(id), fabric_(TipprmiOID(id + "/VlanFabric")),
-      managedFabric_(inventory, fabric_, reflect::className<VlanIfNetFabricClient>)
+      fabric_(inventory, id + "/VlanFabric", reflect::className<VlanIfNetFabricClient>)
 {
+    constexpr short locallyAdministered = 2;
+    ethernetAddress_[0] = locallyAdministered;
+    ethernetAddress_[5] = number;
     links_.push_back(link);
-    servant()
-        .on<&EthIfNetClient::getEthernetAddress>([number](TipprmiArray<short, 6>& ethernetAddress) {
-            constexpr short locallyAdministered = 2;
-            ethernetAddress = TipprmiArray<short, 6>{};
-            ethernetAddress[0] = locallyAdministered;
-            ethernetAddress[5] = number;
-            return GetClient::OK;
-        })
+    Managed& interface = object();
+    interface.tells<&EthIfNetClient::getEthernetAddress>(ethernetAddress_);
+    interface.servant()
         .on<&EthIfNetClient::getLinks>([this] { return links_; })
         .on<&EthIfNetClient::setLinks>([this](TipprmiSequence<EthLinkClient> const& links) {
             if (links.getLength() != 0 && links.getLength() <= mostLinks) {
                 links_ = links;
+                lookBelow();
             }
         })
-        .on<&EthIfNetClient::getActiveLink>([this] { return links_[0]; })
-        .on<&EthIfNetClient::getVlanIfNetFabric>([this] { return VlanIfNetFabricClient(&fabric_); });
-    servant().on<&EthIfNetClient::resetIpAddrSequence>([this] {
-        clearAddresses();
-        return SetClient::OK;
-    });
-    serveSetting<&EthIfNetClient::getVlanEnabled, &EthIfNetClient::setVlanEnabled>(servant(), hasVlans_);
-    serveSetting<&EthIfNetClient::getQosEnable, &EthIfNetClient::setQosEnable>(servant(), hasQos_);
+        .on<&EthIfNetClient::getActiveLink>([this] {
+            auto const active =
+                std::ranges::find_if(links_, [this](EthLinkClient const& each) { return carries(each); });
+            return EthLinkClient(active != links_.end() ? *active : links_[0]);
+        })
+        .on<&EthIfNetClient::getVlanIfNetFabric>([this] { return fabric_.proxy<VlanIfNetFabricClient>(); })
+        .on<&EthIfNetClient::resetIpAddrSequence>([this] {
+            clearAddresses();
+            return SetClient::OK;
+        });
+    interface.facts().addTold<&EthIfNetClient::getLinks>(links_);
+    interface.holds<&EthIfNetClient::getVlanEnabled, &EthIfNetClient::setVlanEnabled>(hasVlans_);
+    interface.holds<&EthIfNetClient::getQosEnable, &EthIfNetClient::setQosEnable>(hasQos_);
+    fabric_.onSettle([this] { return twice(); });
+    standOn(
+        [this] { return std::ranges::any_of(links_, [this](EthLinkClient const& each) { return carries(each); }); });
     serveVlans();
     serveFabric();
 }
 
+// A link carries while its operational state is enabled. What the unit does not know is taken to do so.
+bool EthInterface::carries(EthLinkClient const& link) const
+{
+    auto* const known = dynamic_cast<Managed*>(inventory_.find(link.getOID().getIdString()));
+    return known == nullptr || known->faults() == nullptr || known->faults()->isEnabled();
+}
+
 Vlan const* EthInterface::addVlan(VlanIfNetClient::VlanIfNetCreateParams const& params)
 {
-    if (vlans_.size() == mostVlans || vlans_.contains(params.vlanId)) {
+    std::string const id = object().id() + "/Vlan/" + std::to_string(params.vlanId);
+    std::string free = id;
+    for (unsigned number = 2; inventory_.find(free) != nullptr; ++number) {
+        free = id + '.' + std::to_string(number);
+    }
+    return addVlan(free, params);
+}
+
+Vlan const* EthInterface::addVlan(std::string const& objectId, VlanIfNetClient::VlanIfNetCreateParams const& params)
+{
+    if (vlans_.size() == mostVlans || find(params.vlanId) != nullptr || inventory_.find(objectId) != nullptr) {
         return nullptr;
     }
-    return vlans_.emplace(params.vlanId, std::make_unique<Vlan>(inventory_, id_, params)).first->second.get();
+    vlans_.push_back(std::make_unique<Vlan>(
+        inventory_, objectId, params,
+        Vlan::Owner{[this](unsigned short id) { return find(id) == nullptr; }, [this] { return isUp(); }}));
+    return vlans_.back().get();
+}
+
+// Of a VLAN whose identifier is taken at present, the next free one: what it is comes as a fact.
+bool EthInterface::createVlan(std::string const& objectId)
+{
+    std::string const prefix = object().id() + "/Vlan/";
+    std::string const place = objectId.substr(0, objectId.find('.', prefix.size()));
+    long number = 0;
+    if (!numberBehind(prefix, place, 0, greatestVlan, number)) {
+        return false;
+    }
+    VlanIfNetClient::VlanIfNetCreateParams params{};
+    params.vlanId = static_cast<unsigned short>(number);
+    while (find(params.vlanId) != nullptr) {
+        ++params.vlanId;
+    }
+    params.vlanInstanceId = params.vlanId;
+    params.committedInfoRate = 10000;
+    params.shaperBurstSize = VlanIfNetClient::SBS_MIN;
+    return addVlan(objectId, params) != nullptr;
+}
+
+bool EthInterface::removeVlan(std::string const& objectId)
+{
+    return std::erase_if(vlans_, [&objectId](auto const& vlan) { return vlan->objectId() == objectId; }) != 0;
+}
+
+void EthInterface::carryPublicAddress(PublicAddress& address)
+{
+    servant()
+        .on<&IfNetClient::getPublicIpAddr>([this, &address](IfNetClient::IpAddrInfo& info) {
+            info = publicAddress();
+            info.ipAddress = address.octets();
+            return GetClient::OK;
+        })
+        .on<&IfNetClient::setPublicIpAddr>([this, &address](IfNetClient::IpAddrInfo const& info) {
+            publicAddress() = info;
+            if (info.ipAddress != address.octets()) {
+                address.set(addressNumber(info.ipAddress) == 0 ? "" : addressText(info.ipAddress));
+            }
+            return SetClient::OK;
+        });
+}
+
+int EthInterface::prefixOf(Address const& address, bool onlyUp) const
+{
+    int longest = isUp() || !onlyUp ? Interface::prefixOf(address) : -1;
+    for (auto const& vlan : vlans_) {
+        longest = vlan->isUp() || !onlyUp ? std::max(longest, vlan->prefixOf(address)) : longest;
+    }
+    return longest;
 }
 
 void EthInterface::serveVlans()
@@ -71,25 +152,21 @@ void EthInterface::serveVlans()
                 return RunClient::OK;
             })
         .on<&EthIfNetClient::deleteVlan>([this](unsigned short const& id) {
-            if (!removeVlan(id)) {
+            if (!erase(find(id))) {
                 return RunClient::FAILED;
             }
             say("VLAN " + std::to_string(id) + " deleted");
             return RunClient::OK;
         })
         .on<&EthIfNetClient::getVlanIfNet>([this](unsigned short const& id, VlanIfNetClient& found) {
-            auto const vlan = vlans_.find(id);
-            if (vlan == vlans_.end()) {
-                return RunClient::FAILED;
-            }
-            found = vlan->second->proxy();
-            return RunClient::OK;
+            found = proxyOf(find(id));
+            return statusOf<RunClient>(!found.getOID().isNull());
         })
         .on<&EthIfNetClient::setVlanTags>([](TipprmiSequence<unsigned short> const&) {}) // they are the VLANs' own
         .on<&EthIfNetClient::getVlanTags>([this] {
             TipprmiSequence<unsigned short> tags;
-            for (auto const& [id, vlan] : vlans_) {
-                tags.push_back(id);
+            for (Vlan const* const vlan : vlans()) {
+                tags.push_back(vlan->id());
             }
             return tags;
         });
@@ -97,28 +174,34 @@ void EthInterface::serveVlans()
 
 void EthInterface::serveFabric()
 {
-    fabric_.on<&QelFabricBaseClient::getSize>([this] { return static_cast<unsigned long>(vlans_.size()); })
+    fabric_.servant()
+        .on<&QelFabricBaseClient::getSize>([this] { return static_cast<unsigned long>(vlans_.size()); })
         .on<&QelFabricBaseClient::getIndexes>([this] {
             TipprmiSequence<std::string> indexes;
-            for (auto const& [id, vlan] : vlans_) {
-                indexes.push_back(std::to_string(id));
+            for (Vlan const* const vlan : vlans()) {
+                indexes.push_back(indexOf(vlan));
             }
             return indexes;
         })
-        .on<&VlanIfNetFabricClient::retrieve>([this](std::string const& index) { return proxyOf(vlanAt(index)); })
+        .on<&VlanIfNetFabricClient::retrieve>([this](std::string const& index) { return proxyOf(find(index)); })
         .on<&VlanIfNetFabricClient::retrieveAll>([this] {
             TipprmiSequence<VlanIfNetClient> all;
-            for (auto const& [id, vlan] : vlans_) {
+            for (Vlan const* const vlan : vlans()) {
                 all.push_back(vlan->proxy());
             }
             return all;
         })
-        .on<&VlanIfNetFabricClient::retrieveFirst>(
-            [this](std::string& index) { return vlanFrom(vlans_.begin(), index); })
+        .on<&VlanIfNetFabricClient::retrieveFirst>([this](std::string& index) {
+            Vlan const* const first = vlans_.empty() ? nullptr : vlans().front();
+            index = indexOf(first);
+            return proxyOf(first);
+        })
         .on<&VlanIfNetFabricClient::retrieveNext>([this](std::string const& previous, std::string& index) {
-            auto const at = std::ranges::find_if(
-                vlans_, [&](auto const& entry) { return std::to_string(entry.first) == previous; });
-            return vlanFrom(at != vlans_.end() ? std::next(at) : at, index);
+            std::vector<Vlan const*> const all = vlans();
+            auto const at = std::ranges::find(all, previous, indexOf);
+            Vlan const* const next = at != all.end() && at + 1 != all.end() ? *(at + 1) : nullptr;
+            index = indexOf(next);
+            return proxyOf(next);
         })
         .on<&VlanIfNetFabricClient::create>(
             [this](std::string const& index, VlanIfNetClient::VlanIfNetCreateParams const& params) {
@@ -127,31 +210,47 @@ void EthInterface::serveFabric()
         .on<&VlanIfNetFabricClient::createWithIndex>(
             [this](std::string& index, VlanIfNetClient::VlanIfNetCreateParams const& params) {
                 Vlan const* const vlan = addVlan(params);
-                index = vlan != nullptr ? std::to_string(params.vlanId) : "";
+                index = indexOf(vlan);
                 return proxyOf(vlan);
             })
-        .on<&VlanIfNetFabricClient::destroy>([this](std::string const& index) {
-            std::erase_if(vlans_, [&](auto const& entry) { return std::to_string(entry.first) == index; });
-        })
-        .on<&VlanIfNetFabricClient::destroyByInterface>([this](VlanIfNetClient const& vlan) {
-            std::erase_if(vlans_, [&](auto const& entry) { return entry.second->proxy().isSameObject(vlan); });
-        });
+        .on<&VlanIfNetFabricClient::destroy>([this](std::string const& index) { erase(find(index)); })
+        .on<&VlanIfNetFabricClient::destroyByInterface>(
+            [this](VlanIfNetClient const& vlan) { removeVlan(vlan.getOID().getIdString()); });
 }
 
-VlanIfNetClient EthInterface::proxyOf(Vlan const* vlan) { return vlan != nullptr ? vlan->proxy() : VlanIfNetClient(); }
-
-// The VLAN at that place and its index; unbound and empty at the end.
-VlanIfNetClient EthInterface::vlanFrom(Vlans::const_iterator place, std::string& index) const
+std::vector<Vlan const*> EthInterface::vlans() const
 {
-    index = place != vlans_.end() ? std::to_string(place->first) : "";
-    return place != vlans_.end() ? place->second->proxy() : VlanIfNetClient();
+    std::vector<Vlan const*> all;
+    std::ranges::transform(vlans_, std::back_inserter(all), [](auto const& vlan) { return vlan.get(); });
+    std::ranges::sort(all, {}, &Vlan::id);
+    return all;
 }
 
-Vlan const* EthInterface::vlanAt(std::string const& index) const
+Vlan const* EthInterface::find(unsigned short id) const
 {
-    auto const found = std::find_if(vlans_.begin(), vlans_.end(),
-                                    [&](auto const& entry) { return std::to_string(entry.first) == index; });
-    return found != vlans_.end() ? found->second.get() : nullptr;
+    auto const found = std::ranges::find(vlans_, id, [](auto const& vlan) { return vlan->id(); });
+    return found != vlans_.end() ? found->get() : nullptr;
+}
+
+Vlan const* EthInterface::find(std::string const& index) const
+{
+    auto const found = std::ranges::find(vlans_, index, [](auto const& vlan) { return indexOf(vlan.get()); });
+    return found != vlans_.end() ? found->get() : nullptr;
+}
+
+bool EthInterface::erase(Vlan const* vlan)
+{
+    return std::erase_if(vlans_, [vlan](auto const& each) { return each.get() == vlan; }) != 0;
+}
+
+// Which identifier several VLANs have after facts were taken back.
+std::string EthInterface::twice() const
+{
+    std::vector<Vlan const*> const all = vlans();
+    auto const found = std::ranges::adjacent_find(all, {}, &Vlan::id);
+    return found == all.end() ? ""
+                              : (*found)->objectId() + " and " + (*(found + 1))->objectId() +
+                                    " have the same VLAN identifier " + std::to_string((*found)->id());
 }
 
 } // namespace trs::sim

@@ -3,43 +3,57 @@
 
 #include "clients/ip/EthIfNetClient.h"
 #include "unit/Interface.h"
+#include "unit/PublicAddress.h"
 #include "unit/Vlan.h"
 
-#include <map>
+#include <list>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace trs::sim {
 
 // The VLANs that it has can be had from it and from its fabric, which knows each by its VLAN identifier in decimal.
+// Runs while the link that is active does.
 class EthInterface final : public Interface {
 public:
     EthInterface(Inventory& inventory, std::string const& id, short number, Address const& address,
                  EthLinkClient const& link);
 
-    auto proxy() const { return EthIfNetClient(&servant()); }
+    auto proxy() const { return object().proxy<EthIfNetClient>(); }
     // Null when there is a VLAN of that identifier.
     Vlan const* addVlan(VlanIfNetClient::VlanIfNetCreateParams const& params);
+    // The same with an object identifier of its own: that of the interface, "/Vlan/" and the VLAN identifier, behind
+    // which ".N" may stand, as VLAN identifiers may change later.
+    bool createVlan(std::string const& objectId);
     // False when there is none.
-    bool removeVlan(unsigned short id) { return vlans_.erase(id) != 0; }
+    bool removeVlan(std::string const& objectId);
+    // Has the public address of the interface be that of the unit.
+    void carryPublicAddress(PublicAddress& address);
+    // As Interface::prefixOf(), of itself and its VLANs; `onlyUp`: of those that are up.
+    int prefixOf(Address const& address, bool onlyUp) const;
 
 private:
-    using Vlans = std::map<unsigned short, std::unique_ptr<Vlan>>;
-
     void serveVlans();
     void serveFabric();
-    static VlanIfNetClient proxyOf(Vlan const* vlan);
-    VlanIfNetClient vlanFrom(Vlans::const_iterator place, std::string& index) const;
-    Vlan const* vlanAt(std::string const& index) const;
+    Vlan const* addVlan(std::string const& objectId, VlanIfNetClient::VlanIfNetCreateParams const& params);
+    // In the order of their identifiers.
+    std::vector<Vlan const*> vlans() const;
+    // Null when there is none.
+    Vlan const* find(unsigned short id) const;
+    Vlan const* find(std::string const& index) const;
+    // False when there is none.
+    bool erase(Vlan const* vlan);
+    bool carries(EthLinkClient const& link) const;
+    std::string twice() const;
 
     Inventory& inventory_;
-    std::string const id_;
     TipprmiSequence<EthLinkClient> links_;
     bool hasVlans_ = true;
     bool hasQos_ = false;
-    Vlans vlans_; // by the identifiers that they were created with
-    Servant fabric_;
-    Managed managedFabric_;
+    TipprmiArray<short, 6> ethernetAddress_{};
+    std::list<std::unique_ptr<Vlan>> vlans_;
+    Managed fabric_;
 };
 
 } // namespace trs::sim

@@ -39,6 +39,8 @@ public:
 
     // What happens by chance is the same with the same seed and the same calls.
     explicit FaultPlan(unsigned long seed, Engage engage = {}) : engage_(std::move(engage)), random_(seed) {}
+    // Before there are faults.
+    void setSeed(unsigned long seed) { random_.seed(seed); }
 
     // Adds a fault. Empty, with its number, or what is wrong with it.
     std::string inject(Fault const& fault, unsigned long& number);

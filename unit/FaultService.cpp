@@ -8,36 +8,33 @@
 
 namespace trs::sim {
 
-FaultService::FaultService(std::string const& owner, std::vector<Condition::Kind> const& kinds)
-    : policy_(owner, [this] { return isEnabled(); }), adminState_(owner, policy_.proxy()),
-      servant_(TipprmiOID(owner + "/FaultService"))
+FaultService::FaultService(Inventory& inventory, std::string const& owner, std::vector<Condition::Kind> const& kinds)
+    : object_(inventory, owner + "/FaultService", reflect::className<FaultServiceClient>),
+      policy_(inventory, owner, [this] { return isEnabled(); }), adminState_(inventory, owner, policy_.proxy())
 {
     for (Condition::Kind const& kind : kinds) {
-        conditions_.emplace_back(kind, owner, *this);
+        conditions_.emplace_back(inventory, kind, owner, *this);
     }
+    object_.facts().add("isSetEnabled", isSetEnabled_);
+    object_.facts().addTold<&FaultServiceClient::getWorkingState>(isWorking_);
+    object_.onSettle([this] {
+        checkEnabled();
+        return std::string();
+    });
     serveStates();
     serveConditions();
 }
 
-void FaultService::enter(Inventory& inventory) const
-{
-    inventory.add(proxy());
-    inventory.add(adminState_.proxy());
-    inventory.add(policy_.proxy());
-    for (Condition const& condition : conditions_) {
-        inventory.add(condition.proxy());
-    }
-}
-
 void FaultService::serveStates()
 {
-    servant_.on<&FaultServiceClient::getAdminState>([this] { return adminState_.proxy(); })
+    object_.servant()
+        .on<&FaultServiceClient::getAdminState>([this] { return adminState_.proxy(); })
         .on<&FaultServiceClient::getOperState>(
             [this] { return long{isEnabled() ? FaultServiceClient::ENABLED : FaultServiceClient::DISABLED}; })
         .on<&FaultServiceClient::setOperState>([this](long const& state) {
             if (state == FaultServiceClient::ENABLED || state == FaultServiceClient::DISABLED) {
                 isSetEnabled_ = state == FaultServiceClient::ENABLED;
-                checkEnabled();
+                checkEnabled(IsTold::byExecution);
             }
         })
         .on<&FaultServiceClient::getWorkingState>([this] { return isWorking_; })
@@ -49,14 +46,15 @@ void FaultService::serveStates()
 
 void FaultService::serveConditions()
 {
-    servant_.on<&FaultServiceClient::getConditionGrp>([this] { return proxy(); })
+    object_.servant()
+        .on<&FaultServiceClient::getConditionGrp>([this] { return proxy(); })
         .on<&FaultServiceClient::isAnySuppressed>(
             [this] { return isAny([](Condition const& condition) { return condition.isSuppressed(); }); })
         .on<&FaultServiceClient::isAnyActive>(
             [this] { return isAny([](Condition const& condition) { return condition.isActive(); }); })
         .on<&FaultServiceClient::conditionActive>([this] {
-            return std::any_of(active_.begin(), active_.end(),
-                               [](Condition const* condition) { return !condition->isSuppressed(); });
+            return isAny(
+                [](Condition const& condition) { return condition.isReported() && !condition.isSuppressed(); });
         })
         .on<&FaultServiceClient::removeAllConditions>([this] {
             for (Condition& condition : conditions_) {
@@ -82,12 +80,10 @@ Condition* FaultService::condition(std::string const& name)
     return found != conditions_.end() ? &*found : nullptr;
 }
 
-void FaultService::take(FaultServiceClient::ConditionNotification event, Condition const& condition)
+void FaultService::take(FaultServiceClient::ConditionNotification event, Condition& condition)
 {
-    if (event == raised) {
-        active_.insert(&condition);
-    } else if (event == cancelled) {
-        active_.erase(&condition);
+    if (event == raised || event == cancelled) {
+        condition.setReported(event == raised);
     }
     checkEnabled();
 }
@@ -108,18 +104,24 @@ void FaultService::takeFromOutside(FaultServiceClient::ConditionNotification eve
 
 bool FaultService::isEnabled() const
 {
-    return isSetEnabled_ && std::none_of(active_.begin(), active_.end(), [](Condition const* condition) {
-               return condition->disablesOperState() && !condition->isSuppressed();
+    return isSetEnabled_ && !isAny([](Condition const& condition) {
+               return condition.isReported() && condition.disablesOperState() && !condition.isSuppressed();
            });
 }
 
-void FaultService::checkEnabled()
+void FaultService::checkEnabled(IsTold isTold)
 {
     if (wasEnabled_ != isEnabled()) {
         wasEnabled_ = !wasEnabled_;
         say(wasEnabled_ ? "operational state enabled" : "operational state disabled");
+        long const state = wasEnabled_ ? FaultServiceClient::ENABLED : FaultServiceClient::DISABLED;
+        object_.announce<&FaultServiceClient::getOperState>(state);
+        if (isTold == IsTold::no) {
+            object_.announce<&FaultServiceClient::setOperState>(state);
+        }
         policy_.proxy().notifyStateChange();
         adminState_.checkPermission();
+        object_.inventory().states().give();
     }
 }
 
@@ -130,6 +132,7 @@ void FaultService::reset()
         condition.unsuppress();
     }
     isSetEnabled_ = true;
+    object_.changed();
     checkEnabled();
     adminState_.set(AdminStateClient::DEFAULT);
 }

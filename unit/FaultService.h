@@ -2,14 +2,12 @@
 #pragma once
 
 #include "clients/services/FaultServiceClient.h"
-#include "rmi/Servant.h"
 #include "unit/AdminState.h"
 #include "unit/Condition.h"
-#include "unit/Inventory.h"
+#include "unit/Object.h"
 #include "unit/Policy.h"
 
 #include <list>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -20,6 +18,8 @@ namespace trs::sim {
 // administrative state does not permit operation.
 class FaultService {
 public:
+    bool isEnabled() const;
+
     // What a condition reports.
     static constexpr auto raised = FaultServiceClient::CONDITION_NOTIFICATION_0;
     static constexpr auto cancelled = FaultServiceClient::CONDITION_NOTIFICATION_1;
@@ -27,21 +27,18 @@ public:
     static constexpr auto unsuppressed = FaultServiceClient::CONDITION_NOTIFICATION_3;
 
     // With conditions of these kinds.
-    FaultService(std::string const& owner, std::vector<Condition::Kind> const& kinds);
+    FaultService(Inventory& inventory, std::string const& owner, std::vector<Condition::Kind> const& kinds);
     FaultService(FaultService const&) = delete;
     FaultService& operator=(FaultService const&) = delete;
 
-    auto proxy() const { return FaultServiceClient(&servant_); }
+    auto proxy() const { return object_.proxy<FaultServiceClient>(); }
     AdminState& adminState() { return adminState_; }
-    // Enters it, its state and its conditions.
-    void enter(Inventory& inventory) const;
     std::list<Condition> const& conditions() const { return conditions_; }
     // The condition of that name; null when there is none.
     Condition* condition(std::string const& name);
 
     // A condition reports what happened to it.
-    void take(FaultServiceClient::ConditionNotification event, Condition const& condition);
-    bool knowsAsActive(Condition const& condition) const { return active_.contains(&condition); }
+    void take(FaultServiceClient::ConditionNotification event, Condition& condition);
     // Cancels and unsuppresses all conditions, enables and unlocks.
     void reset();
 
@@ -51,17 +48,17 @@ private:
     void takeFromOutside(FaultServiceClient::ConditionNotification event, ConditionClient const& sender);
     template <class Test>
     bool isAny(Test test) const;
-    bool isEnabled() const;
-    void checkEnabled();
+    // Whether observers of setOperState() are told of a change by its execution.
+    enum class IsTold { no, byExecution };
+    void checkEnabled(IsTold isTold = IsTold::no);
 
     bool isSetEnabled_ = true;
     bool isWorking_ = true;
     bool wasEnabled_ = true;
-    std::set<Condition const*> active_; // those that reported so
-    std::list<Condition> conditions_;
+    Object object_;
     Policy policy_;
     AdminState adminState_;
-    Servant servant_;
+    std::list<Condition> conditions_;
 };
 
 } // namespace trs::sim

@@ -1,6 +1,6 @@
 #include "unit/Hardware.h"
 
-#include "unit/Setting.h"
+#include "unit/Journal.h"
 #include "unit/Status.h"
 
 namespace trs::sim {
@@ -13,51 +13,66 @@ constexpr long unitSlot = 2;
 
 } // namespace
 
+struct Hardware::Module {
+    Module(Inventory& inventory, std::string const& id, long number, std::string const& type)
+        : item{.slot = number, .type = type}, object(inventory, id, reflect::className<HwmModuleClient>)
+    {
+        serveItem(object, item);
+    }
+
+    Item item;
+    Managed object;
+};
+
 Hardware::Hardware(Inventory& inventory, std::string const& id)
-    : inventory_(inventory), id_(id), link_(inventory, id + "/EthLink", reflect::className<EthLinkClient>),
+    : inventory_(inventory), id_(id), item_{.slot = unitSlot, .type = "transport unit"},
+      link_(inventory, id + "/EthLink", reflect::className<EthLinkClient>),
       port_(inventory, id + "/EthPort", reflect::className<EthPortClient>),
       board_(inventory, id + "/EthUnit", reflect::className<EthUnitClient>),
       unit_(inventory, id, reflect::className<HwmUnitClient>),
       led_(inventory, id + "/Led", reflect::className<HwmLedClient>),
-      sensor_(inventory, id + "/Sensor", reflect::className<HwmSensorClient>)
+      sensor_(inventory, id + "/Sensor", reflect::className<HwmSensorClient>),
+      lmpLink_(inventory, id + "/LmpLink", reflect::className<EthLinkClient>),
+      lmpPort_(inventory, id + "/LmpPort", reflect::className<EthPortClient>), states_(inventory.states(), [this] {
+          if (wasWorking_ != works()) {
+              wasWorking_ = works();
+              led_.announce<&HwmLedClient::updateLedState>(led());
+          }
+      })
 {
     serveRoad();
-    serveItem(unit_.servant(), unitSlot, "transport unit");
+    serveItem(unit_, item_);
     addModule(1, "Ethernet interface module");
     serveModules();
     serveLedAndSensor();
 }
 
+Hardware::~Hardware() = default;
+
 void Hardware::serveRoad()
 {
     link_.servant().on<&EthLinkClient::getPort>([this] { return port_.proxy<EthPortClient>(); });
-    port_.servant().on<&EthPortClient::getUnit>([this] { return board_.proxy<EthUnitClient>(); });
+    lmpLink_.servant().on<&EthLinkClient::getPort>([this] { return lmpPort_.proxy<EthPortClient>(); });
+    for (Managed* const port : {&port_, &lmpPort_}) {
+        port->servant().on<&EthPortClient::getUnit>([this] { return board_.proxy<EthUnitClient>(); });
+    }
     board_.servant()
         .on<&TransmissionUnitClient::getHwmUnit>([this] { return unit_.proxy<HwmUnitClient>(); })
-        .on<&TransmissionUnitClient::getHwmType>([] { return std::string("transport unit"); })
-        .on<&TransmissionUnitClient::getSlotNumber>([] { return static_cast<unsigned char>(unitSlot); });
+        .on<&TransmissionUnitClient::getHwmType>([this] { return item_.actualType; })
+        .on<&TransmissionUnitClient::getSlotNumber>([this] { return static_cast<unsigned char>(item_.slot); });
 }
 
-void Hardware::serveItem(Servant& item, long slot, std::string const& type) const
+void Hardware::serveItem(Managed& object, Item& item)
 {
-    auto const tells = [](std::string const& told) {
-        return [told](std::string& text) {
-            text = told;
-            return GetClient::OK;
-        };
-    };
-    item.on<&HwmItemClient::getSlotNumber>([slot] { return slot; })
-        .on<&HwmItemClient::getExpectedHwType>(tells(type))
-        .on<&HwmItemClient::getActualHwType>(tells(type))
-        .on<&HwmItemClient::getHwRevision>(tells("A1"))
-        .on<&HwmItemClient::getSerialNumber>(tells("S" + std::to_string(1000 + slot)))
-        .on<&HwmItemClient::getManufacturingDate>(tells("2011-05-30"))
-        .on<&HwmItemClient::getActiveSwVersion>(tells("1.0"))
-        .on<&HwmItemClient::getFallbackSwVersion>(tells("0.9"))
-        .on<&HwmItemClient::getRunning>([](bool& isRunning) {
-            isRunning = true;
-            return GetClient::OK;
-        });
+    object.servant().on<&HwmItemClient::getSlotNumber>([&item] { return item.slot; });
+    object.tells<&HwmItemClient::getActualHwType>(item.actualType);
+    object.tells<&HwmItemClient::getExpectedHwType>(item.type);
+    object.tells<&HwmItemClient::getHwRevision>(item.revision);
+    object.tells<&HwmItemClient::getSerialNumber>(item.serialNumber);
+    object.tells<&HwmItemClient::getManufacturingDate>(item.date);
+    object.tells<&HwmItemClient::getActiveSwVersion>(item.active);
+    object.tells<&HwmItemClient::getFallbackSwVersion>(item.fallback);
+    object.tells<&HwmItemClient::getRunning>(item.isRunning);
 }
 
 bool Hardware::addModule(long number, std::string const& type)
@@ -65,10 +80,8 @@ bool Hardware::addModule(long number, std::string const& type)
     if (modules_.size() == mostModules || modules_.contains(number)) {
         return false;
     }
-    auto const place =
-        modules_.emplace(number, std::make_unique<PlainObject>(inventory_, id_ + "/Module/" + std::to_string(number),
-                                                               reflect::className<HwmModuleClient>));
-    serveItem(place.first->second->servant(), number, type);
+    modules_.emplace(number,
+                     std::make_unique<Module>(inventory_, id_ + "/Module/" + std::to_string(number), number, type));
     return true;
 }
 
@@ -92,7 +105,7 @@ void Hardware::serveModules()
             if (found == modules_.end()) {
                 return GetClient::FAILED;
             }
-            module = found->second->proxy<HwmModuleClient>();
+            module = found->second->object.proxy<HwmModuleClient>();
             return GetClient::OK;
         })
         .on<&HwmUnitClient::createModule>([this](long const& number, std::string const& description) {
@@ -113,14 +126,33 @@ void Hardware::serveLedAndSensor()
             sensor = sensor_.proxy<HwmSensorClient>();
             return GetClient::OK;
         });
-    serveSetting<&HwmLedClient::getLedState, &HwmLedClient::updateLedState>(led_.servant(), ledState_);
-    serveSetting<&HwmLedClient::getLedName, &HwmLedClient::setLedName>(led_.servant(), ledName_);
-    serveSetting<&HwmSensorClient::getTemperature, &HwmSensorClient::updateTemperature>(sensor_.servant(),
-                                                                                        temperature_);
-    sensor_.servant().on<&HwmSensorClient::getSensorName>([](std::string& name) {
-        name = "board temperature";
-        return GetClient::OK;
-    });
+    led_.holds<&HwmLedClient::getLedName, &HwmLedClient::setLedName>(ledName_);
+    led_.servant()
+        .on<&HwmLedClient::getLedState>([this](HwmLedClient::LedState& state) {
+            state = led();
+            return GetClient::OK;
+        })
+        .on<&HwmLedClient::updateLedState>([this](HwmLedClient::LedState const& state) {
+            ledState_ = state;
+            return SetClient::OK;
+        });
+    led_.facts().addGiven<&HwmLedClient::updateLedState>(ledState_);
+    led_.facts().alias(operationOf<&HwmLedClient::getLedState>().name,
+                       operationOf<&HwmLedClient::updateLedState>().name);
+    sensor_.holds<&HwmSensorClient::getTemperature, &HwmSensorClient::updateTemperature>(temperature_);
+    sensor_.tells<&HwmSensorClient::getSensorName>(sensorName_);
+}
+
+bool Hardware::works() const
+{
+    return link_.faults()->isEnabled() && lmpLink_.faults()->isEnabled() && unit_.faults()->isEnabled();
+}
+
+// Something that does not work is shown by another first colour and the flag.
+HwmLedClient::LedState Hardware::led() const
+{
+    constexpr auto fault = static_cast<HwmLedClient::LedColour>(1);
+    return works() ? ledState_ : HwmLedClient::LedState{fault, ledState_.colour2, true};
 }
 
 } // namespace trs::sim

@@ -1,10 +1,26 @@
 #include "unit/Interface.h"
 
-#include "unit/Setting.h"
+#include "unit/Journal.h"
 
+#include <algorithm>
+#include <bit>
 #include <utility>
 
 namespace trs::sim {
+
+namespace {
+
+constexpr unsigned runs = IfNetClient::IFF__UP | IfNetClient::IFF__RUNNING;
+
+// An interface says its mask as the second address of an entry; without one its network is the 256 addresses around.
+std::uint32_t maskOf(IfNetClient::IpAddrInfo const& info)
+{
+    constexpr std::uint32_t usual = 0xffffff00;
+    std::uint32_t const mask = addressNumber(info.address2);
+    return mask != 0 && std::countl_one(mask) + std::countr_zero(mask) == 32 ? mask : usual;
+}
+
+} // namespace
 
 Address makeAddress(short first, short second, short third, short fourth)
 {
@@ -16,19 +32,48 @@ Address makeAddress(short first, short second, short third, short fourth)
     return address;
 }
 
+std::string addressText(Address const& address)
+{
+    std::string text = std::to_string(address[0]);
+    for (unsigned long i = 1; i < 4; ++i) {
+        text += '.' + std::to_string(address[i]);
+    }
+    return text;
+}
+
+std::uint32_t addressNumber(Address const& address)
+{
+    std::uint32_t number = 0;
+    for (unsigned long i = 0; i < 4; ++i) {
+        number = number << 8 | static_cast<std::uint8_t>(address[i]);
+    }
+    return number;
+}
+
 Interface::Interface(Inventory& inventory, std::string_view className, std::string const& id, std::string name,
                      short number, Address const& address)
-    : name_(std::move(name)), number_(number), servant_(TipprmiOID(id)), managed_(inventory, servant_, className)
+    : name_(std::move(name)), number_(number), object_(inventory, id, className),
+      states_(inventory.states(), [this] { lookBelow(); })
 {
     setFirstAddress(address);
-    servant_
-        .on<&IfNetClient::getUnitName>([this](std::string& unitName) {
-            unitName = name_;
+    object_.tells<&IfNetClient::getUnitName>(name_);
+    object_.tells<&IfNetClient::getUnitNumber>(number_);
+    object_.holds<&IfNetClient::getMtu, &IfNetClient::setMtu>(mtu_);
+    object_.holds<&IfNetClient::getInternalMtu, &IfNetClient::setInternalMtu>(internalMtu_);
+    object_.holds<&IfNetClient::getDiscardPrivate, &IfNetClient::setDiscardPrivate>(discardsPrivate_);
+    object_.holds<&IfNetClient::getDiscardPublic, &IfNetClient::setDiscardPublic>(discardsPublic_);
+    object_.holds<&IfNetClient::getIpAddrSequence, &IfNetClient::setIpAddrSequence>(addresses_);
+    object_.holds<&IfNetClient::getPrivateIpAddr, &IfNetClient::setPrivateIpAddr>(private_);
+    object_.holds<&IfNetClient::getPublicIpAddr, &IfNetClient::setPublicIpAddr>(public_);
+    servant()
+        .on<&IfNetClient::getFlags>([this](unsigned short& told) {
+            told = flags();
             return GetClient::OK;
         })
-        .on<&IfNetClient::getUnitNumber>([this](short& unitNumber) {
-            unitNumber = number_;
-            return GetClient::OK;
+        .on<&IfNetClient::setFlags>([this](unsigned short const& set) {
+            flags_ = set;
+            lookBelow();
+            return SetClient::OK;
         })
         .on<&IfNetClient::getVokIpForSctp>([this](Address& first) {
             if (addresses_.getLength() == 0) {
@@ -37,36 +82,53 @@ Interface::Interface(Inventory& inventory, std::string_view className, std::stri
             first = addresses_[0].ipAddress;
             return GetClient::OK;
         });
-    serveSetting<&IfNetClient::getMtu, &IfNetClient::setMtu>(servant_, mtu_);
-    serveSetting<&IfNetClient::getInternalMtu, &IfNetClient::setInternalMtu>(servant_, internalMtu_);
-    servant_
-        .on<&IfNetClient::getFlags>([this](unsigned short& flags) {
-            flags = flags_;
-            return GetClient::OK;
-        })
-        .on<&IfNetClient::setFlags>([this](unsigned short const& flags) {
-            setFlags(flags);
-            return SetClient::OK;
-        });
-    serveSetting<&IfNetClient::getDiscardPrivate, &IfNetClient::setDiscardPrivate>(servant_, discardsPrivate_);
-    serveSetting<&IfNetClient::getDiscardPublic, &IfNetClient::setDiscardPublic>(servant_, discardsPublic_);
-    serveSetting<&IfNetClient::getIpAddrSequence, &IfNetClient::setIpAddrSequence>(servant_, addresses_);
-    serveSetting<&IfNetClient::getPrivateIpAddr, &IfNetClient::setPrivateIpAddr>(servant_, private_);
-    serveSetting<&IfNetClient::getPublicIpAddr, &IfNetClient::setPublicIpAddr>(servant_, public_);
+    object_.facts().addGiven<&IfNetClient::setFlags>(flags_);
+    object_.facts().alias(operationOf<&IfNetClient::getFlags>().name, operationOf<&IfNetClient::setFlags>().name);
+    object_.facts().add("isUp", wasUp_);
+    object_.onSettle([this] {
+        lookBelow();
+        return std::string();
+    });
 }
 
-// Observers of the conditions are told, as of everything that their proxies do.
-void Interface::setFlags(unsigned short flags)
+bool Interface::isUp() const { return (flags() & runs) == runs; }
+
+unsigned short Interface::flags() const
 {
-    constexpr unsigned up = IfNetClient::IFF__UP | IfNetClient::IFF__RUNNING;
-    bool const wasUp = (flags_ & up) == up;
-    bool const isUp = (flags & up) == up;
-    flags_ = flags;
+    constexpr unsigned short running = IfNetClient::IFF__RUNNING;
+    return !isRunning_ || isRunning_() ? flags_ : static_cast<unsigned short>(flags_ & ~running);
+}
+
+// Observers of the conditions are told, as of everything that their proxies do. What stands on this interface is told
+// by the change of its fault service's state, which the conditions bring about, and by the signal.
+void Interface::lookBelow()
+{
+    bool const isUpNow = isUp();
+    if (wasUp_ == isUpNow) {
+        return;
+    }
+    wasUp_ = isUpNow;
+    object_.changed();
+    say("interface " + object_.id() + (isUpNow ? " is up" : " is down"));
+    object_.performance()->setPassing(isUpNow);
     for (char const* const name : {"DownEgress", "DownIngress"}) {
-        if (Condition* const condition = managed_.faults()->condition(name); wasUp != isUp && condition != nullptr) {
-            isUp ? condition->proxy().cancel() : condition->proxy().raise();
+        if (Condition const* const condition = object_.faults()->condition(name)) {
+            isUpNow ? condition->proxy().cancel() : condition->proxy().raise();
         }
     }
+    object_.inventory().states().give();
+}
+
+int Interface::prefixOf(Address const& address) const
+{
+    int longest = -1;
+    for (IfNetClient::IpAddrInfo const& own : addresses_) {
+        std::uint32_t const mask = maskOf(own);
+        bool const isIn = addressNumber(own.ipAddress) != 0 &&
+                          (addressNumber(own.ipAddress) & mask) == (addressNumber(address) & mask);
+        longest = isIn ? std::max(longest, std::popcount(mask)) : longest;
+    }
+    return longest;
 }
 
 void Interface::setFirstAddress(Address const& address)

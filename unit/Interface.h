@@ -3,6 +3,7 @@
 
 #include "clients/ip/IfNetClient.h"
 #include "unit/Managed.h"
+#include "unit/Signal.h"
 
 #include <string>
 
@@ -11,9 +12,13 @@ namespace trs::sim {
 using Address = TipprmiArray<short, 4>;
 
 Address makeAddress(short first, short second, short third, short fourth);
+// "10.0.0.1"
+std::string addressText(Address const& address);
+// The first octet in the most significant byte.
+std::uint32_t addressNumber(Address const& address);
 
-// Its attributes keep what they are set to. While it is not up and running, its conditions DownEgress and DownIngress
-// are active.
+// Runs while what it stands on does: then its flags tell IFF__RUNNING. While it is not both up and running, its
+// conditions DownEgress and DownIngress are active and its counters stand still.
 class Interface {
 public:
     Interface(Inventory& inventory, std::string_view className, std::string const& id, std::string name, short number,
@@ -21,28 +26,40 @@ public:
     Interface(Interface const&) = delete;
     Interface& operator=(Interface const&) = delete;
 
+    bool isUp() const;
+    // How long the prefix of the network is that an address is in, of those of the interface's own addresses; -1: none.
+    int prefixOf(Address const& address) const;
+
 protected:
     ~Interface() = default;
-    Servant& servant() { return servant_; }
-    Servant const& servant() const { return servant_; }
+    Managed& object() { return object_; }
+    Managed const& object() const { return object_; }
+    Servant& servant() { return object_.servant(); }
     void setFirstAddress(Address const& address);
+    IfNetClient::IpAddrInfo& publicAddress() { return public_; }
     void clearAddresses() { addresses_.setLength(0); }
+    // What tells whether the interface can run. To be followed by lookBelow().
+    void standOn(std::function<bool()> isRunning) { isRunning_ = std::move(isRunning); }
+    // Looks whether the interface can still run, and draws the consequences.
+    void lookBelow();
 
 private:
-    void setFlags(unsigned short flags);
+    unsigned short flags() const;
 
-    std::string const name_;
-    short const number_;
-    long mtu_ = 1500;         // bytes
-    long internalMtu_ = 1500; // bytes
-    unsigned short flags_ = IfNetClient::IFF__UP | IfNetClient::IFF__RUNNING;
+    std::string name_;
+    short number_;
+    long mtu_ = 1500;                                                         // bytes
+    long internalMtu_ = 1500;                                                 // bytes
+    unsigned short flags_ = IfNetClient::IFF__UP | IfNetClient::IFF__RUNNING; // as they were set
     bool discardsPrivate_ = false;
     bool discardsPublic_ = false;
     TipprmiSequence<IfNetClient::IpAddrInfo> addresses_;
     IfNetClient::IpAddrInfo private_{};
     IfNetClient::IpAddrInfo public_{};
-    Servant servant_;
-    Managed managed_;
+    std::function<bool()> isRunning_;
+    bool wasUp_ = true;
+    Managed object_;
+    Signal::Subscription const states_;
 };
 
 } // namespace trs::sim

@@ -1,6 +1,7 @@
 #include "unit/Inventory.h"
 
 #include "catalogue/Text.h"
+#include "unit/Object.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -11,10 +12,10 @@ namespace trs::sim {
 namespace {
 
 template <class Test>
-std::vector<Inventory::Entry> those(std::vector<Inventory::Entry> const& entries, Test test)
+std::vector<Object*> those(std::vector<Object*> const& objects, Test test)
 {
-    std::vector<Inventory::Entry> found;
-    std::copy_if(entries.begin(), entries.end(), std::back_inserter(found), test);
+    std::vector<Object*> found;
+    std::copy_if(objects.begin(), objects.end(), std::back_inserter(found), test);
     return found;
 }
 
@@ -44,26 +45,43 @@ bool numberBehind(std::string_view prefix, std::string_view id, long least, long
            std::to_string(number) == id.substr(prefix.size());
 }
 
-void Inventory::remove(std::string const& id)
+void Inventory::setSeed(unsigned long seed)
 {
-    std::erase_if(entries_, [&id](Entry const& entry) { return entry.id == id || entry.id.starts_with(id + '/'); });
+    seed_ = seed;
+    load_.setSeed(seed);
 }
 
-Inventory::Entry const* Inventory::find(std::string const& id) const
+void Inventory::add(Object& object)
 {
-    auto const found = std::ranges::find(entries_, id, &Entry::id);
-    return found != entries_.end() ? &*found : nullptr;
+    objects_.push_back(&object);
+    byId_[object.id()] = &object;
+    tellChange(object);
 }
 
-std::vector<Inventory::Entry> Inventory::related(std::string const& id, std::string_view className) const
+void Inventory::remove(Object const& object)
 {
-    std::vector<Entry> const all =
-        those(entries_, [&](Entry const& entry) { return entry.id != id && isA(*entry.type, className); });
-    std::vector<Entry> own = those(all, [&](Entry const& entry) { return entry.id.starts_with(id + '/'); });
+    std::erase(objects_, &object);
+    byId_.erase(object.id());
+    if (keeper_ != nullptr) {
+        keeper_->gone(object.id());
+    }
+}
+
+Object* Inventory::find(std::string const& id) const
+{
+    auto const found = byId_.find(id);
+    return found != byId_.end() ? found->second : nullptr;
+}
+
+std::vector<Object*> Inventory::related(std::string const& id, std::string_view className) const
+{
+    std::vector<Object*> const all =
+        those(objects_, [&](Object const* object) { return object->id() != id && isA(object->type(), className); });
+    std::vector<Object*> own = those(all, [&](Object const* object) { return object->id().starts_with(id + '/'); });
     if (!own.empty()) {
         return own;
     }
-    std::vector<Entry> exact = those(all, [&](Entry const& entry) { return entry.type->name == className; });
+    std::vector<Object*> exact = those(all, [&](Object const* object) { return object->type().name == className; });
     return exact.empty() ? all : exact;
 }
 

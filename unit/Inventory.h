@@ -2,60 +2,80 @@
 #pragma once
 
 #include "catalogue/Class.h"
-#include "rmi/NameOf.h"
 #include "unit/Clock.h"
+#include "unit/Load.h"
+#include "unit/Signal.h"
 
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace trs::sim {
 
-class Managed;
+class Object;
 
 class Inventory {
 public:
+    // Told of changes, under the run permission.
+    class Keeper {
+    public:
+        virtual ~Keeper() = default;
+        // A fact of the object has changed or is about to, or the object is new.
+        virtual void changed(Object const& object) = 0;
+        virtual void gone(std::string const& id) = 0;
+
+    protected:
+        Keeper() = default;
+        Keeper(Keeper const&) = default;
+        Keeper& operator=(Keeper const&) = default;
+    };
+
     // With another seed, numbers that have no reason to be the same in all units are others; with the same one, the
     // same.
-    explicit Inventory(unsigned long seed = 0) : seed_(seed) {}
+    explicit Inventory(unsigned long seed = 0) : load_(seed), seed_(seed) {}
     Inventory(Inventory const&) = delete;
     Inventory& operator=(Inventory const&) = delete;
 
-    struct Entry {
-        std::string id;
-        catalogue::Class const* type;
-        Managed* managed; // null for the services that belong to another object
-    };
-
-    void add(std::string const& id, catalogue::Class const& type, Managed* managed = nullptr)
-    {
-        entries_.push_back({id, &type, managed});
-    }
-    template <class Proxy>
-    void add(Proxy const& proxy)
-    {
-        add(proxy.getOID().getIdString(), *catalogue::findClass(reflect::className<Proxy>));
-    }
-    // Removes the object and those that belong to it.
-    void remove(std::string const& id);
+    void add(Object& object);
+    void remove(Object const& object);
     // In the order in which they were added.
-    std::vector<Entry> const& all() const { return entries_; }
+    std::vector<Object*> const& all() const { return objects_; }
     // Null when there is none.
-    Entry const* find(std::string const& id) const;
+    Object* find(std::string const& id) const;
+
+    // Null: nobody, as at first.
+    void setKeeper(Keeper* keeper) { keeper_ = keeper; }
+    void tellChange(Object const& object)
+    {
+        if (keeper_ != nullptr) {
+            keeper_->changed(object);
+        }
+    }
 
     Clock& clock() { return clock_; }
     unsigned long seed() const { return seed_; }
+    // Before anything depends on it.
+    void setSeed(unsigned long seed);
+    Load& load() { return load_; }
+    // Given when an object began or ceased to work.
+    Signal& states() { return states_; }
     // A number from 0 to `most` that depends on the seed and on what it is for; 0 while the seed is 0.
     unsigned long vary(std::string_view purpose, unsigned long most) const;
 
     // The objects of a class, or of one derived from it, that belong to an object: those whose identifiers begin with
     // its own. When there are none, all of that class but the object itself; among them those of the very class, if
     // any.
-    std::vector<Entry> related(std::string const& id, std::string_view className) const;
+    std::vector<Object*> related(std::string const& id, std::string_view className) const;
 
 private:
-    std::vector<Entry> entries_;
+    std::vector<Object*> objects_;
+    std::unordered_map<std::string_view, Object*> byId_; // the objects' own identifiers
+    Keeper* keeper_ = nullptr;
     Clock clock_;
-    unsigned long const seed_;
+    Load load_;
+    Signal states_;
+    unsigned long seed_;
 };
 
 // Whether the identifier is `prefix` with a decimal number from `least` to `most` behind it, in its shortest form.

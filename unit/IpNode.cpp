@@ -1,17 +1,14 @@
 #include "unit/IpNode.h"
 
-#include "unit/Setting.h"
 #include "unit/Status.h"
 
-#include <arpa/inet.h>
-#include <array>
+#include <algorithm>
 
 namespace trs::sim {
 
 namespace {
 
 constexpr std::size_t mostEntries = 256;
-constexpr long greatestVlan = 0xffff;
 
 VlanIfNetClient::VlanIfNetCreateParams vlan(unsigned short id, Address const& address)
 {
@@ -26,24 +23,32 @@ VlanIfNetClient::VlanIfNetCreateParams vlan(unsigned short id, Address const& ad
 
 } // namespace
 
-IpNode::IpNode(Inventory& inventory)
-    : hardware_(inventory, "HwmUnit-1"),
+IpNode::IpNode(Inventory& inventory, PublicAddress& address)
+    : address_(address), firstAddress_(address.text()), hardware_(inventory, "HwmUnit-1"),
       transport_(inventory, "IfNet/Transport", 1, makeAddress(10, 1, 0, 7), hardware_.link()),
-      lmp_(inventory, "IfNet/Lmp", 2, makeAddress(192, 168, 255, 129), hardware_.link()),
-      routes_(inventory, "RoutingTable/0"), servant_(TipprmiOID(IpNodeClient::IPNODE_OID)),
-      wideArea_(inventory, servant_, 3), managed_(inventory, servant_, reflect::className<IpNodeClient>)
+      lmp_(inventory, "IfNet/Lmp", 2, makeAddress(192, 168, 255, 129), hardware_.lmpLink()),
+      object_(inventory, IpNodeClient::IPNODE_OID, reflect::className<IpNodeClient>),
+      wideArea_(inventory, object_.servant(), 3),
+      routes_(inventory, "RoutingTable/0", [this](Address const& to, bool onlyUp) { return prefixOf(to, onlyUp); }),
+      access_(inventory, address)
 {
     transport_.addVlan(vlan(100, makeAddress(10, 100, 0, 7)));
     transport_.addVlan(vlan(200, makeAddress(10, 200, 0, 7)));
+    transport_.carryPublicAddress(address_);
     resetConfiguration();
-    managed_.addKeys("getIpConfig", {[this] { return Properties::keysOf(entries_); }, [this] { entries_.clear(); }});
     serveInterfaces();
     serveConfiguration();
 }
 
+int IpNode::prefixOf(Address const& address, bool onlyUp) const
+{
+    return std::max(
+        {transport_.prefixOf(address, onlyUp), lmp_.prefixOf(address, onlyUp), wideArea_.prefixOf(address, onlyUp)});
+}
+
 void IpNode::serveInterfaces()
 {
-    servant_
+    object_.servant()
         .on<&IpNodeClient::getTransportIfNet>([this](EthIfNetClient& ifNet) {
             ifNet = transport_.proxy();
             return GetClient::OK;
@@ -69,17 +74,31 @@ void IpNode::serveInterfaces()
 
 void IpNode::serveConfiguration()
 {
-    serveSetting<&IpNodeClient::getMtu, &IpNodeClient::setMtu>(servant_, mtu_);
-    serveSetting<&IpNodeClient::getTransportMode, &IpNodeClient::setTransportMode>(servant_, transportMode_);
-    serveSetting<&IpNodeClient::getIcmpResponseEnabled, &IpNodeClient::setIcmpResponseEnabled>(servant_, answersIcmp_);
-    servant_
+    object_.holds<&IpNodeClient::getMtu, &IpNodeClient::setMtu>(mtu_);
+    object_.holds<&IpNodeClient::getTransportMode, &IpNodeClient::setTransportMode>(transportMode_);
+    object_.holds<&IpNodeClient::getIcmpResponseEnabled, &IpNodeClient::setIcmpResponseEnabled>(answersIcmp_);
+    object_.holdsEntries<&IpNodeClient::getIpConfig, &IpNodeClient::setIpConfig>(
+        [this] { return Object::keysOf(entries_); }, [this] { entries_.clear(); });
+    // Each of them is that of an entry.
+    auto const setAddresses = [this](std::string const& name) {
+        return [this, name](Address const& address, Address const& address2) {
+            auto const found = entries_.find(name);
+            Entry entry = found != entries_.end() ? found->second : Entry();
+            entry.address = address;
+            entry.address2 = address2;
+            return statusOf<SetClient>(setEntry(name, entry));
+        };
+    };
+    object_.servant()
+        .on<&IpNodeClient::setBtsPrimaryIpAddress>(setAddresses(IpNodeClient::BTS_PRIMARY_ID))
+        .on<&IpNodeClient::setPrimIpAdr>(setAddresses(IpNodeClient::BTS_IP_PRIM_ID))
         .on<&IpNodeClient::getIpConfig>([this](std::string const& name, Address& address, Address& address2,
                                                unsigned long& number, std::string& text) {
             auto const found = entries_.find(name);
             if (found == entries_.end()) {
                 return GetClient::FAILED;
             }
-            address = found->second.address;
+            address = name == IpNodeClient::BTS_PRIMARY_ID ? address_.octets() : found->second.address;
             address2 = found->second.address2;
             number = found->second.number;
             text = found->second.text;
@@ -87,61 +106,46 @@ void IpNode::serveConfiguration()
         })
         .on<&IpNodeClient::setIpConfig>([this](std::string const& name, Address const& address, Address const& address2,
                                                unsigned long const& number, std::string const& text) {
-            if (entries_.size() == mostEntries && !entries_.contains(name)) {
-                return SetClient::FAILED;
-            }
-            entries_[name] = {address, address2, number, text};
-            return SetClient::OK;
+            return statusOf<SetClient>(setEntry(name, {address, address2, number, text}));
         })
         .on<&IpNodeClient::resetIpConfig>([this] {
             resetConfiguration();
+            if (address_.text() != firstAddress_) {
+                address_.set(firstAddress_);
+            }
             return SetClient::OK;
         });
 }
 
+bool IpNode::setEntry(std::string const& name, Entry const& entry)
+{
+    if (entries_.size() == mostEntries && !entries_.contains(name)) {
+        return false;
+    }
+    entries_[name] = entry;
+    if (name == IpNodeClient::BTS_PRIMARY_ID && entry.address != address_.octets()) {
+        address_.set(addressNumber(entry.address) == 0 ? "" : addressText(entry.address));
+    }
+    return true;
+}
+
 bool IpNode::create(std::string const& id, std::string_view className)
 {
-    long number = 0;
-    if (className == reflect::className<VlanIfNetClient>) {
-        EthInterface* const owner = vlanOwner(id, number);
-        return owner != nullptr && owner->addVlan(vlan(static_cast<unsigned short>(number), {})) != nullptr;
-    }
-    return wideArea_.create(id, className) ||
+    return (className == reflect::className<VlanIfNetClient> && (transport_.createVlan(id) || lmp_.createVlan(id))) ||
+           wideArea_.create(id, className) ||
            (className == reflect::className<HwmModuleClient> && hardware_.createModule(id));
 }
 
 bool IpNode::remove(std::string const& id)
 {
-    long number = 0;
-    EthInterface* const owner = vlanOwner(id, number);
-    return (owner != nullptr && owner->removeVlan(static_cast<unsigned short>(number))) || wideArea_.remove(id) ||
-           hardware_.removeModule(id);
-}
-
-// The interface that a VLAN of this identifier belongs to; null when it is none.
-EthInterface* IpNode::vlanOwner(std::string const& id, long& number)
-{
-    for (EthInterface* const owner : {&transport_, &lmp_}) {
-        if (numberBehind(owner->proxy().getOID().getIdString() + "/Vlan/", id, 0, greatestVlan, number)) {
-            return owner;
-        }
-    }
-    return nullptr;
-}
-
-void IpNode::setPrimaryAddress(std::string const& address)
-{
-    std::array<unsigned char, 4> octets{};
-    if (::inet_pton(AF_INET, address.c_str(), octets.data()) == 1) {
-        entries_[IpNodeClient::BTS_PRIMARY_ID].address = makeAddress(octets[0], octets[1], octets[2], octets[3]);
-    }
+    return transport_.removeVlan(id) || lmp_.removeVlan(id) || wideArea_.remove(id) || hardware_.removeModule(id);
 }
 
 void IpNode::resetConfiguration()
 {
     entries_.clear();
     entries_[IpNodeClient::BTS_ID].number = 4711;
-    entries_[IpNodeClient::BTS_PRIMARY_ID].address = makeAddress(10, 1, 0, 7);
+    entries_[IpNodeClient::BTS_PRIMARY_ID]; // whose address is the public one
 }
 
 } // namespace trs::sim

@@ -2,8 +2,10 @@
 #pragma once
 
 #include "clients/ip/IpNodeClient.h"
+#include "unit/AccessServices.h"
 #include "unit/EthInterface.h"
 #include "unit/Hardware.h"
+#include "unit/PublicAddress.h"
 #include "unit/RoutingTable.h"
 #include "unit/WideAreaInterfaces.h"
 
@@ -16,14 +18,13 @@ namespace trs::sim {
 // interfaces, the routing table 0 and the hardware.
 class IpNode {
 public:
-    explicit IpNode(Inventory& inventory);
+    // `address` outlives it.
+    IpNode(Inventory& inventory, PublicAddress& address);
     // Creates a VLAN, a module or a wide area interface by the class and the identifier that it is to have. False when
     // it is none of these, or there already.
     bool create(std::string const& id, std::string_view className);
     // False when it is none of these.
     bool remove(std::string const& id);
-    // What the entry of the primary address says from now on: a dotted address. Nothing changes for any other text.
-    void setPrimaryAddress(std::string const& address);
     IpNode(IpNode const&) = delete;
     IpNode& operator=(IpNode const&) = delete;
 
@@ -36,22 +37,25 @@ private:
         std::string text;
     };
 
-    EthInterface* vlanOwner(std::string const& id, long& number);
+    bool setEntry(std::string const& name, Entry const& entry);
+    int prefixOf(Address const& address, bool onlyUp) const;
     void serveInterfaces();
     void serveConfiguration();
     void resetConfiguration();
 
+    PublicAddress& address_;
+    std::string const firstAddress_; // the public one, at the start
     Hardware hardware_;
     EthInterface transport_;
     EthInterface lmp_;
-    RoutingTable routes_;
     std::map<std::string, Entry> entries_;
     long mtu_ = 1500; // bytes
     long transportMode_ = IpNodeClient::TRANSPORT_MODE_IUBIP;
     bool answersIcmp_ = true;
-    Servant servant_;
+    Managed object_;
     WideAreaInterfaces wideArea_;
-    Managed managed_;
+    RoutingTable routes_;
+    AccessServices access_;
 };
 
 } // namespace trs::sim

@@ -18,8 +18,6 @@ constexpr ListRule rules[] = {
     {"ApplicationObjectClient", "isNoLongerSupportedBy", Effect::remove, "getServiceProviders"},
     {"ApplicationObjectClient", "startSupportOf", Effect::insert, "getServiceConsumers"},
     {"ApplicationObjectClient", "stopSupportOf", Effect::remove, "getServiceConsumers"},
-    {"NtpAccessClient", "createNtpServer", Effect::insert, "getNtpServerSequence"},
-    {"NtpAccessClient", "deleteNtpServer", Effect::remove, "getNtpServerSequence"},
     {"DhcpAccessClient", "createDhcpConfigurationEntry", Effect::insert, "getDhcpConfiguration"},
     {"DhcpAccessClient", "deleteDhcpConfigurationEntry", Effect::remove, "getDhcpConfiguration"},
     {"EthLinkClient", "attachVlanTags", Effect::insert, "getVlanTags"},

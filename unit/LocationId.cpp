@@ -4,9 +4,11 @@
 
 namespace trs::sim {
 
-LocationId::LocationId(std::string const& owner) : servant_(TipprmiOID(owner + "/LocationId"))
+LocationId::LocationId(Inventory& inventory, std::string const& owner)
+    : object_(inventory, owner + "/LocationId", reflect::className<LocationIdClient>)
 {
-    servant_.on<&LocationIdClient::toString>([] { return std::string("cabinet 1, slot 2, port 3"); })
+    object_.servant()
+        .on<&LocationIdClient::toString>([] { return std::string("cabinet 1, slot 2, port 3"); })
         .on<&LocationIdClient::toKey>([] { return std::string("1.2.3"); })
         .on<&LocationIdClient::containsType>(
             [](unsigned long const& type) { return type == LocationIdClient::LID_LOCATION_ID; })

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "clients/services/LocationIdClient.h"
-#include "rmi/Servant.h"
+#include "unit/Object.h"
 
 #include <string>
 
@@ -10,12 +10,12 @@ namespace trs::sim {
 
 class LocationId {
 public:
-    explicit LocationId(std::string const& owner);
+    LocationId(Inventory& inventory, std::string const& owner);
 
-    auto proxy() const { return LocationIdClient(&servant_); }
+    auto proxy() const { return object_.proxy<LocationIdClient>(); }
 
 private:
-    Servant servant_;
+    Object object_;
 };
 
 } // namespace trs::sim

@@ -29,6 +29,8 @@ public:
     }
     bool contains(Proxy const& object) const { return std::any_of(objects_.begin(), objects_.end(), sameAs(object)); }
     TipprmiSequence<Proxy> const& all() const { return objects_; }
+    // As it stands, for those who keep it.
+    TipprmiSequence<Proxy>& list() { return objects_; }
 
 private:
     static constexpr unsigned long most = 256;

@@ -6,9 +6,11 @@
 
 namespace trs::sim {
 
-Policy::Policy(std::string const& owner, std::function<bool()> permits) : servant_(TipprmiOID(owner + "/Policy"))
+Policy::Policy(Inventory& inventory, std::string const& owner, std::function<bool()> permits)
+    : object_(inventory, owner + "/Policy", reflect::className<AdminStatePolicyClient>)
 {
-    servant_.on<&AdminStatePolicyClient::getState>(std::move(permits))
+    object_.servant()
+        .on<&AdminStatePolicyClient::getState>(std::move(permits))
         .on<&AdminStatePolicyClient::notifyStateChange>([] {});
 }
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "clients/services/AdminStatePolicyClient.h"
-#include "rmi/Servant.h"
+#include "unit/Object.h"
 
 #include <functional>
 #include <string>
@@ -12,12 +12,12 @@ namespace trs::sim {
 class Policy {
 public:
     // `permits` is asked for the policy's state.
-    Policy(std::string const& owner, std::function<bool()> permits);
+    Policy(Inventory& inventory, std::string const& owner, std::function<bool()> permits);
 
-    auto proxy() const { return AdminStatePolicyClient(&servant_); }
+    auto proxy() const { return object_.proxy<AdminStatePolicyClient>(); }
 
 private:
-    Servant servant_;
+    Object object_;
 };
 
 } // namespace trs::sim

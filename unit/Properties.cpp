@@ -1,5 +1,6 @@
 #include "unit/Properties.h"
 
+#include "catalogue/Limits.h"
 #include "catalogue/ObjectName.h"
 #include "catalogue/OperationKind.h"
 #include "platform/TipprmiStream.h"
@@ -36,26 +37,126 @@ bool hasStatus(Operation const& operation)
     return operation.result != nullptr && operation.result->kind == Type::Kind::status;
 }
 
+template <class Visitor>
+void forEachNamed(Operation const& operation, bool isIn, Visitor const& visit)
+{
+    if (!isIn && operation.result != nullptr && operation.result->kind != Type::Kind::status) {
+        visit("result", *operation.result);
+    }
+    std::vector<std::string_view> const names = operation.parameterNames();
+    for (std::size_t i = 0; i < operation.parameters.size(); ++i) {
+        if (operation.parameters[i].isIn == isIn) {
+            visit(std::string(names[i]), *operation.parameters[i].type);
+        }
+    }
+}
+
+bool isRead(Operation const& operation) { return kindOf(operation) == OperationKind::read; }
+
+// Whether what the operation tells, or is given and no other tells, can be kept.
+bool isKept(Operation const& operation) { return isRead(operation) || ruleOf(operation) != nullptr; }
+
+// The parameters of one direction by name, a plain result as "result".
+Value byName(Operation const& operation, bool isIn, std::vector<Value> const& values)
+{
+    Value all = Value::object();
+    std::size_t place = 0;
+    forEachNamed(operation, isIn, [&](std::string const& name, Type const&) { all[name] = values[place++]; });
+    return all;
+}
+
+// The other way round. Empty, or what is wrong.
+std::string fromNames(Operation const& operation, bool isIn, Value const& told, std::vector<Value>& values)
+{
+    std::string wrong;
+    forEachNamed(operation, isIn, [&](std::string const& name, Type const& type) {
+        if (!wrong.empty()) {
+            return;
+        }
+        if (!told.is_object() || !told.contains(name)) {
+            wrong = told.is_object() ? name + " is missing" : "the results are no object";
+            return;
+        }
+        TipprmiStream stream(100);
+        wrong = catalogue::writeValue(stream, type, told[name]);
+        if (!wrong.empty()) {
+            wrong = name + (wrong.front() == '.' || wrong.front() == '[' ? "" : ": ") + wrong;
+            return;
+        }
+        values.push_back(catalogue::readValue(stream, type)); // as the unit itself says it
+    });
+    return wrong;
+}
+
 } // namespace
 
 Operation const* Properties::find(unsigned long classId, unsigned long opIndex) const
 {
-    for (catalogue::Class const* type = &type_; type != nullptr; type = type->base()) {
-        auto const found = std::ranges::find(type->own, opIndex, &Operation::index);
-        if (type->id == classId) {
-            return found != type->own.end() ? &*found : nullptr;
-        }
-    }
-    return nullptr;
+    Operation const* const operation =
+        catalogue::findOperation(static_cast<std::uint32_t>(classId), static_cast<std::uint32_t>(opIndex));
+    return operation != nullptr && isA(object_.type(), operation->className) ? operation : nullptr;
 }
 
-std::vector<Properties::Kept> Properties::all() const
+Facts::Others Properties::facts()
 {
-    std::vector<Kept> all;
+    return {[this](Value& object) { say(object); },
+            [this](std::string const& name) {
+                Operation const* const operation = object_.type().find(name);
+                return operation != nullptr && isKept(*operation) && !isOthers_(*operation);
+            },
+            [this](std::string const& name, Value const& told) { return take(*object_.type().find(name), told); },
+            [this] { kept_.clear(); }};
+}
+
+void Properties::say(Value& object) const
+{
     for (auto const& [key, kept] : kept_) {
-        all.push_back(kept);
+        std::string const name(kept.operation->name);
+        if (!isRead(*kept.operation)) {
+            object[name] = kept.told;
+        } else if (kept.arguments.empty()) {
+            object[name] = byName(*kept.operation, false, kept.told);
+        } else {
+            Value element = byName(*kept.operation, true, kept.arguments);
+            element.update(byName(*kept.operation, false, kept.told));
+            object[name].push_back(std::move(element));
+        }
     }
-    return all;
+}
+
+std::string Properties::take(Operation const& operation, Value const& told)
+{
+    bool const hasArguments = isRead(operation) && !typesOf(operation, true).empty();
+    if (!isRead(operation)) { // what an operation that no other reads was given
+        return told.is_array() && told.size() == 1 && keep({&operation, {}, {told[0]}}) ? "" : "reads nothing";
+    }
+    if (!hasArguments) {
+        return takeEntry(operation, told);
+    }
+    if (!told.is_array()) {
+        return "the entries are no array";
+    }
+    std::string wrong;
+    for (Value const& element : told) {
+        wrong = wrong.empty() ? takeEntry(operation, element) : wrong;
+    }
+    return wrong;
+}
+
+std::string Properties::takeEntry(Operation const& operation, Value const& told)
+{
+    Kept kept{&operation, {}, {}};
+    if (std::string wrong = fromNames(operation, true, told, kept.arguments); !wrong.empty()) {
+        return wrong;
+    }
+    if (std::string wrong = fromNames(operation, false, told, kept.told); !wrong.empty()) {
+        return wrong;
+    }
+    if (told.size() != kept.arguments.size() + kept.told.size()) {
+        return "one result too many";
+    }
+    bool const isAsIs = kept.told == this->told(operation, kept.arguments);
+    return isAsIs || keep(std::move(kept)) ? "" : "there is no room for it";
 }
 
 bool Properties::keep(Kept kept)
@@ -70,7 +171,7 @@ bool Properties::keep(Kept kept)
 
 bool Properties::set(Operation const& setter, Values const& arguments)
 {
-    Operation const* const reader = readerOf(type_, setter);
+    Operation const* const reader = readerOf(object_.type(), setter);
     if (reader == nullptr) {
         return true;
     }
@@ -83,8 +184,8 @@ Value Properties::initial(Type const& type) const
     if (type.kind == Type::Kind::sequence) {
         Value list = Value::array();
         if (type.element->kind == Type::Kind::object && type.element->name != anyObject) {
-            for (Inventory::Entry const& entry : inventory_.related(id_, type.element->name)) {
-                list.push_back(catalogue::ObjectName{std::string(entry.type->name), entry.id}.text());
+            for (Object const* const each : object_.inventory().related(object_.id(), type.element->name)) {
+                list.push_back(catalogue::ObjectName{std::string(each->type().name), each->id()}.text());
             }
         }
         return list;
@@ -93,11 +194,11 @@ Value Properties::initial(Type const& type) const
         return catalogue::zero(type);
     }
     // A reference to the general application object is one to any object; here, to this one.
-    if (type.name == anyObject && isA(type_, type.name)) {
-        return catalogue::ObjectName{std::string(type.name), id_}.text();
+    if (type.name == anyObject && isA(object_.type(), type.name)) {
+        return catalogue::ObjectName{std::string(type.name), object_.id()}.text();
     }
-    std::vector<Inventory::Entry> const found = inventory_.related(id_, type.name);
-    return found.empty() ? Value() : Value(catalogue::ObjectName{std::string(type.name), found.front().id}.text());
+    std::vector<Object*> const found = object_.inventory().related(object_.id(), type.name);
+    return found.empty() ? Value() : Value(catalogue::ObjectName{std::string(type.name), found.front()->id()}.text());
 }
 
 // As typesOf() lists what the operation tells.
@@ -111,17 +212,24 @@ Properties::Values Properties::told(Operation const& reader, Values const& argum
     for (Type const* const type : typesOf(reader, false)) {
         values.push_back(initial(*type));
     }
+    // What could be set, where 0 cannot.
+    Operation const* const writer = writerOf(object_.type(), reader);
+    if (writer != nullptr && arguments.empty() && catalogue::hasLimits(*writer)) {
+        catalogue::bringWithin(*writer, values);
+    }
     return values;
 }
 
 Properties::Answer Properties::follow(ListRule const& rule, Operation const& operation, Values const& arguments)
 {
     using Effect = ListRule::Effect;
-    Operation const& subject = *type_.find(rule.subject);
-    bool const isRead = kindOf(subject) == OperationKind::read;
+    Operation const& subject = *object_.type().find(rule.subject);
+    bool const isSubjectRead = isRead(subject);
     std::vector<Type const*> const types = typesOf(subject, false);
     auto const kept = kept_.find(keyOf(subject, {}));
-    Value value = kept != kept_.end() ? kept->second.told.front() : isRead ? initial(*types.front()) : Value::array();
+    Value value = kept != kept_.end() ? kept->second.told.front()
+                  : isSubjectRead     ? initial(*types.front())
+                                      : Value::array();
     switch (rule.effect) {
     case Effect::contains:
         return {true, {contains(value, arguments.front())}};
@@ -139,7 +247,7 @@ Properties::Answer Properties::follow(ListRule const& rule, Operation const& ope
         break;
     }
     bool const isDone =
-        changeList(rule.effect, isRead ? types.front() : nullptr, value, arguments, typesOf(operation, true)) &&
+        changeList(rule.effect, isSubjectRead ? types.front() : nullptr, value, arguments, typesOf(operation, true)) &&
         keep({&subject, {}, {value}});
     return {isDone, {}};
 }

@@ -2,9 +2,10 @@
 #pragma once
 
 #include "catalogue/Value.h"
-#include "unit/Inventory.h"
 #include "unit/ListRules.h"
+#include "unit/Object.h"
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -26,18 +27,6 @@ class Properties {
 public:
     using Values = std::vector<catalogue::Value>;
 
-    // The keys of a map, each as the only argument of an operation.
-    template <class Map>
-    static std::vector<Values> keysOf(Map const& map)
-    {
-        std::vector<Values> keys;
-        keys.reserve(map.size());
-        for (auto const& [key, value] : map) {
-            keys.push_back({key});
-        }
-        return keys;
-    }
-
     // What an operation tells, called with these arguments; or what one that no other reads was given.
     struct Kept {
         catalogue::Operation const* operation;
@@ -45,19 +34,16 @@ public:
         Values told;
     };
 
-    Properties(std::string id, catalogue::Class const& type, Inventory const& inventory)
-        : id_(std::move(id)), type_(type), inventory_(inventory)
-    {
-    }
+    // `isOthers` tells which operations something else answers.
+    using IsOthers = std::function<bool(catalogue::Operation const&)>;
+    Properties(Object& object, IsOthers isOthers) : object_(object), isOthers_(std::move(isOthers)) {}
 
     // As Servant::Other has it.
     bool answer(unsigned long classId, unsigned long opIndex, TipprmiStream& request, TipprmiStream& reply);
 
-    // All that is kept, in a stable order.
-    std::vector<Kept> all() const;
-    // False when there is no room.
-    bool keep(Kept kept);
-    void clear() { kept_.clear(); }
+    // What is kept, for the object's facts: by operation the results, or of one that takes arguments a list with the
+    // arguments and the results of each.
+    Facts::Others facts();
     catalogue::Operation const* find(unsigned long classId, unsigned long opIndex) const;
 
 private:
@@ -74,9 +60,13 @@ private:
     Values told(catalogue::Operation const& reader, Values const& arguments) const;
     catalogue::Value initial(catalogue::Type const& type) const;
 
-    std::string const id_;
-    catalogue::Class const& type_;
-    Inventory const& inventory_;
+    void say(catalogue::Value& object) const;
+    std::string take(catalogue::Operation const& operation, catalogue::Value const& told);
+    std::string takeEntry(catalogue::Operation const& operation, catalogue::Value const& told);
+    bool keep(Kept kept);
+
+    Object& object_;
+    IsOthers const isOthers_;
     std::map<std::string, Kept> kept_; // by the operation's name and its arguments
 };
 

@@ -14,19 +14,20 @@ constexpr unsigned long mostExceptions = 256; // of a rule set
 } // namespace
 
 RuleManager::RuleManager(Inventory& inventory, std::string const& id)
-    : servant_(TipprmiOID(id)), managed_(inventory, servant_, reflect::className<RmAccessClient>)
+    : object_(inventory, id, reflect::className<RmAccessClient>)
 {
     for (char const* const name : {"input", "output"}) {
         rulesets_[name].name = name;
     }
-    managed_.addKeys("getRuleset", {[this] { return Properties::keysOf(rulesets_); }, [this] { rulesets_.clear(); }});
+    object_.holdsEntries<&RmAccessClient::getRuleset, &RmAccessClient::setRuleset>(
+        [this] { return Object::keysOf(rulesets_); }, [this] { rulesets_.clear(); });
     serveRulesets();
     serveExceptions();
 }
 
 void RuleManager::serveRulesets()
 {
-    servant_
+    object_.servant()
         .on<&RmAccessClient::setRuleset>([this](Ruleset const& ruleset) {
             bool const isTaken = !ruleset.name.empty() && ruleset.exceptions.getLength() <= mostExceptions &&
                                  (rulesets_.size() < mostRulesets || rulesets_.contains(ruleset.name));
@@ -63,7 +64,7 @@ void RuleManager::serveRulesets()
 
 void RuleManager::serveExceptions()
 {
-    servant_
+    object_.servant()
         .on<&RmAccessClient::createException>([this](std::string const& ruleset, Exception const& exception) {
             Ruleset* const owner = find(ruleset);
             bool const isTaken = owner != nullptr && find(ruleset, exception.name) == nullptr &&

@@ -27,8 +27,7 @@ private:
     TipprmiSequence<Exception> exceptions() const;
 
     std::map<std::string, Ruleset> rulesets_;
-    Servant servant_;
-    Managed managed_;
+    Managed object_;
 };
 
 } // namespace trs::sim

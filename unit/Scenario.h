@@ -20,6 +20,8 @@ namespace scenario {
 // In a stable order: two units that tell the same give the same document. The calling thread is under the run
 // permission, as in apply().
 catalogue::Value save(Unit& unit);
+// The same without the objects.
+catalogue::Value saveWhole(Unit& unit);
 
 // Makes the unit hold what the document says. An object that the unit does not have is created, one that is null is
 // removed, and with "complete" every one that the document does not name. What an operation tells is set by the one

@@ -14,7 +14,8 @@ constexpr unsigned long longestAdvance = 100UL * 24 * 60 * 60; // seconds
 
 } // namespace
 
-Simulator::Simulator(Unit& unit) : unit_(unit)
+Simulator::Simulator(Inventory& inventory, Unit& unit)
+    : unit_(unit), object_(inventory, SimulatorClient::SIMULATOR_OID, reflect::className<SimulatorClient>)
 {
     serveTimeAndState();
     serveFaults();
@@ -22,7 +23,7 @@ Simulator::Simulator(Unit& unit) : unit_(unit)
 
 void Simulator::serveTimeAndState()
 {
-    servant_
+    object_.servant()
         .on<&SimulatorClient::getTime>([this](unsigned long& seconds) {
             seconds = unit_.inventory().clock().now();
             return GetClient::OK;
@@ -31,11 +32,11 @@ void Simulator::serveTimeAndState()
             if (seconds > longestAdvance) {
                 return RunClient::FAILED;
             }
-            unit_.inventory().clock().advance(seconds);
+            unit_.advance(seconds);
             return RunClient::OK;
         })
-        .on<&SimulatorClient::execute>([this](std::string const& command, std::string& wrong) {
-            wrong = executor_ ? executor_(command) : "there are no commands";
+        .on<&SimulatorClient::execute>([this](std::string const& command, std::string& output, std::string& wrong) {
+            wrong = executor_ ? executor_(command, output) : "there are no commands";
             return statusOf<RunClient>(wrong.empty());
         })
         .on<&SimulatorClient::getScenario>([this](std::string& scenario) {
@@ -56,7 +57,7 @@ void Simulator::serveTimeAndState()
 
 void Simulator::serveFaults()
 {
-    servant_
+    object_.servant()
         .on<&SimulatorClient::inject>(
             [this](SimulatorClient::Fault const& fault, unsigned long& number, std::string& wrong) {
                 wrong = unit_.faults().inject(fault, number);

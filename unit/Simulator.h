@@ -2,7 +2,7 @@
 #pragma once
 
 #include "catalogue/SimulatorClient.h"
-#include "rmi/Servant.h"
+#include "unit/Object.h"
 
 #include <functional>
 #include <string>
@@ -13,10 +13,10 @@ class Unit;
 
 class Simulator {
 public:
-    // Carries out a command: empty, or what is wrong with it.
-    using Executor = std::function<std::string(std::string const& command)>;
+    // Carries out a command: empty, or what is wrong with it. `output` takes what it lists.
+    using Executor = std::function<std::string(std::string const& command, std::string& output)>;
 
-    explicit Simulator(Unit& unit);
+    Simulator(Inventory& inventory, Unit& unit);
     Simulator(Simulator const&) = delete;
     Simulator& operator=(Simulator const&) = delete;
 
@@ -29,7 +29,7 @@ private:
 
     Unit& unit_;
     Executor executor_;
-    Servant servant_{TipprmiOID(SimulatorClient::SIMULATOR_OID)};
+    Object object_;
 };
 
 } // namespace trs::sim

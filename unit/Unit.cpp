@@ -9,20 +9,24 @@
 #include "unit/FaultPlan.h"
 #include "unit/IpNode.h"
 #include "unit/Simulator.h"
+#include "unit/Store.h"
 
 namespace trs::sim {
 
 struct Unit::Parts {
     Parts(Unit& unit, Options const& options)
-        : inventory(options.seed), object(inventory, "AppObject-1"), ipNode(inventory),
-          agent(options.address, [this](std::string const& address) { ipNode.setPrimaryAddress(address); }),
-          equipment(inventory), faults(options.seed, [&unit] { return unit.tapLocalCalls(); }), log(options.isTimed),
-          gate(faults, log, [this] { return inventory.clock().now(); }), simulator(unit)
+        : inventory(options.seed), address(options.address), object(inventory, "AppObject-1"),
+          ipNode(inventory, address), agent(inventory, address), equipment(inventory),
+          faults(options.seed, [&unit] { return unit.tapLocalCalls(); }), log(options.isTimed),
+          gate(
+              faults, log, [this] { return inventory.clock().now(); }, [&unit] { return unit.keep(); }),
+          simulator(inventory, unit)
     {
-        inventory.add(NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME, *catalogue::findClass("NmiRmiAdapterClient"));
+        inventory.load().setProfile(options.load);
     }
 
     Inventory inventory;
+    PublicAddress address;
     ApplicationObject object;
     IpNode ipNode;
     UnitAgent agent;
@@ -31,6 +35,7 @@ struct Unit::Parts {
     CallLog log;
     CallGate gate;
     Simulator simulator;
+    std::unique_ptr<Store> store;
     bool isServing = false;
 };
 
@@ -48,6 +53,24 @@ Unit::~Unit()
 }
 
 std::string Unit::tapLocalCalls() { return Broker::instance().setLocalTap(&parts_->gate); }
+
+std::string Unit::holdIn(std::string const& file, bool& isNew)
+{
+    auto store = std::make_unique<Store>(*this);
+    std::string wrong = store->open(file, isNew);
+    if (wrong.empty()) {
+        parts_->store = std::move(store);
+    }
+    return wrong;
+}
+
+bool Unit::keep() { return !parts_->store || parts_->store->keep(); }
+
+void Unit::setSeed(unsigned long seed)
+{
+    parts_->inventory.setSeed(seed);
+    parts_->faults.setSeed(seed);
+}
 
 std::string Unit::serve(std::string const& endpoint)
 {
@@ -70,6 +93,9 @@ void Unit::advance(unsigned long seconds)
 {
     TreflectHandlerState const running;
     inventory().clock().advance(seconds);
+    if (parts_->store) {
+        parts_->store->noteChange();
+    }
 }
 
 UnitAgent& Unit::agent() { return parts_->agent; }
@@ -84,10 +110,13 @@ FaultPlan& Unit::faults() { return parts_->faults; }
 
 bool Unit::create(std::string const& id, std::string_view className)
 {
-    return inventory().find(id) == nullptr &&
-           (parts_->ipNode.create(id, className) || parts_->equipment.create(id, className));
+    return inventory().find(id) == nullptr && (parts_->ipNode.create(id, className) || parts_->object.create(id) ||
+                                               parts_->equipment.create(id, className));
 }
 
-bool Unit::remove(std::string const& id) { return parts_->ipNode.remove(id) || parts_->equipment.remove(id); }
+bool Unit::remove(std::string const& id)
+{
+    return parts_->ipNode.remove(id) || parts_->object.remove(id) || parts_->equipment.remove(id);
+}
 
 } // namespace trs::sim

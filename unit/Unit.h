@@ -3,6 +3,7 @@
 #pragma once
 
 #include "unit/FaultPlan.h"
+#include "unit/Load.h"
 #include "unit/UnitAgent.h"
 
 #include <memory>
@@ -23,6 +24,7 @@ public:
         std::string address;    // the public address at the start
         unsigned long seed = 0; // with the same one, what is left to chance is the same
         bool isTimed = true;    // whether the log of calls has times of day and durations
+        Load::Profile load = Load::Profile::steady;
     };
 
     Unit() : Unit(Options()) {}
@@ -31,6 +33,17 @@ public:
     Unit& operator=(Unit const&) = delete;
     // Ends serving.
     ~Unit();
+
+    // Holds the unit over restarts in this file: the unit becomes what the file says, or the file is made, which
+    // `isNew` tells. From then on every change is in it before its answer goes out. Empty, or why it cannot. The
+    // calling thread is under the run permission.
+    std::string holdIn(std::string const& file, bool& isNew);
+    // Has the file what was changed otherwise than by calls that come over connections. False when it cannot. The
+    // calling thread is not under the run permission.
+    bool keep();
+
+    // Another seed than that of the options, before anything was asked of the unit.
+    void setSeed(unsigned long seed);
 
     // Serves at `unix:PATH`, `tcp:HOST:PORT` or `tcp:PORT`. Empty, or why it cannot.
     std::string serve(std::string const& endpoint);

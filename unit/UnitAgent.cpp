@@ -7,17 +7,26 @@
 
 namespace trs::sim {
 
-UnitAgent::UnitAgent(std::string const& address, Listener listener) : listener_(std::move(listener))
+UnitAgent::UnitAgent(Inventory& inventory, PublicAddress& address)
+    : address_(address),
+      object_(inventory, NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME, reflect::className<NmiRmiAdapterClient>)
 {
-    change(address);
-    servant_
+    address_.setAnnouncer([this] {
+        object_.changed();
+        object_.proxy<NmiRmiAdapterClient>().notifyPublicIpAddrChangeRmi();
+    });
+    object_.facts().addTold<&NmiRmiAdapterClient::getPublicIpAddrRmi>(address_.text());
+    object_.facts().add("acceptsAlarms", acceptsAlarms_);
+    object_.facts().add("hangsNext", hangsNext_);
+    object_.servant()
         .on<&NmiRmiAdapterClient::notifyPublicIpAddrChangeRmi>([this] {
             answer("notifyPublicIpAddrChangeRmi");
-            say(address_.empty() ? "an empty address announced" : "address " + escaped(address_) + " announced");
+            say(address_.text().empty() ? "an empty address announced"
+                                        : "address " + escaped(address_.text()) + " announced");
         })
         .on<&NmiRmiAdapterClient::getPublicIpAddrRmi>([this] {
             answer("getPublicIpAddrRmi");
-            return address_;
+            return address_.text();
         })
         .on<&NmiRmiAdapterClient::sendAlarmRmi>([this](NmiRmiAdapterClient::AlarmInfo const& alarm) {
             answer("sendAlarmRmi");
@@ -27,37 +36,37 @@ UnitAgent::UnitAgent(std::string const& address, Listener listener) : listener_(
         });
 }
 
-void UnitAgent::sayAddress() const { say(address_.empty() ? "no address" : "address " + escaped(address_)); }
+UnitAgent::~UnitAgent()
+{
+    letGo();
+    address_.setAnnouncer(nullptr);
+}
+
+void UnitAgent::sayAddress() const
+{
+    say(address_.text().empty() ? "no address" : "address " + escaped(address_.text()));
+}
 
 void UnitAgent::setAddress(std::string const& address)
 {
-    change(address);
+    address_.text() = address;
+    object_.changed();
     sayAddress();
 }
 
-void UnitAgent::announce(std::string const& address)
-{
-    change(address);
-    NmiRmiAdapterClient(&servant_).notifyPublicIpAddrChangeRmi();
-}
-
-void UnitAgent::change(std::string const& address)
-{
-    address_ = address;
-    if (listener_) {
-        listener_(address);
-    }
-}
+void UnitAgent::announce(std::string const& address) { address_.set(address); }
 
 void UnitAgent::setAcceptsAlarms(bool accepts)
 {
     acceptsAlarms_ = accepts;
+    object_.changed();
     say(accepts ? "alarms are accepted" : "alarms are refused");
 }
 
 void UnitAgent::hang()
 {
     hangsNext_ = true;
+    object_.changed();
     say("the next call of the agent will hang");
 }
 
@@ -75,6 +84,7 @@ void UnitAgent::answer(char const* operation)
         return;
     }
     hangsNext_ = false;
+    object_.changed();
     say(std::string("hanging in ") + operation);
     TreflectORB::releaseRunPermission();
     {

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "adapter/NmiRmiAdapterClient.h"
-#include "rmi/Servant.h"
+#include "unit/Object.h"
+#include "unit/PublicAddress.h"
 
 #include <condition_variable>
-#include <functional>
 #include <mutex>
 #include <string>
 
@@ -14,12 +14,11 @@ namespace trs::sim {
 // All operations but letGo() are called under the run permission.
 class UnitAgent {
 public:
-    // `listener`, if any, is told the public address now and whenever it changes.
-    using Listener = std::function<void(std::string const& address)>;
-    explicit UnitAgent(std::string const& address, Listener listener = nullptr);
+    // `address` outlives it.
+    UnitAgent(Inventory& inventory, PublicAddress& address);
     UnitAgent(UnitAgent const&) = delete;
     UnitAgent& operator=(UnitAgent const&) = delete;
-    ~UnitAgent() { letGo(); }
+    ~UnitAgent();
 
     void sayAddress() const;
     // Sets the public address, which may be empty, without telling anybody.
@@ -35,16 +34,14 @@ public:
 
 private:
     void answer(char const* operation);
-    void change(std::string const& address);
 
-    std::string address_;
-    Listener listener_;
+    PublicAddress& address_;
     bool acceptsAlarms_ = true;
     bool hangsNext_ = false;
     std::mutex mutex_; // guards what follows, which calls that hang look at without the run permission
     std::condition_variable ended_;
     bool isEnded_ = false;
-    Servant servant_{TipprmiOID(NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME)};
+    Object object_;
 };
 
 } // namespace trs::sim

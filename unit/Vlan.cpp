@@ -1,38 +1,36 @@
 #include "unit/Vlan.h"
 
-#include "unit/Setting.h"
+#include <utility>
 
 namespace trs::sim {
 
-Vlan::Vlan(Inventory& inventory, std::string const& owner, VlanIfNetClient::VlanIfNetCreateParams const& params)
-    : Interface(inventory, reflect::className<VlanIfNetClient>, owner + "/Vlan/" + std::to_string(params.vlanId),
-                "vlan", static_cast<short>(params.vlanId), params.ipAddressInfo.ipAddress),
+Vlan::Vlan(Inventory& inventory, std::string const& id, VlanIfNetClient::VlanIfNetCreateParams const& params,
+           Owner owner)
+    : Interface(inventory, reflect::className<VlanIfNetClient>, id, "vlan", static_cast<short>(params.vlanId),
+                params.ipAddressInfo.ipAddress),
       id_(params.vlanId), committedInfoRate_(params.committedInfoRate), sir_(params.sir),
       shaperBurstSize_(params.shaperBurstSize), instanceId_(params.vlanInstanceId), addressInfo_(params.ipAddressInfo),
       isShaped_(params.vlanShapingEnabled), hasQos_(params.qosEnabled), hasCesopsn_(params.cesopsn)
 {
     using Client = VlanIfNetClient;
-    Servant& vlan = servant();
-    serveSetting<&Client::getVlanId, &Client::setVlanId>(vlan, id_);
-    serveSetting<&Client::getCommittedInfoRate, &Client::setCommittedInfoRate>(vlan, committedInfoRate_);
-    serveSetting<&Client::getSIR, &Client::setSIR>(vlan, sir_);
-    serveSetting<&Client::getShaperBurstSize, &Client::setShaperBurstSize>(vlan, shaperBurstSize_);
-    serveSetting<&Client::getVlanShapingEnabled, &Client::setVlanShapingEnabled>(vlan, isShaped_);
-    serveSetting<&Client::getQosEnabled, &Client::setQosEnabled>(vlan, hasQos_);
-    serveSetting<&Client::getCesopsn, &Client::setCesopsn>(vlan, hasCesopsn_);
-    vlan.on<&Client::getVlanInstanceId>([this](unsigned long& instanceId) {
-            instanceId = instanceId_;
-            return GetClient::OK;
-        })
-        .on<&Client::setIpAddressInfo>([this](Client::IpAddressInfo const& info) {
-            addressInfo_ = info;
-            setFirstAddress(info.ipAddress);
-            return SetClient::OK;
-        })
-        .on<&Client::getIpAddressInfo>([this](Client::IpAddressInfo& info) {
-            info = addressInfo_;
-            return GetClient::OK;
-        });
+    Managed& vlan = object();
+    vlan.tells<&Client::getVlanId>(id_);
+    vlan.servant().on<&Client::setVlanId>([this, isFree = std::move(owner.isFree)](unsigned short const& wanted) {
+        bool const isTaken = wanted != id_ && !isFree(wanted);
+        id_ = isTaken ? id_ : wanted;
+        return isTaken ? SetClient::FAILED : SetClient::OK;
+    });
+    vlan.holds<&Client::getCommittedInfoRate, &Client::setCommittedInfoRate>(committedInfoRate_);
+    vlan.holds<&Client::getSIR, &Client::setSIR>(sir_);
+    vlan.holds<&Client::getShaperBurstSize, &Client::setShaperBurstSize>(shaperBurstSize_);
+    vlan.holds<&Client::getVlanShapingEnabled, &Client::setVlanShapingEnabled>(isShaped_);
+    vlan.holds<&Client::getQosEnabled, &Client::setQosEnabled>(hasQos_);
+    vlan.holds<&Client::getCesopsn, &Client::setCesopsn>(hasCesopsn_);
+    vlan.holds<&Client::getIpAddressInfo, &Client::setIpAddressInfo>(
+        addressInfo_, [this] { setFirstAddress(addressInfo_.ipAddress); });
+    vlan.tells<&Client::getVlanInstanceId>(instanceId_);
+    standOn(std::move(owner.isUp));
+    lookBelow();
 }
 
 } // namespace trs::sim

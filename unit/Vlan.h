@@ -4,15 +4,25 @@
 #include "clients/ip/VlanIfNetClient.h"
 #include "unit/Interface.h"
 
+#include <functional>
 #include <string>
 
 namespace trs::sim {
 
+// Runs while the interface that it is on is up.
 class Vlan final : public Interface {
 public:
-    Vlan(Inventory& inventory, std::string const& owner, VlanIfNetClient::VlanIfNetCreateParams const& params);
+    // What the interface that it is on decides and tells.
+    struct Owner {
+        std::function<bool(unsigned short id)> isFree;
+        std::function<bool()> isUp;
+    };
+    Vlan(Inventory& inventory, std::string const& id, VlanIfNetClient::VlanIfNetCreateParams const& params,
+         Owner owner);
 
-    auto proxy() const { return VlanIfNetClient(&servant()); }
+    auto proxy() const { return object().proxy<VlanIfNetClient>(); }
+    std::string const& objectId() const { return object().id(); }
+    // The VLAN identifier at present.
     unsigned short id() const { return id_; }
 
 private:
@@ -20,7 +30,7 @@ private:
     unsigned long committedInfoRate_;
     unsigned long sir_;
     unsigned long shaperBurstSize_;
-    unsigned long const instanceId_;
+    unsigned long instanceId_;
     VlanIfNetClient::IpAddressInfo addressInfo_;
     bool isShaped_;
     bool hasQos_;

@@ -1,7 +1,6 @@
 #include "unit/WideAreaInterfaces.h"
 
 #include "unit/Journal.h"
-#include "unit/Setting.h"
 #include "unit/Status.h"
 
 #include <algorithm>
@@ -36,15 +35,16 @@ public:
                     params.ipAddress),
           trail_(params.vcTtp), hasLlcSnap_(params.llcSnap)
     {
-        serveSetting<&AtmIfNetClient::getLlcSnap, &AtmIfNetClient::setLlcSnap>(servant(), hasLlcSnap_);
+        object().holds<&AtmIfNetClient::getLlcSnap, &AtmIfNetClient::setLlcSnap>(hasLlcSnap_);
         servant().on<&AtmIfNetClient::getVcTtp>([this] { return trail_; });
+        object().facts().addTold<&AtmIfNetClient::getVcTtp>(trail_);
     }
 
-    auto proxy() const { return AtmIfNetClient(&servant()); }
+    auto proxy() const { return object().proxy<AtmIfNetClient>(); }
     std::string name() const { return "atm" + proxy().getOID().getIdString().substr(std::string_view(prefix).size()); }
 
 private:
-    Aal5VirtualChannelTrailTpClient const trail_;
+    Aal5VirtualChannelTrailTpClient trail_;
     bool hasLlcSnap_;
 };
 
@@ -57,16 +57,17 @@ public:
                     cfg.ipAddrSequence.getLength() != 0 ? cfg.ipAddrSequence[0].ipAddress : Address{}),
           endpoint_(cfg.mlp3Endpoint)
     {
-        servant().on<&Ip3IfNetClient::getMlp3Endpoint>([this](Mlp3EndpointClient& endpoint) {
-            endpoint = endpoint_;
-            return GetClient::OK;
+        object().tells<&Ip3IfNetClient::getMlp3Endpoint>(endpoint_);
+        standOn([this] {
+            auto* const endpoint = dynamic_cast<Managed*>(object().inventory().find(endpoint_.getOID().getIdString()));
+            return endpoint == nullptr || endpoint->faults() == nullptr || endpoint->faults()->isEnabled();
         });
     }
 
-    auto proxy() const { return Ip3IfNetClient(&servant()); }
+    auto proxy() const { return object().proxy<Ip3IfNetClient>(); }
 
 private:
-    Mlp3EndpointClient const endpoint_;
+    Mlp3EndpointClient endpoint_;
 };
 
 WideAreaInterfaces::WideAreaInterfaces(Inventory& inventory, Servant& ipNode, short firstNumber)
@@ -162,6 +163,19 @@ void WideAreaInterfaces::serveMultilink(Servant& ipNode)
         })
         .on<&IpNodeClient::deleteIp3IfNet>(
             [this](Ip3IfNetClient const& doomed) { return statusOf<RunClient>(erase(multilink_, doomed)); });
+}
+
+int WideAreaInterfaces::prefixOf(Address const& address, bool onlyUp) const
+{
+    int longest = -1;
+    auto const look = [&](auto const& interfaces) {
+        for (auto const& [place, each] : interfaces) {
+            longest = each->isUp() || !onlyUp ? std::max(longest, each->prefixOf(address)) : longest;
+        }
+    };
+    look(atm_);
+    look(multilink_);
+    return longest;
 }
 
 IfNetClient WideAreaInterfaces::interface(long number) const

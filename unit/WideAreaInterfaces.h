@@ -28,6 +28,8 @@ public:
 
     // Unbound when there is none of that number.
     IfNetClient interface(long number) const;
+    // As EthInterface::prefixOf().
+    int prefixOf(Address const& address, bool onlyUp) const;
 
 private:
     class Atm;

@@ -110,6 +110,7 @@ TEST_F(Simulation, FlipsBitsAndLiesAboutCountsWithoutHarm)
 TEST_F(Simulation, FaultsConcernTheCallsThatAreMeant)
 {
     unsigned long number = 0;
+    std::string output;
     std::string wrong;
     EXPECT_TRUE(simulator.inject({"refuse", "IpNode.getMtu", "", 3, 2, 0, 0}, number, wrong) == RunClient::OK);
     std::string outcomes;
@@ -174,14 +175,15 @@ TEST_F(Simulation, TimePassesByCommandAndOverTheWire)
     EXPECT_TRUE(simulator.getTime(seconds) == GetClient::OK && seconds == 0);
     EXPECT_TRUE(simulator.advance(1000) == RunClient::OK);
     EXPECT_TRUE(simulator.advance(100UL * 24 * 60 * 60 + 1) == RunClient::FAILED);
+    std::string output;
     std::string wrong;
-    EXPECT_TRUE(simulator.execute("tick 900", wrong) == RunClient::OK);
+    EXPECT_TRUE(simulator.execute("tick 900", output, wrong) == RunClient::OK);
     sim.readUntil("900 s passed, ended intervals: 1");
     EXPECT_TRUE(simulator.getTime(seconds) == GetClient::OK && seconds == 1900);
     unsigned long elapsed = 0;
     EXPECT_TRUE(PerformanceServiceClient(TipprmiOID("IfNet/Transport/PerformanceService")).getElapsedTime(elapsed));
     EXPECT_EQ(elapsed, 100U) << "time passes for all";
-    EXPECT_TRUE(simulator.execute("sing", wrong) == RunClient::FAILED);
+    EXPECT_TRUE(simulator.execute("sing", output, wrong) == RunClient::FAILED);
     EXPECT_EQ(wrong, "'sing' is no command; help lists them");
 
     std::string scenario;
@@ -197,8 +199,9 @@ TEST_F(Fleet, AUnitThatIsStoppedByACallAnswersIt)
     peerAt(endpoint);
     for (int round = 0; round < 50; ++round) {
         Unit sim = unit();
+        std::string output;
         std::string wrong;
-        ASSERT_TRUE(simulator.execute("stop", wrong) == RunClient::OK) << round;
+        ASSERT_TRUE(simulator.execute("stop", output, wrong) == RunClient::OK) << round;
         EXPECT_EQ(sim.waitForExit(), 0);
     }
 }

@@ -1,5 +1,6 @@
 // The simulated unit in this process: all interfaces, and what its objects keep.
 #include "catalogue/Call.h"
+#include "catalogue/Limits.h"
 #include "catalogue/ObjectName.h"
 #include "catalogue/OperationKind.h"
 #include "unit/ApplicationObject.h"
@@ -61,6 +62,7 @@ protected:
                 values.push_back(sample(*parameter.type));
             }
         }
+        trs::catalogue::bringWithin(operation, values);
         return values;
     }
     static Outcome call(std::string const& id, Class const& type, char const* operation,
@@ -80,15 +82,15 @@ TEST_F(WholeUnit, AnswersEveryOperationOfEveryInterface)
     std::size_t count = 0;
     for (auto const& [name, lines] : golden::lines()) {
         Class const* const type = trs::catalogue::findClass(name);
-        auto const entry = std::ranges::find_if(inventory.all(), [type](trs::sim::Inventory::Entry const& each) {
-            return trs::sim::isA(*each.type, type->name);
-        });
-        ASSERT_NE(entry, inventory.all().end()) << type->name;
-        TipprmiObjectClient const proxy{TipprmiOID(entry->id)};
+        auto const object = std::ranges::find_if(
+            inventory.all(), [type](trs::sim::Object const* each) { return trs::sim::isA(each->type(), type->name); });
+        ASSERT_NE(object, inventory.all().end()) << type->name;
+        std::string const id = (*object)->id();
+        TipprmiObjectClient const proxy{TipprmiOID(id)};
         for (trs::catalogue::Operation const& operation : type->own) {
             Outcome const outcome = trs::catalogue::call(proxy, operation, samples(operation));
             bool const isAnswered = outcome.kind == Outcome::Kind::done || outcome.kind == Outcome::Kind::refused;
-            EXPECT_TRUE(isAnswered) << type->name << ' ' << operation.name << " of " << entry->id << ": "
+            EXPECT_TRUE(isAnswered) << type->name << ' ' << operation.name << " of " << id << ": "
                                     << outcome.failure.reason << outcome.wrong;
             ++count;
         }
@@ -100,8 +102,10 @@ TEST_F(WholeUnit, AnswersEveryOperationOfEveryInterface)
 TEST_F(WholeUnit, TellsWhatItWasTold)
 {
     std::size_t count = 0;
-    std::vector<trs::sim::Inventory::Entry> const entries = inventory.all();
-    for (auto const& [id, type, managed] : entries) {
+    std::vector<trs::sim::Object*> const objects = inventory.all();
+    for (trs::sim::Object* const object : objects) {
+        std::string const& id = object->id();
+        Class const* const type = &object->type();
         TipprmiObjectClient const proxy{TipprmiOID(id)};
         for (trs::catalogue::Operation const* const setter : type->operations()) {
             trs::catalogue::Operation const* const reader = readerOf(*type, *setter);
@@ -113,7 +117,7 @@ TEST_F(WholeUnit, TellsWhatItWasTold)
                 setter->name == "setVlanTags") { // which are those of the VLANs
                 continue;
             }
-            Value const value = sample(*told);
+            Value const value = samples(*setter).front();
             if (trs::catalogue::call(proxy, *setter, {value}).kind == Outcome::Kind::refused) {
                 continue;
             }
@@ -155,7 +159,7 @@ TEST_F(WholeUnit, KnowsItsObjectsAsTheyComeAndGo)
 {
     std::size_t const before = inventory.all().size();
     Class const& ifNet = classOf("EthIfNet");
-    Value params = sample(*ifNet.find("createVlan")->parameters[0].type);
+    Value params = samples(*ifNet.find("createVlan")).front();
     params["vlanId"] = 300;
     EXPECT_EQ(call("IfNet/Lmp", ifNet, "createVlan", {params}).results["vlan"], "VlanIfNet:IfNet/Lmp/Vlan/300");
     EXPECT_GT(inventory.all().size(), before);
@@ -397,12 +401,13 @@ TEST(Scenario, ChangesWhatItNames)
         {R"({"objects": {"IfNet:IpNode": {}}})", "'IpNode' is of class IpNodeClient"},
         {R"({"objects": {"IpNode:IpNode": null}})", "'IpNode' cannot be removed"},
         {R"({"objects": {"IpNode:IpNode": 1}})", "'IpNode' is not described"},
-        {R"({"objects": {"IpNode:IpNode": {"getNothing": {}}}})", "'getNothing' is no operation"},
-        {R"({"objects": {"IpNode:IpNode": {"finalize": {}}}})", "finalize reads nothing"},
+        {R"({"objects": {"IpNode:IpNode": {"getNothing": {}}}})", "'getNothing' is no fact and no operation"},
+        {R"({"objects": {"IpNode:IpNode": {"finalize": {}}}})", "'finalize' reads nothing"},
         {R"({"objects": {"IpNode:IpNode": {"getMtu": 5}}})", "the results are no object"},
         {R"({"objects": {"IpNode:IpNode": {"getMtu": {"mtu": "x"}}}})", "\"x\" is no number"},
         {R"({"objects": {"IpNode:IpNode": {"getIpConfig": [{}]}}})", "name is missing"},
-        {R"({"objects": {"LocationId:IfNet/Lmp/LocationId": {"toKey": {"result": "x"}}}})", "cannot be made to tell"},
+        {R"({"objects": {"LocationId:IfNet/Lmp/LocationId": {"equals": [{"result": true}]}}})",
+         "cannot be made to tell"},
         {R"({"faults": ["burn"]})", "'burn' is no kind of fault"},
         {R"({"faults": ["cut operation=IfNet.x"]})", "'x' is no operation of IfNetClient"},
     };

@@ -7,8 +7,8 @@
 
 namespace trs::ctl {
 
-// Until it is destroyed, SIGINT has came() tell so and calls under way fail, instead of ending the program. There may be
-// one within another.
+// Until it is destroyed, SIGINT has came() tell so and calls under way fail, instead of ending the program. There may
+// be one within another.
 class Interrupt {
 public:
     Interrupt();

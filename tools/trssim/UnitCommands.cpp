@@ -21,24 +21,50 @@ constexpr long mostSeconds = 100L * 24 * 60 * 60;
 
 std::string quoted(std::string const& word) { return "'" + printable(word) + "'"; }
 
+// What the command that this thread executes lists; null: nobody but those who read standard output want it.
+thread_local std::string* listing = nullptr;
+
+// A line of what a command lists.
+void list(std::string const& line)
+{
+    tools::say(line);
+    if (listing != nullptr) {
+        (*listing += line) += '\n';
+    }
+}
+
 // Adds commands that run as the objects' code does, under the run permission and past the faults.
 class Adder {
 public:
-    explicit Adder(tools::Console& console) : console_(console) {}
+    Adder(tools::Console& console, Unit& unit) : console_(console), unit_(unit) {}
 
     Adder& add(std::string name, std::string arguments, std::string help, std::function<std::string(Words const&)> run)
     {
-        console_.add(
-            {std::move(name), std::move(arguments), std::move(help), [run = std::move(run)](Words const& words) {
-                 TreflectHandlerState const running;
-                 UntappedCalls const own;
-                 return run(words);
-             }});
+        console_.add({std::move(name), std::move(arguments), std::move(help),
+                      [&unit = unit_, run = std::move(run)](Words const& words) {
+                          return listing == nullptr ? runAndKeep(unit, run, words) : runAsObject(run, words);
+                      }});
         return *this;
     }
 
 private:
+    using Run = std::function<std::string(Words const&)>;
+
+    static std::string runAsObject(Run const& run, Words const& words)
+    {
+        TreflectHandlerState const running;
+        UntappedCalls const own;
+        return run(words);
+    }
+    // Of a command that came by a call, whoever answers that keeps what it changed.
+    static std::string runAndKeep(Unit& unit, Run const& run, Words const& words)
+    {
+        std::string wrong = runAsObject(run, words);
+        return unit.keep() || !wrong.empty() ? wrong : "what it changed cannot be kept";
+    }
+
     tools::Console& console_;
+    Unit& unit_;
 };
 
 void addAgentCommands(Adder& adder, UnitAgent& agent)
@@ -81,12 +107,28 @@ ConditionClient conditionOf(Unit& unit, std::string const& name, std::string& wr
     if (Condition const* const own = unit.object().faults().condition(name)) {
         return own->proxy();
     }
-    Inventory::Entry const* const entry = unit.inventory().find(name.substr(name.find(':') + 1));
-    if (entry != nullptr && entry->type->name == reflect::className<ConditionClient>) {
-        ConditionClient any{TipprmiOID(entry->id)};
-        return any;
+    Object const* const found = unit.inventory().find(name.substr(name.find(':') + 1));
+    if (found != nullptr && found->type().name == reflect::className<ConditionClient>) {
+        return found->proxy<ConditionClient>();
     }
     wrong = quoted(name) + " is no condition; conditions lists them";
+    return {};
+}
+
+// A link that has lost its cable says so by its condition LOC, and everything else follows from that.
+std::string cable(Unit& unit, Words const& words)
+{
+    bool const isLost = words.front() == "lost";
+    if (!isLost && words.front() != "back") {
+        return quoted(words.front()) + " is neither lost nor back";
+    }
+    std::string const link = words.size() > 1 ? words[1].substr(words[1].find(':') + 1) : "HwmUnit-1/EthLink";
+    Object const* const condition = unit.inventory().find(link + "/Condition/LOC");
+    if (condition == nullptr) {
+        return quoted(link) + " is no Ethernet link; objects lists them";
+    }
+    auto const loc = condition->proxy<ConditionClient>();
+    isLost ? loc.raise() : loc.cancel();
     return {};
 }
 
@@ -110,10 +152,13 @@ void addConditionCommands(Adder& adder, Unit& unit)
     addChange("suppress", "keeps a condition from taking effect", &ConditionClient::suppress);
     addChange("unsuppress", "ends that", &ConditionClient::unsuppress);
     adder
+        .add("cable", "lost|back [LINK]",
+             "takes the cable of an Ethernet link away, HwmUnit-1/EthLink unless said, or plugs it in again",
+             [&unit](Words const& words) { return cable(unit, words); })
         .add("conditions", "", "lists the conditions of AppObject-1",
              [&unit](Words const&) {
                  for (Condition const& condition : unit.object().faults().conditions()) {
-                     tools::say(condition.text());
+                     list(condition.text());
                  }
                  return std::string();
              })
@@ -121,7 +166,7 @@ void addConditionCommands(Adder& adder, Unit& unit)
              [&unit](Words const& words) {
                  AdminState& state = unit.object().faults().adminState();
                  if (words.empty()) {
-                     tools::say(state.text());
+                     list(state.text());
                  } else if (!state.set(AdminState::stateOf(words.front()))) {
                      return quoted(words.front()) + " is no state: unlocked, locked or shutting-down";
                  }
@@ -135,12 +180,12 @@ std::string tick(Unit& unit, Words const& words)
     if (!words.empty() && !catalogue::parseNumber(words.front(), 1, mostSeconds, seconds)) {
         return quoted(words.front()) + " is no number from 1 to " + std::to_string(mostSeconds);
     }
-    Clock& clock = unit.inventory().clock();
+    Clock const& clock = unit.inventory().clock();
     unsigned long const before = clock.now();
-    clock.advance(static_cast<unsigned long>(seconds));
+    unit.advance(static_cast<unsigned long>(seconds));
     constexpr unsigned long interval = PerformanceService::intervalSeconds;
-    tools::say(std::to_string(seconds) +
-               " s passed, ended intervals: " + std::to_string(clock.now() / interval - before / interval));
+    list(std::to_string(seconds) +
+         " s passed, ended intervals: " + std::to_string(clock.now() / interval - before / interval));
     return {};
 }
 
@@ -159,15 +204,15 @@ void addSimulationCommands(Adder& adder, Unit& unit)
                  std::string wrong = FaultPlan::parse(words, fault);
                  wrong = wrong.empty() ? unit.faults().inject(fault, number) : wrong;
                  if (wrong.empty()) {
-                     tools::say("fault " + std::to_string(number) + ": " + FaultPlan::text(fault));
+                     list("fault " + std::to_string(number) + ": " + FaultPlan::text(fault));
                  }
                  return wrong;
              })
         .add("faults", "", "lists the faults, with the calls that matched and those that they struck",
              [&unit](Words const&) {
                  for (SimulatorClient::NumberedFault const& each : unit.faults().all()) {
-                     tools::say("fault " + std::to_string(each.number) + ": " + FaultPlan::text(each.fault) + ": " +
-                                std::to_string(each.struck) + " of " + std::to_string(each.matched));
+                     list("fault " + std::to_string(each.number) + ": " + FaultPlan::text(each.fault) + ": " +
+                          std::to_string(each.struck) + " of " + std::to_string(each.matched));
                  }
                  return std::string();
              })
@@ -189,8 +234,8 @@ void addStateCommands(Adder& adder, Unit& unit)
     adder
         .add("objects", "", "lists all objects, as trsctl takes them",
              [&unit](Words const&) {
-                 for (Inventory::Entry const& entry : unit.inventory().all()) {
-                     tools::say(catalogue::ObjectName{std::string(entry.type->name), entry.id}.text());
+                 for (Object const* const object : unit.inventory().all()) {
+                     list(catalogue::ObjectName{std::string(object->type().name), object->id()}.text());
                  }
                  return std::string();
              })
@@ -204,12 +249,17 @@ void addStateCommands(Adder& adder, Unit& unit)
 
 void addCommands(tools::Console& console, Unit& unit)
 {
-    Adder adder(console);
+    Adder adder(console, unit);
     addAgentCommands(adder, unit.agent());
     addConditionCommands(adder, unit);
     addSimulationCommands(adder, unit);
     addStateCommands(adder, unit);
-    unit.simulator().setExecutor([&console](std::string const& command) { return console.execute(command); });
+    unit.simulator().setExecutor([&console](std::string const& command, std::string& output) {
+        listing = &output;
+        std::string wrong = console.execute(command);
+        listing = nullptr;
+        return wrong;
+    });
 }
 
 } // namespace trs::sim

@@ -1,5 +1,6 @@
 // trssim: a simulated unit, driven by commands.
 #include "broker/Broker.h"
+#include "broker/PrintableText.h"
 #include "tools/support/CommandLine.h"
 #include "tools/trssim/Fleet.h"
 #include "tools/trssim/UnitCommands.h"
@@ -31,9 +32,11 @@ struct Options {
     std::vector<std::string> commands;
     std::string scenario;
     std::string save;
+    std::string state;
     std::string callLog;
     unsigned long seed = 0;
     TimeSource timeSource = TimeSource::real;
+    trs::sim::Load::Profile load = trs::sim::Load::Profile::steady;
     unsigned units = 0; // 0: one, in this process
 };
 
@@ -57,6 +60,12 @@ void addOptions(trs::tools::CommandLine& line, Options& options)
               .target = &options.save,
               .help = "Where to write what the unit holds at the end",
               .type = "FILE"});
+    line.add({.name = "--state",
+              .target = &options.state,
+              .help =
+                  "A database that holds the unit over restarts: made if it is not there, and has each change before "
+                  "its answer goes out",
+              .type = "FILE"});
     line.add({.name = "--log-calls",
               .target = &options.callLog,
               .help = "Where to log the calls, a JSON object a line",
@@ -68,6 +77,15 @@ void addOptions(trs::tools::CommandLine& line, Options& options)
     line.add(trs::tools::choice<TimeSource>("--clock", "real, or stepped: time passes only by the command tick",
                                             {{"real", TimeSource::real}, {"stepped", TimeSource::stepped}},
                                             [&options](TimeSource chosen) { options.timeSource = chosen; }));
+    using Profile = trs::sim::Load::Profile;
+    line.add(trs::tools::choice<Profile>("--load",
+                                         "How busy the network is, which counters follow: steady, quiet, busy-hour (a "
+                                         "day's curve) or noise",
+                                         {{"steady", Profile::steady},
+                                          {"quiet", Profile::quiet},
+                                          {"busy-hour", Profile::busyHour},
+                                          {"noise", Profile::noise}},
+                                         [&options](Profile chosen) { options.load = chosen; }));
     line.add({.name = "--units",
               .target = &options.units,
               .help = "How many units to run, each in a process of its own: endpoints and files get -1, -2, ... "
@@ -89,6 +107,7 @@ void follow(trs::tools::Console& console, trs::sim::Unit& unit)
         last += passed;
         if (passed.count() > 0) {
             unit.advance(static_cast<unsigned long>(passed.count()));
+            unit.keep();
         }
     });
 }
@@ -96,11 +115,23 @@ void follow(trs::tools::Console& console, trs::sim::Unit& unit)
 // Brings the unit into the state that it begins in. Empty, or what is wrong.
 std::string prepare(trs::sim::Unit& unit, trs::tools::Console& console, Options const& options)
 {
-    if (!options.scenario.empty()) {
+    bool isNew = true;
+    if (!options.state.empty()) {
+        TreflectHandlerState const running;
+        if (std::string const wrong = unit.holdIn(options.state, isNew); !wrong.empty()) {
+            return "--state: " + wrong;
+        }
+        trs::tools::say((isNew ? "a new unit is held in '" : "the unit goes on as held in '") +
+                        trs::escaped(options.state) + '\'');
+    }
+    if (!options.scenario.empty() && isNew) {
         TreflectHandlerState const running;
         if (std::string const wrong = trs::sim::scenario::load(unit, options.scenario); !wrong.empty()) {
             return "--scenario: " + wrong;
         }
+    }
+    if (!unit.keep()) {
+        return "--state: the unit cannot be kept";
     }
     for (std::string const& command : options.commands) {
         if (std::string const wrong = console.execute(command); !wrong.empty()) {
@@ -129,11 +160,10 @@ std::string serve(trs::sim::Unit& unit, Options const& options)
     return {};
 }
 
-int run(Options const& options, bool endsWithInput)
+int run(trs::sim::Unit& unit, Options const& options, bool endsWithInput)
 {
     trs::sim::setJournal(trs::tools::say);
     trs::tools::Console console("stop");
-    trs::sim::Unit unit({options.address, options.seed, options.timeSource == TimeSource::real});
     trs::sim::addCommands(console, unit);
     if (std::string const wrong = prepare(unit, console, options); !wrong.empty()) {
         std::fprintf(stderr, "%s\n", wrong.c_str());
@@ -165,6 +195,7 @@ Options optionsOf(trs::sim::UnitNumber unit, Options options)
         endpoint = unit.endpoint(endpoint);
     }
     options.save = unit.file(options.save);
+    options.state = unit.file(options.state);
     options.callLog = unit.file(options.callLog);
     options.seed += unit.number == 0 ? 0 : unit.number - 1;
     return options;
@@ -182,12 +213,19 @@ int runUnits(int argc, char** argv)
     if (options.endpoints.empty()) {
         options.endpoints.push_back(trs::tools::CommandLine::defaultEndpoint());
     }
+    // Made once, so that the processes of several units share the memory of all that does not change.
+    trs::sim::Unit unit({options.address, options.seed, options.timeSource == TimeSource::real, options.load});
     if (options.units == 0) {
-        return run(options, line.exitsOnEof());
+        return run(unit, options, line.exitsOnEof());
     }
     int exitCode = 0;
-    trs::sim::UnitNumber const unit = trs::sim::Fleet::begin(options.units, line.exitsOnEof(), exitCode);
-    return unit.number == 0 ? exitCode : run(optionsOf(unit, options), false);
+    trs::sim::UnitNumber const number = trs::sim::Fleet::begin(options.units, line.exitsOnEof(), exitCode);
+    if (number.number == 0) {
+        return exitCode;
+    }
+    Options const own = optionsOf(number, options);
+    unit.setSeed(own.seed);
+    return run(unit, own, false);
 }
 
 } // namespace
