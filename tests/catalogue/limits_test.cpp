@@ -12,16 +12,15 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using trs::catalogue::Class;
-using trs::catalogue::Operation;
 using trs::catalogue::Type;
 using trs::catalogue::Value;
 
-Operation const& operationOf(char const* type, char const* operation)
+trs::catalogue::Operation const& operationOf(char const* type, char const* operation)
 {
     return *trs::catalogue::findClass(type)->find(operation);
 }
 
-std::vector<std::string> lines(Operation const& operation, std::vector<Value> const& in)
+std::vector<std::string> lines(trs::catalogue::Operation const& operation, std::vector<Value> const& in)
 {
     std::vector<std::string> texts;
     for (trs::catalogue::Violation const& each : trs::catalogue::violations(operation, in)) {
@@ -30,7 +29,7 @@ std::vector<std::string> lines(Operation const& operation, std::vector<Value> co
     return texts;
 }
 
-std::vector<Value> zeros(Operation const& operation)
+std::vector<Value> zeros(trs::catalogue::Operation const& operation)
 {
     std::vector<Value> values;
     for (trs::catalogue::Parameter const& parameter : operation.parameters) {
@@ -41,11 +40,11 @@ std::vector<Value> zeros(Operation const& operation)
     return values;
 }
 
-std::vector<Operation const*> operationsWithLimits()
+std::vector<trs::catalogue::Operation const*> operationsWithLimits()
 {
-    std::vector<Operation const*> operations;
+    std::vector<trs::catalogue::Operation const*> operations;
     for (Class const* const type : trs::catalogue::classes()) {
-        for (Operation const& operation : type->own) {
+        for (trs::catalogue::Operation const& operation : type->own) {
             if (trs::catalogue::hasLimits(operation)) {
                 operations.push_back(&operation);
             }
@@ -228,7 +227,7 @@ TEST(Limits, OfANetmaskAllowOnesThatZerosFollow)
 TEST(Limits, AreToldUpToANumberOfThem)
 {
     std::vector<Value> const in{Value(std::vector<int>(1000, 4095))};
-    Operation const& operation = operationOf("EthIfNet", "setVlanTags");
+    trs::catalogue::Operation const& operation = operationOf("EthIfNet", "setVlanTags");
     EXPECT_EQ(trs::catalogue::violations(operation, in).size(), 1000U);
     EXPECT_EQ(trs::catalogue::violations(operation, in, 3).back().path, "tags[2]");
 }
@@ -237,7 +236,7 @@ TEST(Limits, AreToldUpToANumberOfThem)
 TEST(Limits, RefuseZerosOfTheseOperationsAlone)
 {
     std::set<std::string> refused;
-    for (Operation const* const operation : operationsWithLimits()) {
+    for (trs::catalogue::Operation const* const operation : operationsWithLimits()) {
         std::vector<Value> values = zeros(*operation);
         for (trs::catalogue::Violation const& each : trs::catalogue::violations(*operation, values)) {
             refused.insert(std::string(operation->className) + '.' + std::string(operation->name) + ' ' + each.path);
@@ -303,7 +302,7 @@ Place placeOf(Type const& parameter, std::string const& path)
 TEST(Limits, AreAllOnTheirPage)
 {
     std::set<std::string> rows;
-    for (Operation const* const operation : operationsWithLimits()) {
+    for (trs::catalogue::Operation const* const operation : operationsWithLimits()) {
         std::vector<std::string_view> const names = operation->parameterNames();
         for (trs::catalogue::LimitedPart const& part : trs::catalogue::limitedParts(*operation)) {
             auto const name = std::ranges::find(names, part.path.substr(0, part.path.find_first_of(".[")));
