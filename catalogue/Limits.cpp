@@ -49,7 +49,7 @@ std::optional<std::uint32_t> maskOf(Value const& value)
     if (!value.is_string()) {
         return std::nullopt;
     }
-    std::string const& text = value.get_ref<std::string const&>();
+    auto const& text = value.get_ref<std::string const&>();
     char const* at = text.data();
     char const* const end = at + text.size();
     for (int i = 0; i < 4; ++i) {
@@ -248,7 +248,7 @@ Value Limit::json() const
             range["step"] = each.step;
         }
     }
-    Value const range = list.size() == 1 ? list[0] : Value{{"anyOf", list}};
+    Value range = list.size() == 1 ? list[0] : Value{{"anyOf", list}};
     Value named = Value::object();
     for (NamedValue const& each : names) {
         named[std::string(each.name)] = each.value;

@@ -143,7 +143,7 @@ ExitCode writeTemplate(catalogue::Operation const& operation, std::string const&
     std::vector<Value> in;
     for (auto each = operation.parameters.begin(); each != end; ++each) {
         if (each->isIn) {
-            in.push_back(nullptr);
+            in.emplace_back(nullptr);
         }
     }
     in.push_back(catalogue::zero(*end->type));
