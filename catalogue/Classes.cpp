@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <fmt/format.h>
 #include <map>
 
 namespace trs::catalogue {
@@ -61,11 +62,11 @@ std::string Type::text() const
 {
     switch (kind) {
     case Kind::array:
-        return "TipprmiArray<" + element->text() + ", " + std::to_string(count) + ">";
+        return fmt::format("TipprmiArray<{}, {}>", element->text(), count);
     case Kind::sequence:
-        return "TipprmiSequence<" + element->text() + ">";
+        return fmt::format("TipprmiSequence<{}>", element->text());
     case Kind::status:
-        return "ResponseInfo<" + std::string(name) + ">";
+        return fmt::format("ResponseInfo<{}>", name);
     default:
         return std::string(name);
     }

@@ -1,9 +1,9 @@
 #include "catalogue/MessageText.h"
 
-#include "platform/NmaLogHelper.h"
 #include "platform/TipprmiStream.h"
 
 #include <algorithm>
+#include <fmt/format.h>
 
 namespace trs::catalogue {
 
@@ -52,9 +52,8 @@ Operation const* operationOf(ObjectAddress const& address) { return findOperatio
 std::string operationNameOf(ObjectAddress const& address)
 {
     Operation const* const operation = operationOf(address);
-    return operation != nullptr ? std::string(operation->className) + '.' + std::string(operation->name)
-                                : LogMakeString("0x%08x.%u", static_cast<unsigned>(address.classId),
-                                                static_cast<unsigned>(address.opIndex));
+    return operation != nullptr ? fmt::format("{}.{}", operation->className, operation->name)
+                                : fmt::format("0x{:08x}.{}", address.classId, address.opIndex);
 }
 
 Value argumentsOf(Operation const& operation, bool areIn, TipprmiStream& stream)

@@ -1,11 +1,11 @@
 #include "catalogue/Text.h"
 
 #include "broker/PrintableText.h"
-#include "platform/NmaLogHelper.h"
 
 #include <array>
 #include <charconv>
 #include <ctime>
+#include <fmt/format.h>
 
 namespace trs::catalogue {
 
@@ -77,7 +77,7 @@ std::string timestamp(std::chrono::system_clock::time_point time)
     std::array<char, sizeof "2000-01-01T00:00:00"> text{};
     std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &parts);
     auto const rest = std::chrono::duration_cast<std::chrono::milliseconds>(time - seconds);
-    return LogMakeString("%s.%03ldZ", text.data(), static_cast<long>(rest.count()));
+    return fmt::format("{}.{:03}Z", text.data(), rest.count());
 }
 
 } // namespace trs::catalogue

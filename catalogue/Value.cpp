@@ -4,7 +4,6 @@
 #include "catalogue/File.h"
 #include "catalogue/Json.h"
 #include "catalogue/ObjectName.h"
-#include "platform/NmaLogHelper.h"
 #include "rmi/ResponseInfo.h"
 #include "rmi/Wire.h"
 
@@ -12,6 +11,7 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
+#include <fmt/format.h>
 #include <optional>
 
 namespace trs::catalogue {
@@ -58,7 +58,7 @@ std::optional<std::string> addressText(Value const& octets)
             return std::nullopt;
         }
         text += text.empty() ? "" : isIp ? "." : ":";
-        text += LogMakeString(isIp ? "%d" : "%02x", number);
+        text += isIp ? fmt::format("{}", number) : fmt::format("{:02x}", number);
     }
     return text;
 }
@@ -121,7 +121,7 @@ std::string writeNumber(TipprmiStream& stream, Type const& type, Value const& va
                                : value.is_number_integer() && value.get<std::int64_t>() >= range.least &&
                                      value.get<std::int64_t>() <= range.most;
     if (!isInRange) {
-        return shown(value) + " is no number from " + std::to_string(range.least) + " to " + std::to_string(range.most);
+        return fmt::format("{} is no number from {} to {}", shown(value), range.least, range.most);
     }
     std::int64_t const number = value.get<std::int64_t>();
     switch (type.kind) {
@@ -168,14 +168,14 @@ std::string writeElements(TipprmiStream& stream, Type const& type, Value const& 
         return shown(value) + " is no array";
     }
     if (type.kind == Kind::array && value.size() != type.count) {
-        return "an array of " + std::to_string(value.size()) + " elements, not " + std::to_string(type.count);
+        return fmt::format("an array of {} elements, not {}", value.size(), type.count);
     }
     if (type.kind == Kind::sequence) {
         Wire<unsigned long>::write(stream, value.size());
     }
     for (std::size_t i = 0; i < value.size(); ++i) {
         if (std::string wrong = writeValue(stream, *type.element, value[i]); !wrong.empty()) {
-            return within('[' + std::to_string(i) + ']', wrong);
+            return within(fmt::format("[{}]", i), wrong);
         }
     }
     return {};
@@ -253,7 +253,7 @@ std::string dumped(Value const& value)
         std::size_t const length = plain[i] == '\x7f' ? 1 : 2;
         auto const control = static_cast<unsigned char>(plain[i + length - 1]);
         if (control < 0xa0) {
-            text.append(plain, copied, i - copied) += LogMakeString("\\u%04x", static_cast<unsigned>(control));
+            text.append(plain, copied, i - copied) += fmt::format("\\u{:04x}", control);
             copied = i + length;
         }
     }
@@ -429,15 +429,11 @@ void forEachLeaf(Value const& value, LeafVisitor const& visit, std::string const
 {
     if (value.is_object() && !value.empty()) {
         for (auto const& [name, part] : value.items()) {
-            std::string field = path;
-            (field += path.empty() ? "" : ".") += name;
-            forEachLeaf(part, visit, field);
+            forEachLeaf(part, visit, path.empty() ? name : fmt::format("{}.{}", path, name));
         }
     } else if (value.is_array() && !value.empty()) {
         for (std::size_t i = 0; i < value.size(); ++i) {
-            std::string element = path;
-            ((element += '[') += std::to_string(i)) += ']';
-            forEachLeaf(value[i], visit, element);
+            forEachLeaf(value[i], visit, fmt::format("{}[{}]", path, i));
         }
     } else {
         visit(path, value);

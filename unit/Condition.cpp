@@ -1,10 +1,11 @@
 #include "unit/Condition.h"
 
 #include "clients/services/ConditionSkeleton.h"
-#include "platform/NmaLogHelper.h"
 #include "unit/FaultService.h"
 #include "unit/Journal.h"
 #include "unit/Status.h"
+
+#include <fmt/format.h>
 
 namespace trs::sim {
 
@@ -52,19 +53,19 @@ void Condition::serveAttributes()
         .on<&ConditionClient::isReportedToExtern>([this] { return isReportedToExtern(); })
         .on<&ConditionClient::setCurrentSeverity>([this](long const& severity) {
             currentSeverity_ = severity;
-            say(LogMakeString("condition %s has severity %ld", kind_.name.c_str(), currentSeverity_));
+            say(fmt::format("condition {} has severity {}", kind_.name, currentSeverity_));
         })
         .on<&ConditionClient::setDefaultSeverity>([this](long const& severity) {
             defaultSeverity_ = severity;
-            say(LogMakeString("condition %s has default severity %ld", kind_.name.c_str(), defaultSeverity_));
+            say(fmt::format("condition {} has default severity {}", kind_.name, defaultSeverity_));
         })
         .on<&ConditionClient::resetCurrentSeverity>([this] {
             currentSeverity_ = defaultSeverity_;
-            say(LogMakeString("condition %s has severity %ld again", kind_.name.c_str(), currentSeverity_));
+            say(fmt::format("condition {} has severity {} again", kind_.name, currentSeverity_));
         })
         .on<&ConditionClient::setPriority>([this](long const& priority) {
             priority_ = priority;
-            say(LogMakeString("condition %s has priority %ld", kind_.name.c_str(), priority_));
+            say(fmt::format("condition {} has priority {}", kind_.name, priority_));
         })
         .on<&ConditionClient::setReportToExtern>([this](bool const& report) {
             reportsToExtern_ = report;
@@ -192,10 +193,9 @@ bool Condition::isReportedToExtern() const { return reportsToExtern_ && !isSuppr
 
 std::string Condition::text() const
 {
-    return LogMakeString("%s (%s): %s, %s, severity %ld, priority %ld, %s the group", kind_.name.c_str(),
-                         kind_.meaning.c_str(), isActive_ ? "active" : "inactive",
-                         isSuppressed_ ? "suppressed" : "not suppressed", currentSeverity_, priority_,
-                         isMember_ ? "in" : "not in");
+    return fmt::format("{} ({}): {}, {}, severity {}, priority {}, {} the group", kind_.name, kind_.meaning,
+                       isActive_ ? "active" : "inactive", isSuppressed_ ? "suppressed" : "not suppressed",
+                       currentSeverity_, priority_, isMember_ ? "in" : "not in");
 }
 
 } // namespace trs::sim

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <fmt/format.h>
 
 namespace trs::sim {
 
@@ -157,8 +158,8 @@ std::string FaultPlan::parse(catalogue::Words const& words, Fault& fault)
         } else {
             long parsed = 0;
             if (!catalogue::parseNumber(value, number->least, number->most, parsed)) {
-                return inQuotes(words[i]) + ": '" + printable(value) + "' is no number from " +
-                       std::to_string(number->least) + " to " + std::to_string(number->most);
+                return fmt::format("{}: '{}' is no number from {} to {}", inQuotes(words[i]), printable(value),
+                                   number->least, number->most);
             }
             fault.*number->field = static_cast<unsigned long>(parsed);
         }
@@ -173,7 +174,7 @@ std::string FaultPlan::text(Fault const& fault)
     text += fault.object.empty() ? "" : " object=" + fault.object;
     for (Number const& number : numbers) {
         unsigned long const value = fault.*number.field;
-        text += value == 0 ? "" : ' ' + std::string(number.name) + '=' + std::to_string(value);
+        text += value == 0 ? "" : fmt::format(" {}={}", number.name, value);
     }
     return text;
 }

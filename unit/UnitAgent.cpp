@@ -1,9 +1,10 @@
 #include "unit/UnitAgent.h"
 
 #include "broker/PrintableText.h"
-#include "platform/NmaLogHelper.h"
 #include "platform/TreflectORB.h"
 #include "unit/Journal.h"
+
+#include <fmt/format.h>
 
 namespace trs::sim {
 
@@ -30,8 +31,8 @@ UnitAgent::UnitAgent(Inventory& inventory, PublicAddress& address)
         })
         .on<&NmiRmiAdapterClient::sendAlarmRmi>([this](NmiRmiAdapterClient::AlarmInfo const& alarm) {
             answer("sendAlarmRmi");
-            say(LogMakeString("alarm %d,%d received and %s", static_cast<int>(alarm.type),
-                              static_cast<int>(alarm.state), acceptsAlarms_ ? "accepted" : "refused"));
+            say(fmt::format("alarm {},{} received and {}", static_cast<int>(alarm.type), static_cast<int>(alarm.state),
+                            acceptsAlarms_ ? "accepted" : "refused"));
             return acceptsAlarms_;
         });
 }

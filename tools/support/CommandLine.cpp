@@ -7,9 +7,9 @@
 #include "tools/support/StandardStreams.h"
 
 #include <CLI/CLI.hpp>
+#include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
@@ -41,9 +41,7 @@ std::string checkRange(std::string const& text, std::pair<double, double> range)
     if (error == std::errc() && end == text.data() + text.size() && number >= range.first && number <= range.second) {
         return {};
     }
-    std::array<char, 128> limits{};
-    std::snprintf(limits.data(), limits.size(), "a number from %.12g to %.12g", range.first, range.second);
-    return "'" + printable(text) + "' is not " + limits.data();
+    return fmt::format("'{}' is not a number from {:.12g} to {:.12g}", printable(text), range.first, range.second);
 }
 
 // Has CLI11 put an option's value where it belongs.

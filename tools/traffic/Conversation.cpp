@@ -2,9 +2,9 @@
 
 #include "catalogue/Constants.h"
 #include "catalogue/MessageText.h"
-#include "platform/NmaLogHelper.h"
 
 #include <algorithm>
+#include <fmt/format.h>
 
 namespace trs::traffic {
 
@@ -18,7 +18,7 @@ std::string hexadecimal(std::string_view bytes)
 {
     std::string text;
     for (char const each : bytes) {
-        text += LogMakeString("%02x", static_cast<unsigned>(static_cast<unsigned char>(each)));
+        text += fmt::format("{:02x}", static_cast<unsigned char>(each));
     }
     return text;
 }

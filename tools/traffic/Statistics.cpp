@@ -1,7 +1,6 @@
 #include "tools/traffic/Statistics.h"
 
-#include <algorithm>
-#include <fmt/format.h>
+#include "tools/support/Quantiles.h"
 
 namespace trs::traffic {
 
@@ -26,14 +25,9 @@ std::vector<std::vector<std::string>> Statistics::rows() const
 {
     std::vector<std::vector<std::string>> rows;
     for (auto const& [operation, entry] : entries_) {
-        std::vector<std::int64_t> durations = entry.durations;
-        std::ranges::sort(durations);
-        auto const quantile = [&durations](double share) {
-            auto const place = static_cast<std::size_t>(share * static_cast<double>(durations.size() - 1));
-            return fmt::format("{:.1f}", static_cast<double>(durations[place]) / 1000);
-        };
-        rows.push_back({operation, std::to_string(durations.size()), std::to_string(entry.errors), quantile(0.5),
-                        quantile(0.99), std::to_string(entry.bytesToUnit), std::to_string(entry.bytesFromUnit)});
+        std::vector<std::string> const spread = tools::quantiles(entry.durations, {0.5, 0.99});
+        rows.push_back({operation, std::to_string(entry.durations.size()), std::to_string(entry.errors), spread[0],
+                        spread[1], std::to_string(entry.bytesToUnit), std::to_string(entry.bytesFromUnit)});
     }
     return rows;
 }

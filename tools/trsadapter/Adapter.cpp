@@ -3,11 +3,11 @@
 #include "broker/CallFailure.h"
 #include "broker/PrintableText.h"
 #include "broker/UnitValues.h"
-#include "platform/NmaLogHelper.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Console.h"
 
 #include <climits>
+#include <fmt/format.h>
 #include <string_view>
 
 namespace trs::adapter {
@@ -64,7 +64,7 @@ bool Adapter::sendAlarm(Alarm const& alarm)
 {
     Outcome const outcome =
         wrapper_->sendAlarm(alarm) ? Outcome{true, "", "delivered and accepted"} : failed(wrapper_->lastAlarmFailure());
-    tools::say(LogMakeString("alarm %d,%d ", alarm.type, alarm.state) + outcome.text);
+    tools::say(fmt::format("alarm {},{} {}", alarm.type, alarm.state, outcome.text));
     if (listeners_.alarm) {
         listeners_.alarm(alarm, outcome);
     }

@@ -10,6 +10,7 @@
 #include <crypt.h>
 #include <cstring>
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <memory>
 #include <string_view>
 #include <sys/stat.h>
@@ -45,11 +46,10 @@ public:
             return "it is not a regular file";
         }
         if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0) {
-            return LogMakeString("its mode is %04o and must be 0600",
-                                 static_cast<unsigned>(status.st_mode) & static_cast<unsigned>(ALLPERMS));
+            return fmt::format("its mode is {:04o} and must be 0600", status.st_mode & static_cast<unsigned>(ALLPERMS));
         }
         if (status.st_uid != ::geteuid() && status.st_uid != 0) {
-            return LogMakeString("it belongs to user %u", static_cast<unsigned>(status.st_uid));
+            return fmt::format("it belongs to user {}", status.st_uid);
         }
         return status.st_size > largestFile ? "it is larger than 1 MiB" : std::string();
     }

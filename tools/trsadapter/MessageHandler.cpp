@@ -8,6 +8,7 @@
 #include "platform/NmaLogHelper.h"
 
 #include <algorithm>
+#include <fmt/format.h>
 #include <iterator>
 #include <sstream>
 
@@ -39,8 +40,8 @@ bool isOperation(std::string const& name)
 std::string whatIsWrong(ZYN_XmlParser const& message)
 {
     if (message.XML_GetErrorCode() != XML_ERROR_NONE) {
-        return LogMakeString("%s at line %lu", XML_ErrorString(message.XML_GetErrorCode()),
-                             static_cast<unsigned long>(message.XML_GetCurrentLineNumber()));
+        return fmt::format("{} at line {}", XML_ErrorString(message.XML_GetErrorCode()),
+                           message.XML_GetCurrentLineNumber());
     }
     return message.getXohMsgType().empty() ? "no message in " + std::string(xoh::ROOT_PATH) : std::string();
 }

@@ -1,9 +1,8 @@
 #include "tools/trsadapter/Sessions.h"
 
-#include "platform/NmaLogHelper.h"
-
 #include <array>
 #include <cstdlib>
+#include <fmt/format.h>
 #include <sys/random.h>
 #include <utility>
 
@@ -19,7 +18,7 @@ std::string makeId()
     }
     std::string id;
     for (unsigned char const byte : bytes) {
-        id += LogMakeString("%02x", static_cast<unsigned>(byte));
+        id += fmt::format("{:02x}", byte);
     }
     return id;
 }

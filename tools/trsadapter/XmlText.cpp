@@ -1,8 +1,7 @@
 #include "tools/trsadapter/XmlText.h"
 
-#include "platform/NmaLogHelper.h"
-
 #include <algorithm>
+#include <fmt/format.h>
 
 namespace trs::adapter {
 
@@ -51,7 +50,7 @@ std::string escaped(std::string_view bytes, std::size_t length)
         return "&#13;";
     default:
         return length != 0 ? std::string(bytes.substr(0, length))
-                           : LogMakeString("\\x%02x", static_cast<unsigned>(static_cast<unsigned char>(bytes.front())));
+                           : fmt::format("\\x{:02x}", static_cast<unsigned char>(bytes.front()));
     }
 }
 

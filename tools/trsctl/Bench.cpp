@@ -1,6 +1,7 @@
 // trsctl bench: how fast a unit answers.
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Progress.h"
+#include "tools/support/Quantiles.h"
 #include "tools/trsctl/Interrupt.h"
 #include "tools/trsctl/Program.h"
 #include "tools/trsctl/Verbs.h"
@@ -43,9 +44,9 @@ public:
     }
 
     // One thread's calls; their durations in nanoseconds.
-    std::vector<std::uint64_t> work()
+    std::vector<std::int64_t> work()
     {
-        std::vector<std::uint64_t> durations;
+        std::vector<std::int64_t> durations;
         for (unsigned long number = begun_++; number < words_.count && !isOver(); number = begun_++) {
             if (words_.rate > 0) {
                 std::this_thread::sleep_until(
@@ -55,7 +56,7 @@ public:
             TreflectHandlerState const running;
             auto const start = Clock::now();
             Outcome const outcome = catalogue::call(object_, operation_, in_);
-            durations.push_back(static_cast<std::uint64_t>((Clock::now() - start).count()));
+            durations.push_back(std::chrono::nanoseconds(Clock::now() - start).count());
             refused_ += outcome.kind == Outcome::Kind::refused ? 1 : 0;
             failed_ += outcome.kind == Outcome::Kind::failed ? 1 : 0;
             ++done_;
@@ -76,28 +77,19 @@ public:
             }
         }
     }
-    Value result(std::vector<std::uint64_t> durations) const
+    Value result(std::vector<std::int64_t> durations) const
     {
-        std::sort(durations.begin(), durations.end());
         double const seconds = std::chrono::duration<double>(Clock::now() - begin_).count();
-        auto const quantile = [&durations](double share) {
-            if (durations.empty()) {
-                return Value();
-            }
-            auto const place = static_cast<std::size_t>(share * static_cast<double>(durations.size() - 1));
-            return Value(fmt::format("{:.1f}", static_cast<double>(durations[place]) / 1000));
-        };
-        return {{"calls", durations.size()},
-                {"refused", refused_.load()},
-                {"failed", failed_.load()},
-                {"seconds", fmt::format("{:.3f}", seconds)},
-                {"callsPerSecond", fmt::format("{:.0f}", static_cast<double>(durations.size()) / seconds)},
-                {"microseconds",
-                 {{"least", quantile(0)},
-                  {"p50", quantile(0.5)},
-                  {"p90", quantile(0.9)},
-                  {"p99", quantile(0.99)},
-                  {"most", quantile(1)}}}};
+        std::size_t const count = durations.size();
+        std::vector<std::string> const spread = tools::quantiles(std::move(durations), {0, 0.5, 0.9, 0.99, 1});
+        return {
+            {"calls", count},
+            {"refused", refused_.load()},
+            {"failed", failed_.load()},
+            {"seconds", fmt::format("{:.3f}", seconds)},
+            {"callsPerSecond", fmt::format("{:.0f}", static_cast<double>(count) / seconds)},
+            {"microseconds",
+             {{"least", spread[0]}, {"p50", spread[1]}, {"p90", spread[2]}, {"p99", spread[3]}, {"most", spread[4]}}}};
     }
     bool hasFailures() const { return failed_ != 0; }
 
@@ -142,14 +134,14 @@ ExitCode bench(Unit const& unit, BenchWords const& words)
         }
     }
     Load load(words, target.object, *operation, in);
-    std::vector<std::vector<std::uint64_t>> durations(words.threads);
+    std::vector<std::vector<std::int64_t>> durations(words.threads);
     std::vector<std::thread> threads;
     threads.reserve(words.threads);
-    for (std::vector<std::uint64_t>& own : durations) {
+    for (std::vector<std::int64_t>& own : durations) {
         threads.emplace_back([&load, &own] { own = load.work(); });
     }
     load.showProgress();
-    std::vector<std::uint64_t> all;
+    std::vector<std::int64_t> all;
     for (unsigned i = 0; i < words.threads; ++i) {
         threads[i].join();
         all.insert(all.end(), durations[i].begin(), durations[i].end());

@@ -3,13 +3,13 @@
 #include "catalogue/Class.h"
 #include "catalogue/Constants.h"
 #include "catalogue/Limits.h"
-#include "platform/NmaLogHelper.h"
 #include "tools/support/Console.h"
 #include "tools/trsctl/Program.h"
 #include "tools/trsctl/Verbs.h"
 
 #include <charconv>
 #include <cstdio>
+#include <fmt/format.h>
 #include <memory>
 #include <set>
 
@@ -21,7 +21,7 @@ using catalogue::Class;
 using catalogue::Type;
 using catalogue::Value;
 
-std::string hexadecimal(std::uint32_t id) { return LogMakeString("0x%08x", static_cast<unsigned>(id)); }
+std::string hexadecimal(std::uint32_t id) { return fmt::format("0x{:08x}", id); }
 
 // A class by name, interface name or identifier; null, and said why, when there is none.
 Class const* find(std::string const& name)
@@ -168,7 +168,7 @@ ExitCode describe(std::string const& name, std::string const& parameter, Format 
     if (dot == std::string::npos) {
         Value operations = Value::array();
         for (catalogue::Operation const& operation : found->own) {
-            operations.push_back(std::to_string(operation.index) + ' ' + operation.signature());
+            operations.push_back(fmt::format("{} {}", operation.index, operation.signature()));
         }
         Value value{{"class", found->name},
                     {"interface", found->interface},
