@@ -6,17 +6,9 @@ set(include_directory ${CMAKE_INSTALL_INCLUDEDIR}/trsman)
 
 install(TARGETS trsman EXPORT trsman-targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development
+    FILE_SET HEADERS DESTINATION ${include_directory} COMPONENT development
     INCLUDES DESTINATION ${include_directory})
 install(EXPORT trsman-targets NAMESPACE trsman:: DESTINATION ${package_directory} COMPONENT development)
-
-# The headers include each other by their paths in the tree, which they keep. Of the broker only its face is public, and
-# what that includes.
-install(DIRECTORY adapter clients platform rmi DESTINATION ${include_directory} COMPONENT development
-    FILES_MATCHING PATTERN "*.h")
-file(GLOB broker_face RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS broker/*.h)
-install(FILES ${broker_face} DESTINATION ${include_directory}/broker COMPONENT development)
-install(FILES broker/framing/Message.h broker/framing/OperationKey.h DESTINATION ${include_directory}/broker/framing
-    COMPONENT development)
 
 configure_package_config_file(cmake/trsman-config.cmake.in ${CMAKE_BINARY_DIR}/cmake/trsman-config.cmake
     INSTALL_DESTINATION ${package_directory})
@@ -34,10 +26,10 @@ install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development
 if(TRSMAN_BUILD_TOOLS)
     # The catalogue and the simulated unit: static libraries.
     install(TARGETS trsman_catalogue trsman_unit EXPORT trsman-unit-targets
-        ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development INCLUDES DESTINATION ${include_directory})
+        ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
+        FILE_SET HEADERS DESTINATION ${include_directory} COMPONENT development
+        INCLUDES DESTINATION ${include_directory})
     install(EXPORT trsman-unit-targets NAMESPACE trsman:: DESTINATION ${package_directory} COMPONENT development)
-    install(DIRECTORY catalogue unit DESTINATION ${include_directory}
-        COMPONENT development FILES_MATCHING PATTERN "*.h" PATTERN "Describe.h" EXCLUDE)
 
     install(TARGETS ${tool_programs} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
     foreach(program IN LISTS tool_programs)
@@ -51,6 +43,18 @@ if(TRSMAN_BUILD_TOOLS)
     install(FILES ${completions}/fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d RENAME trsctl.fish
         COMPONENT tools)
 endif()
+
+# For scripts/check-install: the headers that the libraries have in their lists, one a line.
+set(listed_headers)
+foreach(library trsman trsman_catalogue trsman_unit)
+    if(TARGET ${library})
+        get_target_property(headers ${library} HEADER_SET)
+        list(APPEND listed_headers ${headers})
+    endif()
+endforeach()
+list(TRANSFORM listed_headers REPLACE "^${PROJECT_SOURCE_DIR}/" "")
+list(JOIN listed_headers "\n" listed_headers)
+file(WRITE ${CMAKE_BINARY_DIR}/public-headers "${listed_headers}\n")
 
 # `cpack` makes a Debian package of each.
 set(library_package libtrsman${PROJECT_VERSION_MAJOR})
@@ -72,7 +76,7 @@ set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "Management library of a base station's 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libtrsman-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${library_package} (= ${PROJECT_VERSION}), libexpat1-dev, zlib1g-dev")
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_RECOMMENDS "nlohmann-json3-dev, pkg-config")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_RECOMMENDS "nlohmann-json3-dev, libsqlite3-dev, pkg-config")
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "Development with the transport unit's management library\n\
  Headers, the simulated unit to embed in tests, examples and documents.")
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME trsman-tools)

@@ -3,6 +3,8 @@
 #include "broker/PrintableText.h"
 #include "platform/TreflectORB.h"
 #include "unit/Journal.h"
+#include "unit/Object.h"
+#include "unit/PublicAddress.h"
 
 #include <fmt/format.h>
 
@@ -13,13 +15,13 @@ UnitAgent::UnitAgent(Inventory& inventory, PublicAddress& address)
       object_(inventory, NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME, reflect::className<NmiRmiAdapterClient>)
 {
     address_.setAnnouncer([this] {
-        object_.changed();
-        object_.proxy<NmiRmiAdapterClient>().notifyPublicIpAddrChangeRmi();
+        object_->changed();
+        object_->proxy<NmiRmiAdapterClient>().notifyPublicIpAddrChangeRmi();
     });
-    object_.facts().addTold<&NmiRmiAdapterClient::getPublicIpAddrRmi>(address_.text());
-    object_.facts().add("acceptsAlarms", acceptsAlarms_);
-    object_.facts().add("hangsNext", hangsNext_);
-    object_.servant()
+    object_->facts().addTold<&NmiRmiAdapterClient::getPublicIpAddrRmi>(address_.text());
+    object_->facts().add("acceptsAlarms", acceptsAlarms_);
+    object_->facts().add("hangsNext", hangsNext_);
+    object_->servant()
         .on<&NmiRmiAdapterClient::notifyPublicIpAddrChangeRmi>([this] {
             answer("notifyPublicIpAddrChangeRmi");
             say(address_.text().empty() ? "an empty address announced"
@@ -51,7 +53,7 @@ void UnitAgent::sayAddress() const
 void UnitAgent::setAddress(std::string const& address)
 {
     address_.text() = address;
-    object_.changed();
+    object_->changed();
     sayAddress();
 }
 
@@ -60,14 +62,14 @@ void UnitAgent::announce(std::string const& address) { address_.set(address); }
 void UnitAgent::setAcceptsAlarms(bool accepts)
 {
     acceptsAlarms_ = accepts;
-    object_.changed();
+    object_->changed();
     say(accepts ? "alarms are accepted" : "alarms are refused");
 }
 
 void UnitAgent::hang()
 {
     hangsNext_ = true;
-    object_.changed();
+    object_->changed();
     say("the next call of the agent will hang");
 }
 
@@ -85,7 +87,7 @@ void UnitAgent::answer(char const* operation)
         return;
     }
     hangsNext_ = false;
-    object_.changed();
+    object_->changed();
     say(std::string("hanging in ") + operation);
     TreflectORB::releaseRunPermission();
     {

@@ -2,14 +2,17 @@
 #pragma once
 
 #include "adapter/NmiRmiAdapterClient.h"
-#include "unit/Object.h"
-#include "unit/PublicAddress.h"
 
 #include <condition_variable>
+#include <memory>
 #include <mutex>
 #include <string>
 
 namespace trs::sim {
+
+class Inventory;
+class Object;
+class PublicAddress;
 
 // All operations but letGo() are called under the run permission.
 class UnitAgent {
@@ -41,7 +44,7 @@ private:
     std::mutex mutex_; // guards what follows, which calls that hang look at without the run permission
     std::condition_variable ended_;
     bool isEnded_ = false;
-    Object object_;
+    std::unique_ptr<Object> const object_;
 };
 
 } // namespace trs::sim
