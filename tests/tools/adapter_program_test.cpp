@@ -74,6 +74,18 @@ TEST_F(AdapterProgram, FollowsTheAddressAndIgnoresAnEmptyOne)
     child.readUntil("applied \\x1b[2J; rm");
 }
 
+// A unit that was away has another address, which it announced to nobody.
+TEST_F(AdapterProgram, AsksForWhatItMayHaveMissed)
+{
+    Unit sim = unit({"--address", "10.0.0.7"});
+    ChildProcess child = adapter();
+    child.readUntil("the agent is reached");
+    sim.signal(SIGKILL);
+    sim.waitForExit();
+    Unit const again = unit({"--address", "10.0.0.8"});
+    child.readUntil("applied 10.0.0.8");
+}
+
 TEST_F(AdapterProgram, GoesOnAfterAUnitThatHangsDiesAndComesBack)
 {
     Unit sim = unit({"--do", "address 10.0.0.7"});

@@ -47,17 +47,34 @@ Adapter::Adapter(Listeners listeners) : listeners_(std::move(listeners))
 
 Adapter::~Adapter()
 {
+    gaps_.reset();
     wrapper_.reset();
     UnitValues::instance().setListener(nullptr);
 }
 
 bool Adapter::connect()
 {
+    gaps_.reset();
     wrapper_.reset();
     wrapper_ = std::make_unique<ZynNmaWrapper>();
+    gaps_ = std::make_unique<GapListener>([this](NotificationGap const& gap) {
+        if (gap.until) {
+            catchUp();
+        }
+    });
     bool const isReached = wrapper_->followsAddress();
     tools::say(isReached ? "the agent is reached" : "the agent cannot be reached");
     return isReached;
+}
+
+// On a handler thread.
+void Adapter::catchUp()
+{
+    std::string const address =
+        NmiRmiAdapterClient(TipprmiOID(NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME)).getPublicIpAddrRmi();
+    if (address != UnitValues::instance().publicAddress()) {
+        wrapper_->setPublicIpAddr(address);
+    }
 }
 
 bool Adapter::sendAlarm(Alarm const& alarm)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "adapter/ZynNmaWrapper.h"
+#include "broker/NotificationGap.h"
 
 #include <functional>
 #include <memory>
@@ -9,6 +10,7 @@
 
 namespace trs::adapter {
 
+// What the agent announced while the connection to it was lost is asked for when it is there again.
 class Adapter {
 public:
     using Alarm = ZynNmaWrapper::CertMgrAlarmInfo;
@@ -45,8 +47,11 @@ public:
     static bool parse(std::string const& text, Alarm& alarm);
 
 private:
+    void catchUp();
+
     Listeners listeners_;
     std::unique_ptr<ZynNmaWrapper> wrapper_;
+    std::unique_ptr<GapListener> gaps_;
 };
 
 } // namespace trs::adapter
