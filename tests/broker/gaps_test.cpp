@@ -24,7 +24,7 @@ using testing::SizeIs;
 using trs::NotificationGap;
 using trs::OperationKey;
 using trs::Subscriptions;
-using Kind = Subscriptions::Message::Kind;
+using Asking = Subscriptions::Message::Kind;
 
 constexpr unsigned long setClass = 0xa6d4e092; // QelLong
 constexpr unsigned long setIndex = 1;
@@ -58,7 +58,7 @@ protected:
     void subscribe(char const* id)
     {
         auto const message = subscriptions.add(key(id));
-        ASSERT_TRUE(message && message->kind == Kind::subscribe);
+        ASSERT_TRUE(message && message->kind == Asking::subscribe);
         subscriptions.confirm(message->number, true);
         ASSERT_EQ(subscriptions.state(key(id)), Subscriptions::State::confirmed);
     }
@@ -89,7 +89,7 @@ TEST_F(Decisions, AGapLastsUntilThePeerHasTheSubscriptionAgain)
 
     std::vector<Subscriptions::Message> const renewals = subscriptions.begin();
     ASSERT_THAT(renewals, SizeIs(3));
-    EXPECT_TRUE(std::ranges::all_of(renewals, [](auto const& each) { return each.kind == Kind::renew; }));
+    EXPECT_TRUE(std::ranges::all_of(renewals, [](auto const& each) { return each.kind == Asking::renew; }));
     EXPECT_THAT(subscriptions.confirm(renewals[0].number, true), IsEmpty()) << "the others are awaited";
     EXPECT_THAT(subscriptions.confirm(first[0].number, false), IsEmpty()) << "an answer to an earlier connection";
     // A notification of B comes before the answer for B: it must not be delivered before its gap is told.
@@ -135,7 +135,7 @@ TEST_F(Decisions, WhoeverAskedAndGotNoAnswerIsInNoGap)
     EXPECT_FALSE(subscriptions.remove(key("A")));
     EXPECT_FALSE(subscriptions.remove(key("A")));
     auto const left = subscriptions.remove(key("A"));
-    EXPECT_TRUE(left && left->kind == Kind::unsubscribe);
+    EXPECT_TRUE(left && left->kind == Asking::unsubscribe);
     EXPECT_TRUE(subscriptions.isEmpty());
 }
 
