@@ -11,8 +11,8 @@
 namespace trs::sim {
 
 UnitAgent::UnitAgent(Inventory& inventory, PublicAddress& address)
-    : address_(address),
-      object_(inventory, NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME, reflect::className<NmiRmiAdapterClient>)
+    : address_(address), object_(std::make_unique<Object>(inventory, NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME,
+                                                          reflect::className<NmiRmiAdapterClient>))
 {
     address_.setAnnouncer([this] {
         object_->changed();

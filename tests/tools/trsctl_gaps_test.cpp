@@ -69,10 +69,11 @@ TEST_F(TrsctlGaps, AWatcherThatWasStoppedSaysWhatItMayHaveMissed)
     watch.stop();
     peerAt(endpoint);
     SimulatorClient const simulator{TipprmiOID(SimulatorClient::SIMULATOR_OID)};
+    std::string output;
     std::string wrong;
     constexpr int sent = 40;
     for (int count = 0; count < sent; ++count) {
-        simulator.execute(std::string(100'000, 'x'), wrong);
+        simulator.execute(std::string(100'000, 'x'), output, wrong);
     }
     watch.signal(SIGCONT);
     int shown = 0;
@@ -90,7 +91,7 @@ TEST_F(TrsctlGaps, AWatcherThatWasStoppedSaysWhatItMayHaveMissed)
     EXPECT_LE(event["gap"]["since"], event["gap"]["lost"]);
     EXPECT_LE(event["gap"]["lost"], event["gap"]["until"]);
 
-    simulator.execute("afterwards", wrong); // the gap is over, so it is seen
+    simulator.execute("afterwards", output, wrong); // the gap is over, so it is seen
     EXPECT_THAT(watch.readLine().value_or(""), HasSubstr("afterwards"));
     watch.signal(SIGINT);
     EXPECT_EQ(watch.waitForExit(), 1);

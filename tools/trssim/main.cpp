@@ -1,6 +1,7 @@
 // trssim: a simulated unit, driven by commands.
 #include "broker/Broker.h"
 #include "broker/PrintableText.h"
+#include "rmi/TreflectHandlerState.h"
 #include "tools/support/CommandLine.h"
 #include "tools/trssim/Fleet.h"
 #include "tools/trssim/UnitCommands.h"
