@@ -136,7 +136,7 @@ TEST_F(Trsctl, ShowsTheTreeOfObjects)
     EXPECT_THAT(text, StartsWith("IpNode:IpNode\n"));
     EXPECT_THAT(text, HasSubstr("\n  EthIfNet:IfNet/Transport  (getTransportIfNet)\n"));
     EXPECT_THAT(text, HasSubstr("HwmSensor:HwmUnit-1/Sensor  (getSensor)\n"));
-    EXPECT_THAT(text, HasSubstr("EthLink:HwmUnit-1/EthLink  (getLinks, above)"));
+    EXPECT_THAT(text, HasSubstr("EthLink:HwmUnit-1/EthLink  (getActiveLink, above)"));
     EXPECT_EQ(output({"tree", "--depth", "0"}), "IpNode:IpNode\n");
     EXPECT_THAT(output({"tree", "--dot"}),
                 HasSubstr("  \"IpNode:IpNode\" -> \"EthIfNet:IfNet/Lmp\" [label=\"getLMPIfNet\"];\n"));
@@ -147,7 +147,7 @@ TEST_F(Trsctl, ShowsTheTreeOfObjects)
 
     // What is near enough by one way is shown, however long another one is.
     EXPECT_THAT(output({"tree", "--depth", "5"}),
-                HasSubstr("AdminStatePolicy:HwmUnit-1/EthPort/Policy  (getPolicies)"));
+                HasSubstr("AdminState:HwmUnit-1/EthPort/AdminState  (getAdminState)"));
     sim.does("fault drop operation=NtpAccess.getTimeZone");
     Result const silent = run({"--timeout", "100", "tree"});
     EXPECT_EQ(silent.code, 5);
