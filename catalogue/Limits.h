@@ -44,7 +44,7 @@ struct Limit {
     std::vector<NamedValue> names = {};
     bool orOthers = false;
 
-    // For people: "68..65535", "0 or 1522..2000000", "0..1000000 step 100", "one of ENABLED (11), DISABLED (12)".
+    // For people: "68..65535", "0 or 2..10", "0..1000000 step 100", "one of ENABLED (11), DISABLED (12)".
     std::string text() const;
     // For programs: {"least": 68, "most": 65535}, {"oneOf": {"ENABLED": 11, "DISABLED": 12}}; docs/limits.md has all.
     Value json() const;

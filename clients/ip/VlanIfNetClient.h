@@ -67,7 +67,7 @@ public:
         unsigned long sir;               // as setSIR()
         bool vlanShapingEnabled;
         IpAddressInfo ipAddressInfo;
-        unsigned long shaperBurstSize; // 0 or SBS_MIN..SBS_MAX step SBS_STEP; 0 where the VLAN is not shaped
+        unsigned long shaperBurstSize; // as setShaperBurstSize()
         BfdInfo bfdInfo;
         unsigned long vlanInstanceId;
         bool qosEnabled;

@@ -91,6 +91,7 @@ TEST_F(IpNode, CreatesAndDeletesVlans)
     VlanIfNetClient::VlanIfNetCreateParams params{};
     params.vlanId = 300;
     params.sir = 700;
+    params.shaperBurstSize = VlanIfNetClient::SBS_MIN;
     params.ipAddressInfo.ipAddress = address(10, 44, 0, 1);
     VlanIfNetClient created;
     ASSERT_EQ(ifNet.createVlan(params, created), RunClient::OK);

@@ -136,6 +136,28 @@ TEST_F(WholeUnit, TellsWhatItWasTold)
     EXPECT_GT(count, 150U);
 }
 
+// What it tells at first it would take.
+TEST_F(WholeUnit, BeginsWithinItsLimits)
+{
+    std::size_t count = 0;
+    for (trs::sim::Object const* const object : inventory.all()) {
+        TipprmiObjectClient const proxy{TipprmiOID(object->id())};
+        for (trs::catalogue::Operation const* const reader : object->type().operations()) {
+            trs::catalogue::Operation const* const writer = writerOf(object->type(), *reader);
+            if (writer == nullptr || !isPlainRead(*reader) || !hasLimits(*writer)) {
+                continue;
+            }
+            Outcome const told = trs::catalogue::call(proxy, *reader, {});
+            std::vector<Value> const values(told.results.begin(), told.results.end());
+            for (trs::catalogue::Violation const& each : trs::catalogue::violations(*writer, values)) {
+                ADD_FAILURE() << object->id() << ' ' << writer->name << ' ' << each.text();
+            }
+            ++count;
+        }
+    }
+    EXPECT_GT(count, 50U);
+}
+
 TEST_F(WholeUnit, RaisesTheConditionOfAnInterface)
 {
     Class const& ifNet = classOf("EthIfNet");
@@ -337,6 +359,10 @@ TEST(Scenario, MakesAnotherUnitHoldTheSame)
     auto unit = std::make_unique<trs::sim::Unit>(trs::sim::Unit::Options{"10.0.0.7", 4, true});
     Value const fresh = trs::sim::scenario::save(*unit);
     call("IfNet/Transport", "EthIfNet", "deleteVlan", {100});
+    trs::catalogue::Operation const& createVlan = *trs::catalogue::findClass("EthIfNet")->find("createVlan");
+    std::vector<Value> least{trs::catalogue::zero(*createVlan.parameters[0].type)};
+    trs::catalogue::bringWithin(createVlan, least); // what is created holds what it would be set to
+    EXPECT_EQ(call("IfNet/Lmp", "EthIfNet", "createVlan", least).kind, Outcome::Kind::done);
     call("IfNet/Transport", "IfNet", "setMtu", {1400});
     call("IfNet/Transport", "IfNet", "setFlags", {0});
     call("IpNode", "IpNode", "setIpConfig", {"x", "10.0.0.1", "10.0.0.2", 3, "text"});
