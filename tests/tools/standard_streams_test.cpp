@@ -46,8 +46,8 @@ TEST_F(StandardStreams, ThatAreMissingAreNobodyElses)
 TEST_F(StandardStreams, ThatTakeNoMoreAreComplainedOfOnce)
 {
     Unit sim = unit({"--clock", "stepped"});
-    std::string const relayed = endpoint + ".relay";
-    auto const calling = [&](std::string const& verb) { // once what the verb does is under way
+    auto calling = [&, number = 0](std::string const& verb) mutable { // once what the verb does is under way
+        std::string const relayed = endpoint + ".relay" + std::to_string(++number); // its own: a caller may outlive it
         return "{ trsctl --unit " + relayed + " --wait 10 get IpNode mtu >/dev/null 2>&1 & }; trsctl --unit " +
                endpoint + ' ' + verb + " --listen " + relayed;
     };
