@@ -4,7 +4,6 @@
 #include "catalogue/Class.h"
 #include "catalogue/Value.h"
 
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -19,13 +18,7 @@ struct Constant {
 // Those that the class itself publishes, in their order.
 std::vector<Constant const*> constantsOf(Class const& type);
 
-// Replaces the names of constants by numbers in what a person wrote for this operation: NAME, or for bits NAME|NAME,
-// wherever the type has an integer. Known are the constants of the class, of its bases, of the one that declares the
-// operation, and of the one that a record belongs to. Empty, or what is wrong: the offending name.
-std::string resolveConstants(Class const& type, Operation const& operation, Type const& parameter, Value& value);
-
-// Replaces numbers by names where the headers say which constants a number is one of, and it is one: "a
-// TRANSPORT_MODE_ constant", "IFF__ bits". The values are "result" and parameters by name, as many as there are.
-void nameConstants(Operation const& operation, Value& values);
+// Null when the class itself publishes none of that name.
+Constant const* findConstant(std::string_view className, std::string_view name);
 
 } // namespace trs::catalogue

@@ -1,6 +1,7 @@
 #include "catalogue/Limits.h"
 
 #include "broker/PrintableText.h"
+#include "catalogue/Json.h"
 #include "catalogue/LimitTable.h"
 
 #include <algorithm>

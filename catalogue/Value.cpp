@@ -1,7 +1,6 @@
 #include "catalogue/Value.h"
 
 #include "broker/PrintableText.h"
-#include "catalogue/File.h"
 #include "catalogue/Json.h"
 #include "catalogue/ObjectName.h"
 #include "rmi/ResponseInfo.h"
@@ -19,12 +18,6 @@ namespace trs::catalogue {
 namespace {
 
 using Kind = Type::Kind;
-
-// Arrays of octets that people write in one piece.
-bool isAddress(Type const& type)
-{
-    return type.kind == Kind::array && type.element->kind == Kind::int16 && (type.count == 4 || type.count == 6);
-}
 
 struct Range {
     std::int64_t least;
@@ -218,72 +211,6 @@ std::string writeObject(TipprmiStream& stream, Value const& value)
     return {};
 }
 
-// JSON, or that of a file.
-std::string parseComposed(std::string const& text, Value& value)
-{
-    std::string json = text;
-    if (text.starts_with('@')) {
-        if (std::string why = readWholeFile(text.substr(1), json); !why.empty()) {
-            return why;
-        }
-    }
-    std::string const wrong = parseJson(json, value);
-    return wrong.empty() ? wrong : '\'' + printable(text) + "' is " + wrong;
-}
-
-// The number, or the text when it is none: it may be the name of one.
-Value readNumber(std::string const& text)
-{
-    bool const isHexadecimal = text.starts_with("0x");
-    std::int64_t number = 0;
-    char const* const begin = text.data() + (isHexadecimal ? 2 : 0);
-    char const* const end = text.data() + text.size();
-    auto const [next, error] = std::from_chars(begin, end, number, isHexadecimal ? 16 : 10);
-    return error == std::errc() && next == end && begin != end ? Value(number) : Value(text);
-}
-
-// On one line. A terminal takes U+007F to U+009F for controls, which JSON need not escape, but may.
-std::string dumped(Value const& value)
-{
-    std::string const plain = value.dump(-1, ' ', false, Value::error_handler_t::replace);
-    std::string text;
-    std::size_t copied = 0;
-    for (std::size_t i = plain.find_first_of("\x7f\xc2"); i != std::string::npos;
-         i = plain.find_first_of("\x7f\xc2", i + 1)) {
-        std::size_t const length = plain[i] == '\x7f' ? 1 : 2;
-        auto const control = static_cast<unsigned char>(plain[i + length - 1]);
-        if (control < 0xa0) {
-            text.append(plain, copied, i - copied) += fmt::format("\\u{:04x}", control);
-            copied = i + length;
-        }
-    }
-    return text.append(plain, copied);
-}
-
-// Each part on a line of its own, but for lists of plain values. `margin`: a line's end and the indentation of the
-// next.
-void appendJson(std::string& text, Value const& value, std::string const& margin, std::string const& step)
-{
-    bool const isList =
-        value.is_array() && std::ranges::none_of(value, [](Value const& part) { return part.is_structured(); });
-    if (!value.is_structured() || value.empty() || isList) {
-        text += dumped(value);
-        return;
-    }
-    std::string const inner = margin + step;
-    text += value.is_object() ? '{' : '[';
-    char const* separator = "";
-    for (auto const& [name, part] : value.items()) {
-        (text += separator) += inner;
-        separator = ",";
-        if (value.is_object()) {
-            text += dumped(name) + ": ";
-        }
-        appendJson(text, part, inner, step);
-    }
-    (text += margin) += value.is_object() ? '}' : ']';
-}
-
 Value plainZero(Type const& type)
 {
     switch (type.kind) {
@@ -310,6 +237,11 @@ Value plainZero(Type const& type)
 }
 
 } // namespace
+
+bool isAddress(Type const& type)
+{
+    return type.kind == Kind::array && type.element->kind == Kind::int16 && (type.count == 4 || type.count == 6);
+}
 
 Value readValue(TipprmiStream& stream, Type const& type)
 {
@@ -404,55 +336,6 @@ std::string writeValue(TipprmiStream& stream, Type const& type, Value const& val
 void writeStatus(TipprmiStream& stream, bool isDone)
 {
     Wire<ResponseInfo<SetClient>>::write(stream, isDone ? SetClient::OK : SetClient::FAILED);
-}
-
-std::string parseValue(Type const& type, std::string const& text, Value& value)
-{
-    bool const isComposed = type.kind == Kind::record || type.kind == Kind::sequence ||
-                            (type.kind == Kind::array && (!isAddress(type) || text.starts_with('[')));
-    if (isComposed) {
-        return parseComposed(text, value);
-    }
-    if (type.kind == Kind::text || type.kind == Kind::array) {
-        value = text;
-    } else if (type.kind == Kind::object) {
-        value = text == "none" ? Value() : Value(text);
-    } else if (text == "true" || text == "false") {
-        value = text == "true";
-    } else {
-        value = readNumber(text);
-    }
-    return {};
-}
-
-void forEachLeaf(Value const& value, LeafVisitor const& visit, std::string const& path)
-{
-    if (value.is_object() && !value.empty()) {
-        for (auto const& [name, part] : value.items()) {
-            forEachLeaf(part, visit, path.empty() ? name : fmt::format("{}.{}", path, name));
-        }
-    } else if (value.is_array() && !value.empty()) {
-        for (std::size_t i = 0; i < value.size(); ++i) {
-            forEachLeaf(value[i], visit, fmt::format("{}[{}]", path, i));
-        }
-    } else {
-        visit(path, value);
-    }
-}
-
-std::string textOf(Value const& leaf)
-{
-    return leaf.is_string() ? leaf.get<std::string>() : leaf.is_null() ? "none" : toJson(leaf, -1);
-}
-
-std::string toJson(Value const& value, int indent)
-{
-    if (indent < 0) {
-        return dumped(value);
-    }
-    std::string text;
-    appendJson(text, value, "\n", std::string(static_cast<std::size_t>(indent), ' '));
-    return text;
 }
 
 } // namespace trs::catalogue

@@ -1,5 +1,6 @@
 #include "unit/CallLog.h"
 
+#include "catalogue/Json.h"
 #include "catalogue/MessageText.h"
 #include "catalogue/Text.h"
 #include "platform/NmaLogHelper.h"

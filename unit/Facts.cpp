@@ -1,5 +1,6 @@
 #include "unit/Facts.h"
 
+#include "catalogue/Json.h"
 #include "catalogue/Limits.h"
 #include "platform/TipprmiStream.h"
 

@@ -1,5 +1,6 @@
 #include "unit/Object.h"
 
+#include "catalogue/Json.h"
 #include "catalogue/Limits.h"
 #include "catalogue/OperationKind.h"
 #include "platform/TipprmiStream.h"

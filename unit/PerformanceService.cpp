@@ -2,6 +2,7 @@
 
 #include "broker/PrintableText.h"
 #include "catalogue/Constants.h"
+#include "catalogue/Json.h"
 #include "clients/services/PerformanceServiceSkeleton.h"
 #include "platform/TipprmiStream.h"
 #include "unit/Journal.h"

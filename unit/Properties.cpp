@@ -1,5 +1,6 @@
 #include "unit/Properties.h"
 
+#include "catalogue/Json.h"
 #include "catalogue/Limits.h"
 #include "catalogue/ObjectName.h"
 #include "catalogue/OperationKind.h"

@@ -1,6 +1,7 @@
 // Calls an operation that is known by name only, at run time: byname unix:/tmp/trssim.sock IpNode getMtu
 #include "broker/Broker.h"
 #include "catalogue/Call.h"
+#include "catalogue/Json.h"
 #include "catalogue/ObjectName.h"
 #include "rmi/TreflectHandlerState.h"
 

@@ -1,7 +1,9 @@
 // The catalogue at run time, against the golden record, and values of its types as text, JSON and bytes.
 #include "catalogue/Class.h"
-#include "catalogue/Constants.h"
+#include "catalogue/ConstantNames.h"
+#include "catalogue/Json.h"
 #include "catalogue/Value.h"
+#include "catalogue/ValueText.h"
 #include "platform/TipprmiStream.h"
 #include "tests/support/GoldenRecord.h"
 

@@ -121,6 +121,7 @@ TEST(Walks, CallUntilTheTimeIsOverOrTheVisitorHasEnough)
         mtu = 1500;
         return GetClient::OK;
     });
+    node.otherwise([](auto...) { return true; }); // with a reply that is too short
     auto const visited = [](trs::catalogue::Visitor const& visitor, auto... end) {
         Walk walk;
         walk.begin({"IpNodeClient", IpNodeClient::IPNODE_OID});

@@ -1,6 +1,6 @@
 #include "tools/traffic/Conversation.h"
 
-#include "catalogue/Constants.h"
+#include "catalogue/ConstantNames.h"
 #include "catalogue/MessageText.h"
 
 #include <algorithm>

@@ -2,6 +2,7 @@
 #include "broker/PrintableText.h"
 #include "catalogue/Class.h"
 #include "catalogue/Constants.h"
+#include "catalogue/Json.h"
 #include "catalogue/Limits.h"
 #include "tools/support/Console.h"
 #include "tools/trsctl/Program.h"

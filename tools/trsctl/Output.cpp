@@ -1,6 +1,8 @@
 #include "tools/trsctl/Output.h"
 
 #include "broker/PrintableText.h"
+#include "catalogue/Json.h"
+#include "catalogue/ValueText.h"
 #include "tools/support/Colour.h"
 #include "tools/support/Console.h"
 

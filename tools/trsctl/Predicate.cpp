@@ -1,6 +1,7 @@
 #include "tools/trsctl/Predicate.h"
 
 #include "broker/PrintableText.h"
+#include "catalogue/ValueText.h"
 
 #include <algorithm>
 #include <charconv>

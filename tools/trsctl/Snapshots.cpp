@@ -1,9 +1,10 @@
 // trsctl snapshot and diff: all that a unit tells, and what two of them tell differently.
 #include "broker/Broker.h"
 #include "broker/PrintableText.h"
-#include "catalogue/Constants.h"
+#include "catalogue/ConstantNames.h"
 #include "catalogue/File.h"
 #include "catalogue/Json.h"
+#include "catalogue/ValueText.h"
 #include "catalogue/Walk.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Colour.h"

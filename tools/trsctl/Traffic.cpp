@@ -1,6 +1,8 @@
 // trsctl trace, capture, decode and stats: what passes between management processes and a unit.
 #include "broker/PrintableText.h"
+#include "catalogue/Json.h"
 #include "catalogue/Text.h"
+#include "catalogue/ValueText.h"
 #include "tools/support/Colour.h"
 #include "tools/support/StandardStreams.h"
 #include "tools/traffic/Capture.h"

@@ -1,5 +1,6 @@
 // trsctl tree: the graph of a unit's objects.
 #include "broker/PrintableText.h"
+#include "catalogue/Json.h"
 #include "catalogue/Walk.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Colour.h"

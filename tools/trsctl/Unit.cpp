@@ -2,8 +2,9 @@
 
 #include "broker/Broker.h"
 #include "broker/PrintableText.h"
-#include "catalogue/Constants.h"
+#include "catalogue/ConstantNames.h"
 #include "catalogue/Limits.h"
+#include "catalogue/ValueText.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Progress.h"
 #include "tools/trsctl/Interrupt.h"
