@@ -16,7 +16,8 @@ std::string readWholeFile(std::string const& path, std::string& text);
 std::string readStandardInput(std::string& text);
 
 // Replaces what a file holds as a whole or not at all, on the disk too: whatever fails, the file is as it was, and
-// there is no other one. A symbolic link is followed, and the mode and the owner of a file that was there are kept.
+// there is no other one; only when syncing the directory fails, in the end, nobody knows which one the disk has. A
+// symbolic link is followed, and the mode and the owner of a file that was there are kept.
 // What is no regular file, such as a device or a pipe, is written to.
 std::error_code writeWholeFile(std::string const& path, std::string_view text);
 

@@ -1,6 +1,7 @@
 // What the programs do with hostile documents, files that are none, and disks that are full.
 #include "catalogue/File.h"
 #include "catalogue/SimulatorClient.h"
+#include "catalogue/Value.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tests/tools/Trsctl.h"
 #include "unit/Scenario.h"
@@ -143,7 +144,7 @@ TEST_F(Robustness, AFileIsWrittenAsAWholeOrStaysAsItWas)
 
     Unit sim = unit({"--clock", "stepped"});
     EXPECT_EQ(shell(trsctl() + "snapshot -o /dev/stdout | grep -c getMtu >&2").code, 0);
-    Result const full = shell("trap '' XFSZ; ulimit -f 1; " + trsctl() + "snapshot -o " + kept);
+    Result const full = shell("ulimit -f 1; " + trsctl() + "snapshot -o " + kept);
     EXPECT_EQ(full.code, 1);
     EXPECT_EQ(full.error, "'" + kept + "' cannot be written: File too large\n");
     EXPECT_EQ(contentOf(kept), "new");
@@ -155,8 +156,8 @@ TEST_F(Robustness, ACaptureEndsWithItsLastWholeMessageWhenTheDiskIsFull)
 {
     Unit const sim = unit({"--clock", "stepped"});
     std::string const relayed = endpoint + ".relay";
-    ChildProcess between("/bin/sh", {"-c", "trap '' XFSZ; ulimit -f 2; exec " + program("trsctl") + " --unit " +
-                                               endpoint + " capture --listen " + relayed + " -w " + file("c")});
+    ChildProcess between("/bin/sh", {"-c", "ulimit -f 2; exec " + program("trsctl") + " --unit " + endpoint +
+                                               " capture --listen " + relayed + " -w " + file("c")});
     between.readUntil("relaying", ChildProcess::Stream::error);
     ChildProcess calls(
         "/bin/sh", {"-c", "while " + program("trsctl") + " --unit " + relayed + " get IpNode mtu; do :; done 2>&1"});
@@ -166,6 +167,27 @@ TEST_F(Robustness, ACaptureEndsWithItsLastWholeMessageWhenTheDiskIsFull)
     Result const decoded = run({"decode", file("c")});
     EXPECT_EQ(decoded.code, 0) << decoded.error;
     EXPECT_THAT(decoded.output, HasSubstr("getMtu"));
+}
+
+TEST_F(Robustness, ALogOfCallsEndsWithItsLastWholeLineWhenTheDiskIsFull)
+{
+    ChildProcess sim("/bin/sh", {"-c", "ulimit -f 1; exec " + program("trssim") + " --listen " + endpoint +
+                                           " --clock stepped --log-calls " + file("log")});
+    sim.readUntil("ready on ");
+    Result const calls = run({"bench", "IpNode", "mtu", "--count", "100"});
+    EXPECT_EQ(calls.code, 0) << "the unit serves on";
+    sim.signal(SIGTERM);
+    EXPECT_EQ(sim.waitForExit(), 1);
+    sim.readUntil("cannot be written: File too large", ChildProcess::Stream::error);
+    std::string const log = contentOf(file("log"));
+    EXPECT_THAT(log, testing::EndsWith("}\n"));
+    std::istringstream lines(log);
+    int count = 0;
+    for (std::string line; std::getline(lines, line); ++count) {
+        EXPECT_TRUE(trs::catalogue::Value::parse(line, nullptr, false).is_object()) << line;
+    }
+    EXPECT_GT(count, 0);
+    EXPECT_LT(count, 100);
 }
 
 TEST_F(Robustness, ALogOfCallsThatIsNotWholeIsToldOnce)
