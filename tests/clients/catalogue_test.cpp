@@ -102,13 +102,9 @@ INSTANTIATE_TEST_SUITE_P(All, Catalogue, testing::ValuesIn(checks),
 TEST(CatalogueAsAWhole, isInTheCode)
 {
     std::set<std::string> missing;
-    std::size_t rows = 0;
     for (auto const& [name, lines] : golden::lines()) {
         missing.insert(name);
-        rows += lines.size();
     }
-    EXPECT_EQ(missing.size(), 56U);
-    EXPECT_EQ(rows, 577U); // 573 operations and four classes without
     for (ClassCheck const& check : checks) {
         EXPECT_EQ(missing.erase(std::string(check.name)), 1U) << check.name;
     }

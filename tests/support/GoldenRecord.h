@@ -5,6 +5,7 @@
 #include "tests/support/Exchange.h"
 #include "tests/support/TypeText.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <filesystem>
@@ -31,6 +32,17 @@ inline std::map<std::string, std::vector<std::string>, std::less<>> const& lines
         return classes;
     }();
     return read;
+}
+
+// Without the lines of classes that have none.
+inline std::size_t operationCount()
+{
+    std::size_t count = 0;
+    for (auto const& [name, rows] : lines()) {
+        count += static_cast<std::size_t>(
+            std::ranges::count_if(rows, [](std::string const& row) { return !row.ends_with("\t-\t-\t-\t-"); }));
+    }
+    return count;
 }
 
 template <class Proxy>
