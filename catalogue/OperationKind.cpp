@@ -18,7 +18,7 @@ struct Word {
 };
 
 // Of those that lead to a subject, the first ones are meant first.
-constexpr Word words[] = {
+constexpr Word nameWords[] = {
     {"get", OperationKind::read},
     {"is", OperationKind::read},
     {"has", OperationKind::read},
@@ -47,8 +47,8 @@ bool hasStatusOfSetting(Operation const& operation)
 Word const* wordOf(Operation const& operation)
 {
     auto const* const found =
-        std::ranges::find_if(words, [&](Word const& word) { return operation.name.starts_with(word.text); });
-    return found == std::end(words) || (found->kind == OperationKind::read && hasStatusOfSetting(operation)) ? nullptr
+        std::ranges::find_if(nameWords, [&](Word const& word) { return operation.name.starts_with(word.text); });
+    return found == std::end(nameWords) || (found->kind == OperationKind::read && hasStatusOfSetting(operation)) ? nullptr
                                                                                                              : found;
 }
 
@@ -114,7 +114,7 @@ Operation const* find(Class const& type, std::string_view name, OperationKind ki
         return exact;
     }
     std::vector<Operation const*> const all = type.operations();
-    for (Word const& word : words) {
+    for (Word const& word : nameWords) {
         auto const found = std::find_if(all.rbegin(), all.rend(), [&](Operation const* candidate) {
             return word.kind == kind && wordOf(*candidate) == &word && isSame(subjectOf(*candidate), name);
         });

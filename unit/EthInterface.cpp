@@ -34,22 +34,24 @@ EthInterface::EthInterface(Inventory& inventory, std::string const& id, short nu
     interface.servant()
         .on<&EthIfNetClient::getLinks>([this] { return links_; })
         .on<&EthIfNetClient::setLinks>([this](TipprmiSequence<EthLinkClient> const& links) {
-            if (links.getLength() != 0 && links.getLength() <= mostLinks) {
-                links_ = links;
+            if (takeLinks(links)) {
                 lookBelow();
             }
         })
-        .on<&EthIfNetClient::getActiveLink>([this] {
-            auto const active =
-                std::ranges::find_if(links_, [this](EthLinkClient const& each) { return carries(each); });
-            return EthLinkClient(active != links_.end() ? *active : links_[0]);
+        .on<&EthIfNetClient::getActiveLink>([this] { return activeLink(); })
+        .on<&EthIfNetClient::setActiveLink>([this](EthLinkClient const& wanted) {
+            if (std::ranges::any_of(links_, [&](EthLinkClient const& each) { return each.isSameObject(wanted); })) {
+                preferred_ = wanted;
+            }
         })
         .on<&EthIfNetClient::getVlanIfNetFabric>([this] { return fabric_.proxy<VlanIfNetFabricClient>(); })
         .on<&EthIfNetClient::resetIpAddrSequence>([this] {
             clearAddresses();
             return SetClient::OK;
         });
-    interface.facts().addTold<&EthIfNetClient::getLinks>(links_);
+    interface.facts().addTold<&EthIfNetClient::getLinks>(
+        links_, [this](TipprmiSequence<EthLinkClient> const& links) { return takeLinks(links); });
+    interface.facts().addGiven<&EthIfNetClient::setActiveLink>(preferred_);
     interface.holds<&EthIfNetClient::getVlanEnabled, &EthIfNetClient::setVlanEnabled>(hasVlans_);
     interface.holds<&EthIfNetClient::getQosEnable, &EthIfNetClient::setQosEnable>(hasQos_);
     fabric_.onSettle([this] { return twice(); });
@@ -64,6 +66,28 @@ bool EthInterface::carries(EthLinkClient const& link) const
 {
     auto* const known = dynamic_cast<Managed*>(inventory_.find(link.getOID().getIdString()));
     return known == nullptr || known->faults() == nullptr || known->faults()->isEnabled();
+}
+
+bool EthInterface::takeLinks(TipprmiSequence<EthLinkClient> const& links)
+{
+    bool const isTaken = links.getLength() != 0 && links.getLength() <= mostLinks;
+    if (isTaken) {
+        links_ = links;
+    }
+    return isTaken;
+}
+
+// The one that management chose, while it carries; else the first that does.
+EthLinkClient EthInterface::activeLink() const
+{
+    auto const isActive = [this](EthLinkClient const& link) { return carries(link); };
+    auto const chosen = std::ranges::find_if(
+        links_, [&](EthLinkClient const& link) { return link.isSameObject(preferred_) && isActive(link); });
+    if (chosen != links_.end()) {
+        return *chosen;
+    }
+    auto const first = std::ranges::find_if(links_, isActive);
+    return first != links_.end() ? *first : links_[0];
 }
 
 Vlan const* EthInterface::addVlan(VlanIfNetClient::VlanIfNetCreateParams const& params)
@@ -114,19 +138,25 @@ bool EthInterface::removeVlan(std::string const& objectId)
 
 void EthInterface::carryPublicAddress(PublicAddress& address)
 {
-    servant()
-        .on<&IfNetClient::getPublicIpAddr>([this, &address](IfNetClient::IpAddrInfo& info) {
-            info = publicAddress();
-            info.ipAddress = address.octets();
-            return GetClient::OK;
-        })
-        .on<&IfNetClient::setPublicIpAddr>([this, &address](IfNetClient::IpAddrInfo const& info) {
+    servant().on<&IfNetClient::setPublicIpAddr>([this, &address](IfNetClient::IpAddrInfo const& info) {
+        publicAddress() = info;
+        address.announce(info.ipAddress);
+        return SetClient::OK;
+    });
+    object().facts().addTold<&IfNetClient::getPublicIpAddr>(
+        publicAddress(),
+        [this, &address](IfNetClient::IpAddrInfo const& info) {
             publicAddress() = info;
-            if (info.ipAddress != address.octets()) {
-                address.set(addressNumber(info.ipAddress) == 0 ? "" : addressText(info.ipAddress));
-            }
-            return SetClient::OK;
-        });
+            address.set(info.ipAddress);
+            return true;
+        },
+        &operationOf<&IfNetClient::setPublicIpAddr>());
+    auto const follow = [this, &address] {
+        publicAddress().ipAddress = address.octets();
+        object().changed();
+    };
+    addressChanges_.emplace(address.changes(), follow);
+    follow();
 }
 
 int EthInterface::prefixOf(Address const& address, bool onlyUp) const

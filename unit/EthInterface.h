@@ -8,13 +8,14 @@
 
 #include <list>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace trs::sim {
 
 // The VLANs that it has can be had from it and from its fabric, which knows each by its VLAN identifier in decimal.
-// Runs while the link that is active does.
+// Runs while one of its links does.
 class EthInterface final : public Interface {
 public:
     EthInterface(Inventory& inventory, std::string const& id, short number, Address const& address,
@@ -45,15 +46,19 @@ private:
     // False when there is none.
     bool erase(Vlan const* vlan);
     bool carries(EthLinkClient const& link) const;
+    bool takeLinks(TipprmiSequence<EthLinkClient> const& links);
+    EthLinkClient activeLink() const;
     std::string twice() const;
 
     Inventory& inventory_;
-    TipprmiSequence<EthLinkClient> links_;
+    TipprmiSequence<EthLinkClient> links_; // at least one
+    EthLinkClient preferred_;
     bool hasVlans_ = true;
     bool hasQos_ = false;
     TipprmiArray<short, 6> ethernetAddress_{};
     std::list<std::unique_ptr<Vlan>> vlans_;
     Managed fabric_;
+    std::optional<Signal::Subscription> addressChanges_; // of the interface that carries the public address
 };
 
 } // namespace trs::sim

@@ -33,6 +33,16 @@ Told onlyOne(catalogue::Operation const& operation, bool isIn)
 
 std::string const Facts::unknown = "unknown";
 
+void Facts::add(Fact fact)
+{
+    auto const found = std::ranges::find(facts_, fact.name, &Fact::name);
+    if (found != facts_.end()) {
+        *found = std::move(fact);
+    } else {
+        facts_.push_back(std::move(fact));
+    }
+}
+
 void Facts::add(std::string_view name, bool& variable)
 {
     add({name, [&variable] { return Value(variable); },
@@ -48,17 +58,17 @@ void Facts::add(std::string_view name, bool& variable)
          }});
 }
 
-void Facts::add(std::string_view name, unsigned long& variable)
+void Facts::add(std::string_view name, std::string& variable)
 {
     add({name, [&variable] { return Value(variable); },
          [&variable](Value const& value) {
              if (value.is_null()) {
                  return std::string();
              }
-             if (!value.is_number_unsigned()) {
-                 return catalogue::toJson(value, -1) + " is no number from 0 on";
+             if (!value.is_string()) {
+                 return catalogue::toJson(value, -1) + " is no text";
              }
-             variable = value.get<unsigned long>();
+             variable = value.get<std::string>();
              return std::string();
          }});
 }

@@ -49,10 +49,10 @@ public:
     };
     static std::string const unknown;
 
-    // The names outlive the facts.
-    void add(Fact fact) { facts_.push_back(std::move(fact)); }
+    // The names outlive the facts. Takes the place of the fact of that name, if there is one.
+    void add(Fact fact);
     void add(std::string_view name, bool& variable);
-    void add(std::string_view name, unsigned long& variable);
+    void add(std::string_view name, std::string& variable);
     void add(Others others) { others_.push_back(std::move(others)); }
 
     // Takes a value from a document: false when it is refused. None: any is held.

@@ -30,7 +30,7 @@ IpNode::IpNode(Inventory& inventory, PublicAddress& address)
       object_(inventory, IpNodeClient::IPNODE_OID, reflect::className<IpNodeClient>),
       wideArea_(inventory, object_.servant(), 3),
       routes_(inventory, "RoutingTable/0", [this](Address const& to, bool onlyUp) { return prefixOf(to, onlyUp); }),
-      access_(inventory, address)
+      access_(inventory, address), addressChanges_(address.changes(), [this] { object_.changed(); })
 {
     transport_.addVlan(vlan(100, makeAddress(10, 100, 0, 7)));
     transport_.addVlan(vlan(200, makeAddress(10, 200, 0, 7)));
@@ -79,6 +79,7 @@ void IpNode::serveConfiguration()
     object_.holds<&IpNodeClient::getIcmpResponseEnabled, &IpNodeClient::setIcmpResponseEnabled>(answersIcmp_);
     object_.holdsEntries<&IpNodeClient::getIpConfig, &IpNodeClient::setIpConfig>(
         [this] { return Object::keysOf(entries_); }, [this] { entries_.clear(); });
+    object_.facts().add("firstAddress", firstAddress_);
     // Each of them is that of an entry.
     auto const setAddresses = [this](std::string const& name) {
         return [this, name](Address const& address, Address const& address2) {
@@ -111,7 +112,7 @@ void IpNode::serveConfiguration()
         .on<&IpNodeClient::resetIpConfig>([this] {
             resetConfiguration();
             if (address_.text() != firstAddress_) {
-                address_.set(firstAddress_);
+                address_.announce(firstAddress_);
             }
             return SetClient::OK;
         });
@@ -123,8 +124,8 @@ bool IpNode::setEntry(std::string const& name, Entry const& entry)
         return false;
     }
     entries_[name] = entry;
-    if (name == IpNodeClient::BTS_PRIMARY_ID && entry.address != address_.octets()) {
-        address_.set(addressNumber(entry.address) == 0 ? "" : addressText(entry.address));
+    if (name == IpNodeClient::BTS_PRIMARY_ID) {
+        address_.announce(entry.address);
     }
     return true;
 }

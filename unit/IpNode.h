@@ -44,7 +44,7 @@ private:
     void resetConfiguration();
 
     PublicAddress& address_;
-    std::string const firstAddress_; // the public one, at the start
+    std::string firstAddress_; // the public one, at the start
     Hardware hardware_;
     EthInterface transport_;
     EthInterface lmp_;
@@ -56,6 +56,7 @@ private:
     WideAreaInterfaces wideArea_;
     RoutingTable routes_;
     AccessServices access_;
+    Signal::Subscription const addressChanges_;
 };
 
 } // namespace trs::sim

@@ -26,8 +26,8 @@ catalogue::Value named(catalogue::Operation const& operation, std::vector<catalo
 
 } // namespace
 
-Object::Object(Inventory& inventory, std::string const& id, std::string_view className)
-    : inventory_(inventory), id_(id), type_(*catalogue::findClass(className)), servant_(TipprmiOID(id))
+Object::Object(Inventory& inventory, std::string const& id, std::string_view className, Origin origin)
+    : inventory_(inventory), id_(id), type_(*catalogue::findClass(className)), origin_(origin), servant_(TipprmiOID(id))
 {
     facts_.add(Facts::Others{[this](catalogue::Value& object) {
                                  for (auto const& [operation, results] : forced_) {

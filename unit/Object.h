@@ -17,7 +17,9 @@ namespace trs::sim {
 // change nothing.
 class Object {
 public:
-    Object(Inventory& inventory, std::string const& id, std::string_view className);
+    // Of an object that follows from facts of another one nothing is said or kept.
+    enum class Origin { own, derived };
+    Object(Inventory& inventory, std::string const& id, std::string_view className, Origin origin = Origin::own);
     Object(Object const&) = delete;
     Object& operator=(Object const&) = delete;
     virtual ~Object() { inventory_.remove(*this); }
@@ -95,9 +97,7 @@ public:
         return keys;
     }
 
-    // Of an object that follows from facts of another one: it is not named where facts are said.
-    void setDerived() { isDerived_ = true; }
-    bool isDerived() const { return isDerived_; }
+    bool isDerived() const { return origin_ == Origin::derived; }
 
     // To be called when a fact changes otherwise than by an operation of this object that is no reading one.
     void changed() { inventory_.tellChange(*this); }
@@ -130,7 +130,7 @@ private:
     Inventory& inventory_;
     std::string const id_;
     catalogue::Class const& type_;
-    bool isDerived_ = false;
+    Origin const origin_;
     Facts facts_;
     std::function<std::string()> settle_;
     std::map<catalogue::Operation const*, catalogue::Value> forced_;

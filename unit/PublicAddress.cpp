@@ -13,11 +13,36 @@ Address PublicAddress::octets() const
                : makeAddress(0, 0, 0, 0);
 }
 
+std::string PublicAddress::textOf(Address const& octets)
+{
+    return addressNumber(octets) == 0 ? std::string() : addressText(octets);
+}
+
 void PublicAddress::set(std::string const& text)
 {
     text_ = text;
+    changes_.give();
+}
+
+void PublicAddress::set(Address const& octets)
+{
+    if (octets != this->octets()) {
+        set(textOf(octets));
+    }
+}
+
+void PublicAddress::announce(std::string const& text)
+{
+    set(text);
     if (announce_) {
         announce_();
+    }
+}
+
+void PublicAddress::announce(Address const& octets)
+{
+    if (octets != this->octets()) {
+        announce(textOf(octets));
     }
 }
 

@@ -25,9 +25,8 @@ auto sameAs(IpRoutingTableClient::IpRouteEntryCfg const& route)
 class RoutingTable::Entry {
 public:
     Entry(Inventory& inventory, std::string const& id, RoutingTable const& table, std::size_t place)
-        : object_(inventory, id, reflect::className<IpRouteEntryClient>)
+        : object_(inventory, id, reflect::className<IpRouteEntryClient>, Object::Origin::derived)
     {
-        object_.setDerived();
         auto const cfg = [&table, place] {
             Route const& route = table.routes_[place];
             return IpRouteEntryClient::Cfg{addressNumber(route.destination), addressNumber(route.netmask),

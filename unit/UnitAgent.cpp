@@ -11,14 +11,20 @@
 namespace trs::sim {
 
 UnitAgent::UnitAgent(Inventory& inventory, PublicAddress& address)
-    : address_(address), object_(std::make_unique<Object>(inventory, NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME,
-                                                          reflect::className<NmiRmiAdapterClient>))
+    : address_(address),
+      object_(std::make_unique<Object>(inventory, NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME,
+                                       reflect::className<NmiRmiAdapterClient>)),
+      changes_(address.changes(), [this] { object_->changed(); })
 {
     address_.setAnnouncer([this] {
-        object_->changed();
+        isAnnouncing_ = true;
         object_->proxy<NmiRmiAdapterClient>().notifyPublicIpAddrChangeRmi();
+        isAnnouncing_ = false;
     });
-    object_->facts().addTold<&NmiRmiAdapterClient::getPublicIpAddrRmi>(address_.text());
+    object_->facts().addTold<&NmiRmiAdapterClient::getPublicIpAddrRmi>(address_.text(), [this](std::string const& text) {
+        address_.set(text);
+        return true;
+    });
     object_->facts().add("acceptsAlarms", acceptsAlarms_);
     object_->facts().add("hangsNext", hangsNext_);
     object_->servant()
@@ -52,12 +58,11 @@ void UnitAgent::sayAddress() const
 
 void UnitAgent::setAddress(std::string const& address)
 {
-    address_.text() = address;
-    object_->changed();
+    address_.set(address);
     sayAddress();
 }
 
-void UnitAgent::announce(std::string const& address) { address_.set(address); }
+void UnitAgent::announce(std::string const& address) { address_.announce(address); }
 
 void UnitAgent::setAcceptsAlarms(bool accepts)
 {
@@ -80,10 +85,11 @@ void UnitAgent::letGo()
     ended_.notify_all();
 }
 
-// Comes first in every operation. The unit's own calls never hang: they would keep it from ending.
+// Comes first in every operation. The unit's own calls never hang: they would keep it from ending, or whoever changed
+// the address waiting.
 void UnitAgent::answer(char const* operation)
 {
-    if (!hangsNext_ || !TreflectORB::isHandlerThread()) {
+    if (!hangsNext_ || isAnnouncing_ || !TreflectORB::isHandlerThread()) {
         return;
     }
     hangsNext_ = false;

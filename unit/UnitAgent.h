@@ -2,6 +2,7 @@
 #pragma once
 
 #include "adapter/NmiRmiAdapterClient.h"
+#include "unit/Signal.h"
 
 #include <condition_variable>
 #include <memory>
@@ -41,10 +42,12 @@ private:
     PublicAddress& address_;
     bool acceptsAlarms_ = true;
     bool hangsNext_ = false;
+    bool isAnnouncing_ = false;
     std::mutex mutex_; // guards what follows, which calls that hang look at without the run permission
     std::condition_variable ended_;
     bool isEnded_ = false;
     std::unique_ptr<Object> const object_;
+    Signal::Subscription const changes_;
 };
 
 } // namespace trs::sim
