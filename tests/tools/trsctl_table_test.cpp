@@ -39,12 +39,15 @@ TEST_F(TrsctlTable, NoVerbAndNoOptionIsMissing)
     std::string const page = trs::tools::manPage(program.table(), "1");
     std::vector<std::string> const verbs = complete({""});
     EXPECT_GT(verbs.size(), 12U);
+    std::ifstream file(source("docs/trsctl.md"));
+    std::string const document(std::istreambuf_iterator<char>(file), {});
     for (trs::tools::Verb const& verb : program.table().verbs) {
         if (verb.isHidden) {
             EXPECT_THAT(verbs, Not(Contains(verb.name)));
             continue;
         }
         EXPECT_THAT(verbs, Contains(verb.name));
+        EXPECT_THAT(document, testing::AnyOf(HasSubstr('`' + verb.name + '`'), HasSubstr('`' + verb.name + ' ')));
         std::string const help = output({verb.name, "--help"});
         std::size_t const begin = page.find(".SS " + verb.name + "\n");
         ASSERT_NE(begin, std::string::npos) << verb.name;

@@ -2,6 +2,7 @@
 
 #include "tools/trsctl/Verbs.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace trs::ctl {
@@ -48,16 +49,10 @@ Unit Program::Options::unitOf() const
 Program::Program(Options defaults) : options_(std::move(defaults)), line_("trsctl", description, 0)
 {
     addOptions(line_, options_);
-    addOfflineVerbs(*this);
-    addCallVerbs(*this);
-    addTreeVerb(*this);
-    addNotificationVerbs(*this);
-    addTrafficVerbs(*this);
-    addSnapshotVerbs(*this);
-    addBenchVerb(*this);
-    addBatchVerb(*this);
-    addShellVerb(*this);
-    addCompletionVerbs(*this);
+#define VERBS_OF(Name) add##Name##Verbs(*this);
+#include "tools/trsctl/Verbs.inc"
+#undef VERBS_OF
+    std::ranges::sort(line_.table().verbs, {}, &tools::Verb::name);
     line_.addCommonOptions();
 }
 

@@ -1,19 +1,12 @@
-// Where each group of verbs is added to the program.
+// The verbs: each file NAME.cpp in verbs/ has a function addNAMEVerbs(), which adds its own. The build lists the files.
 #pragma once
 
 namespace trs::ctl {
 
 class Program;
 
-void addOfflineVerbs(Program& program);      // list, describe
-void addCallVerbs(Program& program);         // get, set, call, walk
-void addTreeVerb(Program& program);          // tree
-void addNotificationVerbs(Program& program); // watch, wait
-void addTrafficVerbs(Program& program);      // trace, capture, decode, stats, dissector
-void addSnapshotVerbs(Program& program);     // snapshot, diff
-void addCompletionVerbs(Program& program);   // completion
-void addBatchVerb(Program& program);         // batch
-void addShellVerb(Program& program);         // shell
-void addBenchVerb(Program& program);         // bench
+#define VERBS_OF(Name) void add##Name##Verbs(Program& program);
+#include "tools/trsctl/Verbs.inc" // made by CMake
+#undef VERBS_OF
 
 } // namespace trs::ctl

@@ -82,7 +82,7 @@ ExitCode batch(BatchWords const& words, Program::Options const& options)
 
 } // namespace
 
-void addBatchVerb(Program& program)
+void addBatchVerbs(Program& program)
 {
     auto const words = std::make_shared<BatchWords>();
     program.add({.name = "batch",

@@ -152,7 +152,7 @@ ExitCode bench(Unit const& unit, BenchWords const& words)
 
 } // namespace
 
-void addBenchVerb(Program& program)
+void addBenchVerbs(Program& program)
 {
     auto const words = std::make_shared<BenchWords>();
     program.add({.name = "bench",

@@ -198,7 +198,7 @@ ExitCode describe(std::string const& name, std::string const& parameter, Format 
 
 } // namespace
 
-void addOfflineVerbs(Program& program)
+void addDescribeVerbs(Program& program)
 {
     auto const name = std::make_shared<std::string>();
     program.add({.name = "list",

@@ -284,7 +284,7 @@ tools::Option timeOption(NotificationWords& words)
 
 } // namespace
 
-void addNotificationVerbs(Program& program)
+void addNotificationsVerbs(Program& program)
 {
     auto const watched = std::make_shared<NotificationWords>();
     program.add({.name = "watch",

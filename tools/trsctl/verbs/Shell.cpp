@@ -193,7 +193,7 @@ ExitCode run(Program::Options const& options, ShellWords const& shell)
 
 } // namespace
 
-void addShellVerb(Program& program)
+void addShellVerbs(Program& program)
 {
     auto const words = std::make_shared<ShellWords>();
     program.add({.name = "shell",

@@ -138,7 +138,7 @@ ExitCode Unit::tree(std::string const& object, int depth, bool isDot)
     return end;
 }
 
-void addTreeVerb(Program& program)
+void addTreeVerbs(Program& program)
 {
     struct Words {
         std::string object = "IpNode";
