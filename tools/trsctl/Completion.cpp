@@ -3,6 +3,7 @@
 #include "broker/PrintableText.h"
 #include "catalogue/Walk.h"
 #include "rmi/TreflectHandlerState.h"
+#include "tools/trsctl/Target.h"
 
 #include <algorithm>
 #include <set>
@@ -24,8 +25,8 @@ std::vector<std::string> objectsOf(Program::Options options)
     options.timeout = static_cast<int>(patience.count());
     options.wait = 0;
     std::vector<std::string> found{"IpNode", "NmiRmiAdapterServer", "Simulator"};
-    Unit::Target target;
-    if (options.unitOf().connect(found.front(), target) != ExitCode::good) {
+    Target target;
+    if (findTarget(options, found.front(), target) != ExitCode::good) {
         return found;
     }
     catalogue::Walk walk({.mostObjects = mostCandidates});

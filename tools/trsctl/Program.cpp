@@ -40,12 +40,6 @@ void addOptions(tools::CommandLine& line, Program::Options& options)
 
 } // namespace
 
-Unit Program::Options::unitOf() const
-{
-    return Unit(
-        {unit, std::chrono::milliseconds(timeout), std::chrono::milliseconds(static_cast<long>(wait * 1000)), format});
-}
-
 Program::Program(Options defaults) : options_(std::move(defaults)), line_("trsctl", description, 0)
 {
     addOptions(line_, options_);

@@ -4,7 +4,7 @@
 #include "tools/support/Colour.h"
 #include "tools/support/CommandLine.h"
 #include "tools/trsctl/ExitCode.h"
-#include "tools/trsctl/Unit.h"
+#include "tools/trsctl/Output.h"
 
 #include <functional>
 #include <string>
@@ -22,9 +22,6 @@ public:
         double wait = 0;    // for the unit to be up, in seconds
         Format format = Format::text;
         tools::UseOfColour colour = tools::UseOfColour::whereItIsSeen;
-
-        // The unit that the options name.
-        Unit unitOf() const;
     };
     using Action = std::function<ExitCode(Options const&)>;
 

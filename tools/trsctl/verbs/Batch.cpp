@@ -3,10 +3,12 @@
 #include "catalogue/File.h"
 #include "catalogue/Text.h"
 #include "tools/support/StandardStreams.h"
+#include "tools/trsctl/Complaint.h"
 #include "tools/trsctl/Program.h"
 #include "tools/trsctl/Verbs.h"
 
 #include <cstdio>
+#include <fmt/format.h>
 #include <iostream>
 #include <memory>
 #include <sstream>
@@ -35,9 +37,9 @@ ExitCode runLines(std::istream& lines, std::string const& name, bool goesOn, Pro
         }
         auto const code = wrong.empty() ? static_cast<ExitCode>(Program(defaults).run(words)) : ExitCode::usage;
         if (code != ExitCode::good) {
-            std::fprintf(stderr, "%s:%lu: %s\n", printable(name).c_str(), number,
-                         wrong.empty() ? ("ended with exit code " + std::to_string(static_cast<int>(code))).c_str()
-                                       : wrong.c_str());
+            complain(
+                fmt::format("{}:{}: {}", printable(name), number,
+                            wrong.empty() ? fmt::format("ended with exit code {}", static_cast<int>(code)) : wrong));
             first = first == ExitCode::good ? code : first;
             if (!goesOn) {
                 break;
@@ -59,8 +61,7 @@ ExitCode runFile(BatchWords const& words, Program::Options const& options)
     }
     std::string text;
     if (std::string const why = catalogue::readWholeFile(words.file, text); !why.empty()) {
-        std::fprintf(stderr, "%s\n", why.c_str());
-        return ExitCode::usage;
+        return complain(why);
     }
     std::istringstream lines(text);
     return runLines(lines, words.file, words.goesOn, options);
@@ -71,8 +72,7 @@ ExitCode batch(BatchWords const& words, Program::Options const& options)
 {
     static int nested = 0;
     if (nested == mostNested) {
-        std::fprintf(stderr, "'%s': batches are nested more than %d deep\n", printable(words.file).c_str(), mostNested);
-        return ExitCode::usage;
+        return complain(fmt::format("'{}': batches are nested more than {} deep", printable(words.file), mostNested));
     }
     ++nested;
     ExitCode const code = runFile(words, options);

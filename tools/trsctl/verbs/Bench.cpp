@@ -3,7 +3,7 @@
 #include "tools/support/Progress.h"
 #include "tools/support/Quantiles.h"
 #include "tools/trsctl/Interrupt.h"
-#include "tools/trsctl/Program.h"
+#include "tools/trsctl/Target.h"
 #include "tools/trsctl/Verbs.h"
 
 #include <algorithm>
@@ -112,25 +112,25 @@ private:
     std::atomic<unsigned> ended_ = 0;
 };
 
-ExitCode bench(Unit const& unit, BenchWords const& words)
+ExitCode bench(Program::Options const& options, BenchWords const& words)
 {
-    Unit::Target target;
-    if (ExitCode const code = unit.connect(words.object, target); code != ExitCode::good) {
+    Target target;
+    if (ExitCode const code = findTarget(options, words.object, target); code != ExitCode::good) {
         return code;
     }
-    catalogue::Operation const* const operation = Unit::findOperation(target, words.operation);
+    catalogue::Operation const* const operation = findOperation(target, words.operation);
     std::vector<Value> in;
     if (operation == nullptr) {
         return ExitCode::usage;
     }
-    if (ExitCode const code = Unit::readArguments(target, *operation, words.arguments, in); code != ExitCode::good) {
+    if (ExitCode const code = readArguments(target, *operation, words.arguments, in); code != ExitCode::good) {
         return code;
     }
     {
         TreflectHandlerState const running;
         Outcome const first = catalogue::call(target.object, *operation, in);
         if (first.kind == Outcome::Kind::failed || first.kind == Outcome::Kind::wrong) {
-            return unit.complain(target, *operation, first);
+            return complain(target, *operation, first);
         }
     }
     Load load(words, target.object, *operation, in);
@@ -146,7 +146,7 @@ ExitCode bench(Unit const& unit, BenchWords const& words)
         threads[i].join();
         all.insert(all.end(), durations[i].begin(), durations[i].end());
     }
-    writeResults(load.result(std::move(all)), unit.options().format);
+    writeResults(load.result(std::move(all)), options.format);
     return load.hasFailures() ? ExitCode::malformedReply : ExitCode::good;
 }
 
@@ -189,7 +189,7 @@ void addBenchVerbs(Program& program)
                           .type = "R",
                           .range = {{0, 1e7}}},
                      }},
-                [words](Program::Options const& options) { return bench(options.unitOf(), *words); });
+                [words](Program::Options const& options) { return bench(options, *words); });
 }
 
 } // namespace trs::ctl

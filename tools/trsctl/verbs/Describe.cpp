@@ -4,15 +4,14 @@
 #include "catalogue/Constants.h"
 #include "catalogue/Json.h"
 #include "catalogue/Limits.h"
-#include "tools/support/Console.h"
-#include "tools/trsctl/Program.h"
+#include "tools/support/StandardStreams.h"
+#include "tools/trsctl/Complaint.h"
+#include "tools/trsctl/Target.h"
 #include "tools/trsctl/Verbs.h"
 
 #include <charconv>
-#include <cstdio>
 #include <fmt/format.h>
 #include <memory>
-#include <set>
 
 namespace trs::ctl {
 
@@ -34,7 +33,7 @@ Class const* find(std::string const& name)
         found = error == std::errc() && end == name.data() + name.size() ? catalogue::findClass(id) : nullptr;
     }
     if (found == nullptr) {
-        std::fprintf(stderr, "'%s' is no class; `trsctl list` tells them\n", printable(name).c_str());
+        complain(fmt::format("'{}' is no class; `trsctl list` tells them", printable(name)));
     }
     return found;
 }
@@ -137,8 +136,7 @@ ExitCode writeTemplate(catalogue::Operation const& operation, std::string const&
     std::vector<std::string_view> const names = operation.parameterNames();
     auto const found = std::ranges::find(names, parameter);
     if (found == names.end()) {
-        std::fprintf(stderr, "'%s' is no parameter\n%s\n", printable(parameter).c_str(), operation.signature().c_str());
-        return ExitCode::usage;
+        return complain(fmt::format("'{}' is no parameter\n{}", printable(parameter), operation.signature()));
     }
     auto const end = operation.parameters.begin() + (found - names.begin());
     std::vector<Value> in;
@@ -163,8 +161,7 @@ ExitCode describe(std::string const& name, std::string const& parameter, Format 
         return ExitCode::usage;
     }
     if (dot == std::string::npos && !parameter.empty()) {
-        std::fprintf(stderr, "--template is for an operation: CLASS.OPERATION\n");
-        return ExitCode::usage;
+        return complain("--template is for an operation: CLASS.OPERATION");
     }
     if (dot == std::string::npos) {
         Value operations = Value::array();
@@ -182,11 +179,8 @@ ExitCode describe(std::string const& name, std::string const& parameter, Format 
         writeResults(value, format);
         return ExitCode::good;
     }
-    catalogue::Operation const* const operation = found->find(name.substr(dot + 1));
+    catalogue::Operation const* const operation = findOperation(*found, name.substr(dot + 1));
     if (operation == nullptr) {
-        std::fprintf(stderr, "'%s' is no operation of %s; `trsctl list %s` tells them\n",
-                     printable(name.substr(dot + 1)).c_str(), std::string(found->name).c_str(),
-                     std::string(found->name).c_str());
         return ExitCode::usage;
     }
     if (!parameter.empty()) {

@@ -15,7 +15,7 @@
 #include "tools/trsctl/Feed.h"
 #include "tools/trsctl/Interrupt.h"
 #include "tools/trsctl/Predicate.h"
-#include "tools/trsctl/Program.h"
+#include "tools/trsctl/Target.h"
 #include "tools/trsctl/Verbs.h"
 
 #include <list>
@@ -44,7 +44,7 @@ struct NotificationWords {
 // Tells a feed of the executions of one operation.
 class Listener final : public TreflectObserver {
 public:
-    Listener(Unit::Target const& target, catalogue::Operation const& operation, Feed& feed)
+    Listener(Target const& target, catalogue::Operation const& operation, Feed& feed)
         : TreflectObserver(target.object.getOID(), nullptr, "trsctl"), name_(target.name.text()), operation_(operation),
           feed_(feed)
     {
@@ -104,32 +104,32 @@ Outcome whyNotObserved()
 }
 
 // Has the feed told of the operations. What is wrong is said.
-ExitCode listen(Unit const& unit, Unit::Target const& target,
-                std::vector<catalogue::Operation const*> const& operations, Feed& feed, std::list<Listener>& listeners)
+ExitCode listen(Target const& target, std::vector<catalogue::Operation const*> const& operations, Feed& feed,
+                std::list<Listener>& listeners)
 {
     TreflectHandlerState const running;
     for (catalogue::Operation const* const operation : operations) {
         Listener& listener = listeners.emplace_back(target, *operation, feed);
         if (!observe(target.object, operation->classId, operation->index, listener)) {
-            return unit.complain(target, *operation, whyNotObserved());
+            return complain(target, *operation, whyNotObserved());
         }
     }
     std::fprintf(stderr, "watching %s\n", target.name.text().c_str());
     return ExitCode::good;
 }
 
-ExitCode readWords(Unit const& unit, NotificationWords const& words, Unit::Target& target,
+ExitCode readWords(Program::Options const& options, NotificationWords const& words, Target& target,
                    std::vector<catalogue::Operation const*>& operations, Predicate& predicate)
 {
     if (std::string const wrong = words.where.empty() ? "" : Predicate::parse(words.where, predicate); !wrong.empty()) {
         std::fprintf(stderr, "--where: %s\n", wrong.c_str());
         return ExitCode::usage;
     }
-    if (ExitCode const code = unit.connect(words.object, target); code != ExitCode::good) {
+    if (ExitCode const code = findTarget(options, words.object, target); code != ExitCode::good) {
         return code;
     }
     for (std::string const& name : words.operations) {
-        operations.push_back(Unit::findOperation(target, name));
+        operations.push_back(findOperation(target, name));
         if (operations.back() == nullptr) {
             return ExitCode::usage;
         }
@@ -153,7 +153,7 @@ public:
         }
     }
     // Says so on standard error.
-    void say(Unit::Target const& target) const
+    void say(Target const& target) const
     {
         if (count_ != 0) {
             std::fprintf(stderr, "%s: notifications may be missing: %zu gap%s, the first since %s\n",
@@ -168,14 +168,14 @@ private:
 };
 
 // Shows `words.count` notifications that satisfy the predicate, and the gaps among them; 0: until the time is over.
-ExitCode follow(Unit const& unit, Unit::Target const& target,
+ExitCode follow(Program::Options const& options, Target const& target,
                 std::vector<catalogue::Operation const*> const& operations, Predicate const& predicate,
                 NotificationWords const& words, Gaps& gaps)
 {
     Feed feed(target.name.text());
     GapListener const gapListener([&feed](NotificationGap const& gap) { feed.tell(gap); });
     std::list<Listener> listeners;
-    if (ExitCode const code = listen(unit, target, operations, feed, listeners); code != ExitCode::good) {
+    if (ExitCode const code = listen(target, operations, feed, listeners); code != ExitCode::good) {
         return code;
     }
     std::optional<Clock::time_point> const end = endOf(words.seconds);
@@ -186,10 +186,10 @@ ExitCode follow(Unit const& unit, Unit::Target const& target,
             break;
         }
         if (Feed::isGap(*event)) {
-            show(*event, unit.options().format);
+            show(*event, options.format);
             gaps.add((*event)["gap"]);
         } else if (predicate.holds((*event)["parameters"])) {
-            show(*event, unit.options().format);
+            show(*event, options.format);
             ++shown;
         }
     }
@@ -198,23 +198,23 @@ ExitCode follow(Unit const& unit, Unit::Target const& target,
 }
 
 // Until it has shown what it was to, or is interrupted.
-ExitCode watch(Unit const& unit, NotificationWords const& words)
+ExitCode watch(Program::Options const& options, NotificationWords const& words)
 {
-    Unit::Target target;
+    Target target;
     std::vector<catalogue::Operation const*> operations;
     Predicate predicate;
-    if (ExitCode const code = readWords(unit, words, target, operations, predicate); code != ExitCode::good) {
+    if (ExitCode const code = readWords(options, words, target, operations, predicate); code != ExitCode::good) {
         return code;
     }
     Interrupt const interrupt;
     Gaps gaps;
-    ExitCode const code = follow(unit, target, operations, predicate, words, gaps);
+    ExitCode const code = follow(options, target, operations, predicate, words, gaps);
     bool const isOver = code == ExitCode::good || (code == ExitCode::deadline && Interrupt::came());
     return !isOver ? code : gaps.isAny() ? ExitCode::incomplete : ExitCode::good;
 }
 
 // Reads until what is read satisfies the predicate.
-ExitCode poll(Unit const& unit, Unit::Target const& target, catalogue::Operation const& operation,
+ExitCode poll(Program::Options const& options, Target const& target, catalogue::Operation const& operation,
               Predicate const& predicate, double seconds)
 {
     std::optional<Clock::time_point> const end = endOf(seconds);
@@ -227,7 +227,7 @@ ExitCode poll(Unit const& unit, Unit::Target const& target, catalogue::Operation
         if (outcome.kind == Outcome::Kind::done) {
             catalogue::nameConstants(operation, outcome.results);
             if (predicate.holds(outcome.results)) {
-                writeResults(outcome.results, unit.options().format);
+                writeResults(outcome.results, options.format);
                 return ExitCode::good;
             }
         }
@@ -236,7 +236,7 @@ ExitCode poll(Unit const& unit, Unit::Target const& target, catalogue::Operation
         }
         if (end && Clock::now() >= *end) {
             if (outcome.kind != Outcome::Kind::done) {
-                return unit.complain(target, operation, outcome);
+                return complain(target, operation, outcome);
             }
             std::fprintf(stderr, "%s %s does not satisfy it in time\n", target.name.text().c_str(),
                          std::string(operation.name).c_str());
@@ -246,19 +246,19 @@ ExitCode poll(Unit const& unit, Unit::Target const& target, catalogue::Operation
     }
 }
 
-ExitCode wait(Unit const& unit, NotificationWords const& words)
+ExitCode wait(Program::Options const& options, NotificationWords const& words)
 {
-    Unit::Target target;
+    Target target;
     std::vector<catalogue::Operation const*> operations;
     Predicate predicate;
-    if (ExitCode const code = readWords(unit, words, target, operations, predicate); code != ExitCode::good) {
+    if (ExitCode const code = readWords(options, words, target, operations, predicate); code != ExitCode::good) {
         return code;
     }
     if (isPlainRead(*operations.front())) {
-        return poll(unit, target, *operations.front(), predicate, words.seconds);
+        return poll(options, target, *operations.front(), predicate, words.seconds);
     }
     Gaps gaps;
-    ExitCode const code = follow(unit, target, operations, predicate, words, gaps);
+    ExitCode const code = follow(options, target, operations, predicate, words, gaps);
     if (code == ExitCode::deadline) {
         std::fprintf(stderr, "no such notification came in time\n");
     }
@@ -300,7 +300,7 @@ void addNotificationsVerbs(Program& program)
                          whereOption(*watched),
                          timeOption(*watched),
                      }},
-                [watched](Program::Options const& options) { return watch(options.unitOf(), *watched); });
+                [watched](Program::Options const& options) { return watch(options, *watched); });
 
     auto const awaited = std::make_shared<NotificationWords>();
     awaited->count = 1;
@@ -320,7 +320,7 @@ void addNotificationsVerbs(Program& program)
                  whereOption(*awaited),
                  timeOption(*awaited),
              }},
-        [awaited](Program::Options const& options) { return wait(options.unitOf(), *awaited); });
+        [awaited](Program::Options const& options) { return wait(options, *awaited); });
 }
 
 } // namespace trs::ctl

@@ -1,6 +1,7 @@
 // trsctl shell: command lines from somebody at a terminal, over one connection.
 #include "catalogue/Text.h"
 #include "tools/support/StandardStreams.h"
+#include "tools/trsctl/Complaint.h"
 #include "tools/trsctl/Completion.h"
 #include "tools/trsctl/Interrupt.h"
 #include "tools/trsctl/Program.h"
@@ -149,8 +150,7 @@ bool execute(std::string const& line, Program::Options const& options, ShellWord
 {
     std::vector<std::string> words;
     if (std::string const wrong = catalogue::splitWords(line, words); !wrong.empty()) {
-        std::fprintf(stderr, "%s\n", wrong.c_str());
-        code = ExitCode::usage;
+        code = complain(wrong);
         return true;
     }
     if (words.empty()) {

@@ -9,6 +9,7 @@
 #include "tools/traffic/Dissector.h"
 #include "tools/traffic/Relay.h"
 #include "tools/traffic/Statistics.h"
+#include "tools/trsctl/Complaint.h"
 #include "tools/trsctl/Program.h"
 #include "tools/trsctl/Verbs.h"
 
@@ -61,12 +62,6 @@ void show(Packet const& packet, Told const& told, Format format)
         text += (text.empty() ? "" : " ") + word;
     });
     tools::say(text);
-}
-
-ExitCode complain(std::string const& what)
-{
-    std::fprintf(stderr, "%s\n", what.c_str());
-    return ExitCode::usage;
 }
 
 // Relays until the words say that it is enough.

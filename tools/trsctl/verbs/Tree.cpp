@@ -4,8 +4,8 @@
 #include "catalogue/Walk.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Colour.h"
-#include "tools/support/Console.h"
-#include "tools/trsctl/Program.h"
+#include "tools/support/StandardStreams.h"
+#include "tools/trsctl/Target.h"
 #include "tools/trsctl/Verbs.h"
 
 #include <algorithm>
@@ -96,16 +96,20 @@ void sayDot(Node const& node)
     }
 }
 
-} // namespace
+struct TreeWords {
+    std::string object = "IpNode";
+    int depth = 8;
+    bool isDot = false;
+};
 
-ExitCode Unit::tree(std::string const& object, int depth, bool isDot)
+ExitCode tree(Program::Options const& options, TreeWords const& words)
 {
     Target target;
-    if (ExitCode const code = connect(object, target); code != ExitCode::good) {
+    if (ExitCode const code = findTarget(options, words.object, target); code != ExitCode::good) {
         return code;
     }
     TreflectHandlerState const running;
-    catalogue::Walk walk({.depth = std::max(depth, 1)}); // whether the object is there is asked at least
+    catalogue::Walk walk({.depth = std::max(words.depth, 1)}); // whether the object is there is asked at least
     walk.begin(target.name);
     Graph graph;
     ExitCode end = ExitCode::good;
@@ -113,7 +117,7 @@ ExitCode Unit::tree(std::string const& object, int depth, bool isDot)
         bool const isRootMissing = graph.empty() && visit.outcome.kind == Outcome::Kind::failed &&
                                    visit.outcome.failure.kind != CallFailure::Kind::noSuchOperation;
         if (isRootMissing || isUnitLost(visit.outcome)) {
-            end = complain({visit.object.name, visit.object.type, {}}, visit.operation, visit.outcome);
+            end = complain({target.unit, visit.object.name, visit.object.type, {}}, visit.operation, visit.outcome);
             return false;
         }
         std::vector<Edge>& edges = graph[visit.object.name.id];
@@ -125,12 +129,12 @@ ExitCode Unit::tree(std::string const& object, int depth, bool isDot)
     if (graph.empty() && end != ExitCode::good) {
         return end;
     }
-    Node const root = Planter(graph, depth).plant(target.name.text(), {}, 0);
-    if (isDot) {
+    Node const root = Planter(graph, words.depth).plant(target.name.text(), {}, 0);
+    if (words.isDot) {
         tools::say("digraph unit {");
         sayDot(root);
         tools::say("}");
-    } else if (options_.format == Format::json) {
+    } else if (options.format == Format::json) {
         tools::say(catalogue::toJson(toValue(root)));
     } else {
         sayText(root, 0);
@@ -138,14 +142,11 @@ ExitCode Unit::tree(std::string const& object, int depth, bool isDot)
     return end;
 }
 
+} // namespace
+
 void addTreeVerbs(Program& program)
 {
-    struct Words {
-        std::string object = "IpNode";
-        int depth = 8;
-        bool isDot = false;
-    };
-    auto const words = std::make_shared<Words>();
+    auto const words = std::make_shared<TreeWords>();
     program.add({.name = "tree",
                  .help = "Show what objects lead to",
                  .example = "tree --depth 2",
@@ -160,9 +161,7 @@ void addTreeVerbs(Program& program)
                           .showsDefault = true},
                          {.name = "--dot", .target = &words->isDot, .help = "As a graph for Graphviz"},
                      }},
-                [words](Program::Options const& options) {
-                    return options.unitOf().tree(words->object, words->depth, words->isDot);
-                });
+                [words](Program::Options const& options) { return tree(options, *words); });
 }
 
 } // namespace trs::ctl
