@@ -43,7 +43,7 @@ TipprmiAny take(TipprmiStream& stream, Type const& type)
 
 } // namespace
 
-TipprmiSequence<TipprmiAny> parametersOf(Operation const& operation, TipprmiStream& request, TipprmiStream& reply)
+TipprmiSequence<TipprmiAny> packParameters(Operation const& operation, TipprmiStream& request, TipprmiStream& reply)
 {
     TipprmiSequence<TipprmiAny> parameters;
     if (operation.result != nullptr) {

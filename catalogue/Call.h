@@ -37,6 +37,6 @@ std::string writeResults(TipprmiStream& reply, Operation const& operation, Value
 
 // What observers of an execution are told: the result, if there is one, and then every argument in declaration order.
 // `request` is at the first in-argument, `reply` at the result.
-TipprmiSequence<TipprmiAny> parametersOf(Operation const& operation, TipprmiStream& request, TipprmiStream& reply);
+TipprmiSequence<TipprmiAny> packParameters(Operation const& operation, TipprmiStream& request, TipprmiStream& reply);
 
 } // namespace trs::catalogue

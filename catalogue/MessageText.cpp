@@ -68,7 +68,7 @@ Value argumentsOf(Operation const& operation, bool areIn, TipprmiStream& stream)
     return arguments;
 }
 
-Value parametersOf(Operation const& operation, TipprmiSequence<TipprmiAny> const& told)
+Value unpackParameters(Operation const& operation, TipprmiSequence<TipprmiAny> const& told)
 {
     Value values = Value::object();
     unsigned long place = 0;

@@ -24,7 +24,7 @@ Value argumentsOf(Operation const& operation, bool areIn, TipprmiStream& stream)
 
 // What observers of an execution are told, by name: "result" and all parameters. A list that is shorter than the
 // operation's has the first ones, or none: the object's code did not tell.
-Value parametersOf(Operation const& operation, TipprmiSequence<TipprmiAny> const& told);
+Value unpackParameters(Operation const& operation, TipprmiSequence<TipprmiAny> const& told);
 
 // Adds what a reply says: "status", and "results" of a call that was done. The stream is behind the header; the
 // operation is null when it is not known.

@@ -104,7 +104,7 @@ bool Managed::answerByShape(unsigned long classId, unsigned long opIndex, Tipprm
         TipprmiStream told(100);
         told.marshall(reply.data() + begin, static_cast<int>(reply.size() - begin));
         servant().notifyObservers(classId, opIndex,
-                                  catalogue::parametersOf(*properties_.find(classId, opIndex), given, told));
+                                  catalogue::packParameters(*properties_.find(classId, opIndex), given, told));
     }
     return isAnswered;
 }

@@ -122,7 +122,7 @@ void Conversation::tellAddressed(MessageHeader const& header, TipprmiStream& str
         TipprmiSequence<TipprmiAny> parameters;
         bool const isRead = readParameters(stream, parameters);
         told.value["parameters"] =
-            isRead ? catalogue::parametersOf(*operation, parameters) : catalogue::Value::object();
+            isRead ? catalogue::unpackParameters(*operation, parameters) : catalogue::Value::object();
         catalogue::nameConstants(*operation, told.value["parameters"]);
         checkEnd(stream, told.value);
     }

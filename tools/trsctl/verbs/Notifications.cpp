@@ -54,7 +54,7 @@ public:
     bool detected() override { return true; }
     bool notify(TipprmiSequence<TipprmiAny> const& parameters) override
     {
-        Value values = catalogue::parametersOf(operation_, parameters);
+        Value values = catalogue::unpackParameters(operation_, parameters);
         catalogue::nameConstants(operation_, values);
         feed_.put({{"time", catalogue::timestamp(std::chrono::system_clock::now())},
                    {"object", name_},
