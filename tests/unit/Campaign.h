@@ -2,6 +2,7 @@
 #pragma once
 
 #include "catalogue/Call.h"
+#include "catalogue/Json.h"
 #include "catalogue/Limits.h"
 #include "catalogue/ObjectName.h"
 #include "catalogue/OperationKind.h"
