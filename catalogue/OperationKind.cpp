@@ -48,8 +48,9 @@ Word const* wordOf(Operation const& operation)
 {
     auto const* const found =
         std::ranges::find_if(nameWords, [&](Word const& word) { return operation.name.starts_with(word.text); });
-    return found == std::end(nameWords) || (found->kind == OperationKind::read && hasStatusOfSetting(operation)) ? nullptr
-                                                                                                             : found;
+    return found == std::end(nameWords) || (found->kind == OperationKind::read && hasStatusOfSetting(operation))
+               ? nullptr
+               : found;
 }
 
 bool isSame(std::string_view one, std::string_view other)

@@ -11,8 +11,8 @@ namespace trs::sim {
 
 namespace {
 
-constexpr std::array<std::string_view, 10> names{"refuse", "delay", "drop", "late",  "twice",
-                                                 "cut",    "flip",  "lie",  "close", "trickle"};
+constexpr std::array<std::string_view, 10> kindNames{"refuse", "delay", "drop", "late",  "twice",
+                                                     "cut",    "flip",  "lie",  "close", "trickle"};
 constexpr std::size_t mostRules = 1000;
 constexpr unsigned long certain = 1000; // per mille
 constexpr unsigned long usualDelay = 1000;
@@ -23,8 +23,8 @@ std::string inQuotes(std::string_view text) { return '\'' + printable(std::strin
 
 std::optional<FaultKind> kindOf(std::string_view name)
 {
-    auto const* const found = std::ranges::find(names, name);
-    return found != names.end() ? std::optional(static_cast<FaultKind>(found - names.begin())) : std::nullopt;
+    auto const* const found = std::ranges::find(kindNames, name);
+    return found != kindNames.end() ? std::optional(static_cast<FaultKind>(found - kindNames.begin())) : std::nullopt;
 }
 
 // A word of the command that gives a number.
@@ -41,14 +41,14 @@ constexpr std::array<Number, 4> numbers{{{"call", &FaultPlan::Fault::call, 1, mo
 
 } // namespace
 
-std::string_view FaultPlan::nameOf(FaultKind kind) { return names[static_cast<std::size_t>(kind)]; }
+std::string_view FaultPlan::nameOf(FaultKind kind) { return kindNames[static_cast<std::size_t>(kind)]; }
 
 std::string FaultPlan::inject(Fault const& fault, unsigned long& number)
 {
     std::optional<FaultKind> const kind = kindOf(fault.kind);
     if (!kind) {
         std::string all;
-        for (std::string_view const name : names) {
+        for (std::string_view const name : kindNames) {
             all += (all.empty() ? "" : ", ") + std::string(name);
         }
         return inQuotes(fault.kind) + " is no kind of fault: " + all;

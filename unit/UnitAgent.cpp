@@ -11,9 +11,8 @@
 namespace trs::sim {
 
 UnitAgent::UnitAgent(Inventory& inventory, PublicAddress& address)
-    : address_(address),
-      object_(std::make_unique<Object>(inventory, NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME,
-                                       reflect::className<NmiRmiAdapterClient>)),
+    : address_(address), object_(std::make_unique<Object>(inventory, NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME,
+                                                          reflect::className<NmiRmiAdapterClient>)),
       changes_(address.changes(), [this] { object_->changed(); })
 {
     address_.setAnnouncer([this] {
@@ -21,10 +20,11 @@ UnitAgent::UnitAgent(Inventory& inventory, PublicAddress& address)
         object_->proxy<NmiRmiAdapterClient>().notifyPublicIpAddrChangeRmi();
         isAnnouncing_ = false;
     });
-    object_->facts().addTold<&NmiRmiAdapterClient::getPublicIpAddrRmi>(address_.text(), [this](std::string const& text) {
-        address_.set(text);
-        return true;
-    });
+    object_->facts().addTold<&NmiRmiAdapterClient::getPublicIpAddrRmi>(address_.text(),
+                                                                       [this](std::string const& text) {
+                                                                           address_.set(text);
+                                                                           return true;
+                                                                       });
     object_->facts().add("acceptsAlarms", acceptsAlarms_);
     object_->facts().add("hangsNext", hangsNext_);
     object_->servant()
