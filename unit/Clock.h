@@ -12,6 +12,8 @@ public:
     // Seconds since the unit began; may be asked by any thread.
     unsigned long now() const { return now_; }
     void advance(unsigned long seconds) { now_ += seconds; }
+    // To a time that was: what has happened since then is to be undone by the caller.
+    void turnBack(unsigned long time) { now_ = time; }
 
 private:
     std::atomic<unsigned long> now_ = 0;

@@ -103,6 +103,25 @@ TipprmiSequence<SimulatorClient::NumberedFault> FaultPlan::all() const
     return all;
 }
 
+std::vector<FaultPlan::Fault> FaultPlan::left() const
+{
+    std::lock_guard const lock(mutex_);
+    std::vector<Fault> left;
+    for (Rule const& rule : rules_) {
+        Fault fault = rule.stated.fault;
+        unsigned long const matched = rule.stated.matched;
+        unsigned long const before = std::max(fault.call, 1UL) - 1;
+        unsigned long const meant = matched - std::min(matched, before); // of the calls that it could strike
+        if (fault.count != 0 && meant >= fault.count) {
+            continue;
+        }
+        fault.count -= fault.count != 0 ? meant : 0;
+        fault.call -= std::min(fault.call, matched);
+        left.push_back(fault);
+    }
+    return left;
+}
+
 bool FaultPlan::concerns(Rule const& rule, ObjectAddress const& call)
 {
     return (!rule.classId || *rule.classId == call.classId) && (!rule.opIndex || *rule.opIndex == call.opIndex) &&
@@ -116,6 +135,9 @@ bool FaultPlan::strikes(Rule& rule)
     unsigned long const call = ++rule.stated.matched;
     unsigned long const first = std::max(fault.call, 1UL);
     bool const isMeant = call >= first && (fault.count == 0 || call - first < fault.count);
+    if (spent_ && (call < first || (isMeant && fault.count != 0))) {
+        spent_();
+    }
     bool const isStruck =
         isMeant && (fault.perMille == 0 || fault.perMille == certain || random_() % certain < fault.perMille);
     rule.stated.struck += isStruck ? 1 : 0;

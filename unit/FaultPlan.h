@@ -37,16 +37,29 @@ public:
     // Has calls come by the plan; empty, or why they cannot. Called with every fault.
     using Engage = std::function<std::string()>;
 
+    // Called, on any thread, when what is left of a fault has become less.
+    using Spent = std::function<void()>;
+
     // What happens by chance is the same with the same seed and the same calls.
-    explicit FaultPlan(unsigned long seed, Engage engage = {}) : engage_(std::move(engage)), random_(seed) {}
-    // Before there are faults.
-    void setSeed(unsigned long seed) { random_.seed(seed); }
+    explicit FaultPlan(unsigned long seed, Engage engage = {}, Spent spent = {})
+        : engage_(std::move(engage)), spent_(std::move(spent)), random_(seed)
+    {
+    }
+    // Chance begins anew.
+    void setSeed(unsigned long seed)
+    {
+        std::lock_guard const lock(mutex_);
+        random_.seed(seed);
+    }
 
     // Adds a fault. Empty, with its number, or what is wrong with it.
     std::string inject(Fault const& fault, unsigned long& number);
     // Ends the fault of that number; 0 ends all. False when there is none of that number.
     bool withdraw(unsigned long number);
     TipprmiSequence<SimulatorClient::NumberedFault> all() const;
+    // What is left of those that can still strike: with the calls that are still to come before the first one that is
+    // struck, and the number of those that still are.
+    std::vector<Fault> left() const;
 
     struct Strike {
         FaultKind kind;
@@ -74,6 +87,7 @@ private:
     bool strikes(Rule& rule);
 
     Engage const engage_;
+    Spent const spent_;
     mutable std::mutex mutex_;
     std::vector<Rule> rules_;
     unsigned long lastNumber_ = 0;

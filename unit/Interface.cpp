@@ -62,7 +62,16 @@ Interface::Interface(Inventory& inventory, std::string_view className, std::stri
     object_.holds<&IfNetClient::getInternalMtu, &IfNetClient::setInternalMtu>(internalMtu_);
     object_.holds<&IfNetClient::getDiscardPrivate, &IfNetClient::setDiscardPrivate>(discardsPrivate_);
     object_.holds<&IfNetClient::getDiscardPublic, &IfNetClient::setDiscardPublic>(discardsPublic_);
-    object_.holds<&IfNetClient::getIpAddrSequence, &IfNetClient::setIpAddrSequence>(addresses_);
+    object_.holds<&IfNetClient::getIpAddrSequence, &IfNetClient::setIpAddrSequence>(addresses_,
+                                                                                    [this] { tellAddresses(); });
+    object_.facts().addTold<&IfNetClient::getIpAddrSequence>(
+        addresses_,
+        [this](TipprmiSequence<IfNetClient::IpAddrInfo> const& addresses) {
+            addresses_ = addresses;
+            tellAddresses();
+            return true;
+        },
+        &operationOf<&IfNetClient::setIpAddrSequence>());
     object_.holds<&IfNetClient::getPrivateIpAddr, &IfNetClient::setPrivateIpAddr>(private_);
     object_.holds<&IfNetClient::getPublicIpAddr, &IfNetClient::setPublicIpAddr>(public_);
     servant()
@@ -131,8 +140,24 @@ int Interface::prefixOf(Address const& address) const
     return longest;
 }
 
+void Interface::clearAddresses()
+{
+    addresses_.setLength(0);
+    tellAddresses();
+}
+
+void Interface::tellAddresses() const
+{
+    if (takeFirstAddress_) {
+        takeFirstAddress_(addresses_.getLength() != 0 ? addresses_[0].ipAddress : Address{});
+    }
+}
+
 void Interface::setFirstAddress(Address const& address)
 {
+    if (addresses_.getLength() == 0 && addressNumber(address) == 0) {
+        return;
+    }
     if (addresses_.getLength() == 0) {
         addresses_.setLength(1);
     }

@@ -36,8 +36,10 @@ protected:
     Managed const& object() const { return object_; }
     Servant& servant() { return object_.servant(); }
     void setFirstAddress(Address const& address);
+    // Has `take` get the first address, 0.0.0.0 when there is none, whenever management has set the addresses.
+    void onAddresses(std::function<void(Address const&)> take) { takeFirstAddress_ = std::move(take); }
     IfNetClient::IpAddrInfo& publicAddress() { return public_; }
-    void clearAddresses() { addresses_.setLength(0); }
+    void clearAddresses();
     // What tells whether the interface can run. To be followed by lookBelow().
     void standOn(std::function<bool()> isRunning) { isRunning_ = std::move(isRunning); }
     // Looks whether the interface can still run, and draws the consequences.
@@ -45,6 +47,7 @@ protected:
 
 private:
     unsigned short flags() const;
+    void tellAddresses() const;
 
     std::string name_;
     short number_;
@@ -56,6 +59,7 @@ private:
     TipprmiSequence<IfNetClient::IpAddrInfo> addresses_;
     IfNetClient::IpAddrInfo private_{};
     IfNetClient::IpAddrInfo public_{};
+    std::function<void(Address const&)> takeFirstAddress_;
     std::function<bool()> isRunning_;
     bool wasUp_ = true;
     Managed object_;

@@ -55,7 +55,7 @@ public:
 
     Clock& clock() { return clock_; }
     unsigned long seed() const { return seed_; }
-    // Before anything depends on it.
+    // What was counted before stays.
     void setSeed(unsigned long seed);
     Load& load() { return load_; }
     // Given when an object began or ceased to work.

@@ -329,7 +329,7 @@ void PerformanceService::catchUp()
     // Of a longer time the intervals in the middle would be forgotten again.
     constexpr unsigned long remembered = (intervals + 1) * intervalSeconds;
     unsigned long const now = object_.inventory().clock().now();
-    if (now - countedTo_ > remembered) {
+    if (now > countedTo_ && now - countedTo_ > remembered) {
         countedTo_ += (now - countedTo_ - remembered) / intervalSeconds * intervalSeconds;
     }
     while (countedTo_ < now) {

@@ -237,6 +237,14 @@ std::string applyWhole(Unit& unit, Value const& document)
         }
         unit.inventory().load().setProfile(*profile);
     }
+    if (document.contains("seed")) {
+        if (!document["seed"].is_number_unsigned()) {
+            return "\"seed\" is " + catalogue::toJson(document["seed"], -1) + ", and no number from 0 on";
+        }
+        if (document["seed"] != unit.inventory().seed()) {
+            unit.setSeed(document["seed"].get<unsigned long>());
+        }
+    }
     return document.contains("faults") ? applyFaults(unit, document["faults"]) : std::string();
 }
 
@@ -279,8 +287,8 @@ Value save(Unit& unit)
 Value saveWhole(Unit& unit)
 {
     Value faults = Value::array();
-    for (SimulatorClient::NumberedFault const& fault : unit.faults().all()) {
-        faults.push_back(FaultPlan::text(fault.fault));
+    for (FaultPlan::Fault const& fault : unit.faults().left()) {
+        faults.push_back(FaultPlan::text(fault));
     }
     return {{"format", format},
             {"complete", true},
@@ -294,14 +302,15 @@ std::string apply(Unit& unit, Value const& document)
 {
     UntappedCalls const own; // which meet no fault
     std::string wrong = check(document);
-    wrong = wrong.empty() ? applyTime(unit, document) : wrong;
     if (!wrong.empty()) {
         return wrong;
     }
     Value const before = save(unit);
-    wrong = applyWhole(unit, document);
+    wrong = applyTime(unit, document);
+    wrong = wrong.empty() ? applyWhole(unit, document) : wrong;
     wrong = wrong.empty() ? applyObjects(unit, document) : wrong;
     if (!wrong.empty()) {
+        unit.inventory().clock().turnBack(before["time"].get<unsigned long>());
         applyWhole(unit, before);
         applyObjects(unit, before);
     }

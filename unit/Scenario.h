@@ -9,12 +9,10 @@ namespace trs::sim {
 
 class Unit;
 
-// {"complete": true, "seed": 0, "time": 900, "objects": {"EthIfNet:IfNet/Transport": {"getMtu": {"mtu": 1500}, ...},
-// ...},
-//  "faults": ["cut operation=IfNet.getMtu"]}
+// {"format": 2, "complete": true, "seed": 0, "load": "steady", "time": 900, "faults": ["cut operation=IfNet.getMtu"],
+//  "objects": {"EthIfNet:IfNet/Transport": {"getMtu": {"mtu": 1500}, ...}, ...}}
 //
-// An object has, by operation, what the operation tells; an operation that takes arguments has a list, each element
-// with the arguments as well. docs/trssim.md describes it for users.
+// An object has its facts (Facts.h), mostly by the operation that tells them. docs/trssim.md describes it for users.
 namespace scenario {
 
 // In a stable order: two units that tell the same give the same document. The calling thread is under the run
@@ -24,9 +22,9 @@ catalogue::Value save(Unit& unit);
 catalogue::Value saveWhole(Unit& unit);
 
 // Makes the unit hold what the document says. An object that the unit does not have is created, one that is null is
-// removed, and with "complete" every one that the document does not name. What an operation tells is set by the one
-// that sets it; where there is none, it tells that from then on whatever happens. Stops at the first thing that is
-// wrong: the result names it; empty when there is none.
+// removed, and with "complete" every one that the document does not name. Facts are taken back, and have their effects
+// when all are; what is no fact of an object it tells from then on whatever happens. A document that is wrong changes
+// nothing: the result names the first thing that is; empty when there is none.
 std::string apply(Unit& unit, catalogue::Value const& document);
 
 // apply() of what a file says. Empty, or what is wrong with the file.

@@ -153,9 +153,6 @@ std::string Store::load()
     if (!wrong.empty() || step != SQLITE_DONE) {
         return wrong.empty() ? complaint(file_) : wrong;
     }
-    if (document.is_object() && document.contains("seed") && document["seed"].is_number_unsigned()) {
-        unit_.inventory().setSeed(document["seed"].get<unsigned long>());
-    }
     document["objects"] = std::move(objects);
     wrong = scenario::apply(unit_, document);
     return wrong.empty() ? wrong : '\'' + printable(file_) + "': " + wrong;
@@ -198,6 +195,7 @@ bool Store::write()
     unsigned long noted = 0;
     {
         TreflectHandlerState const running;
+        noted = noted_; // before anything is looked at: what changes meanwhile is written the next time
         for (std::string const& id : changed_) {
             if (Object* const object = unit_.inventory().find(id)) {
                 rows.push_back({id, std::string(object->type().name), catalogue::toJson(object->facts().say(), -1)});
@@ -206,7 +204,6 @@ bool Store::write()
         changed_.clear();
         gone.swap(gone_);
         whole = catalogue::toJson(scenario::saveWhole(unit_), -1);
-        noted = noted_;
     }
     bool isWritten = execute("BEGIN") && run(putWhole_, {whole});
     for (Row const& row : rows) {

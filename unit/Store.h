@@ -33,7 +33,7 @@ public:
     // Writes what has changed, and returns when the file has it: false, once logged, when it cannot be written. On any
     // thread, without the run permission.
     bool keep();
-    // Something of the unit as a whole has changed. Under the run permission.
+    // Something of the unit as a whole has changed. On any thread.
     void noteChange() { ++noted_; }
 
     void changed(Object const& object) override;

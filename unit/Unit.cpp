@@ -17,12 +17,21 @@ struct Unit::Parts {
     Parts(Unit& unit, Options const& options)
         : inventory(options.seed), address(options.address), object(inventory, "AppObject-1"),
           ipNode(inventory, address), agent(inventory, address), equipment(inventory),
-          faults(options.seed, [&unit] { return unit.tapLocalCalls(); }), log(options.isTimed),
+          faults(
+              options.seed, [&unit] { return unit.tapLocalCalls(); }, [this] { noteChange(); }),
+          log(options.isTimed),
           gate(
-              faults, log, [this] { return inventory.clock().now(); }, [&unit] { return unit.keep(); }),
+              faults, log, [this] { return inventory.clock().now(); }, [this] { return !store || store->keep(); }),
           simulator(inventory, unit)
     {
         inventory.load().setProfile(options.load);
+    }
+
+    void noteChange() const
+    {
+        if (store) {
+            store->noteChange();
+        }
     }
 
     Inventory inventory;
@@ -64,7 +73,11 @@ std::string Unit::holdIn(std::string const& file, bool& isNew)
     return wrong;
 }
 
-bool Unit::keep() { return !parts_->store || parts_->store->keep(); }
+bool Unit::keep()
+{
+    parts_->noteChange();
+    return !parts_->store || parts_->store->keep();
+}
 
 void Unit::setSeed(unsigned long seed)
 {
@@ -93,9 +106,7 @@ void Unit::advance(unsigned long seconds)
 {
     TreflectHandlerState const running;
     inventory().clock().advance(seconds);
-    if (parts_->store) {
-        parts_->store->noteChange();
-    }
+    parts_->noteChange();
 }
 
 UnitAgent& Unit::agent() { return parts_->agent; }

@@ -42,7 +42,7 @@ public:
     // calling thread is not under the run permission.
     bool keep();
 
-    // Another seed than that of the options, before anything was asked of the unit.
+    // Another seed than that of the options.
     void setSeed(unsigned long seed);
 
     // Serves at `unix:PATH`, `tcp:HOST:PORT` or `tcp:PORT`. Empty, or why it cannot.

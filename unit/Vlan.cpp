@@ -33,6 +33,15 @@ Vlan::Vlan(Inventory& inventory, std::string const& id, VlanIfNetClient::VlanIfN
     vlan.holds<&Client::getCesopsn, &Client::setCesopsn>(hasCesopsn_);
     vlan.holds<&Client::getIpAddressInfo, &Client::setIpAddressInfo>(
         addressInfo_, [this] { setFirstAddress(addressInfo_.ipAddress); });
+    vlan.facts().addTold<&Client::getIpAddressInfo>(
+        addressInfo_,
+        [this](Client::IpAddressInfo const& info) {
+            addressInfo_ = info;
+            setFirstAddress(info.ipAddress);
+            return true;
+        },
+        &operationOf<&Client::setIpAddressInfo>());
+    onAddresses([this](Address const& first) { addressInfo_.ipAddress = first; });
     vlan.tells<&Client::getVlanInstanceId>(instanceId_);
     standOn(std::move(owner.isUp));
     lookBelow();

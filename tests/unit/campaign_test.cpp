@@ -116,7 +116,7 @@ TEST_P(RandomCalls, AScenarioMakesTheSameUnit)
         EXPECT_EQ(Value::diff(saved, trs::sim::scenario::save(unit)), Value::array()) << "to itself";
         later = goOn(unit);
     }
-    trs::sim::Unit unit({"", 3, false});
+    trs::sim::Unit unit({"", 9, false});
     EXPECT_EQ(trs::sim::scenario::apply(unit, saved), "");
     EXPECT_EQ(Value::diff(saved, trs::sim::scenario::save(unit)), Value::array());
     EXPECT_EQ(Value::diff(told, Campaign::told(unit)), Value::array());

@@ -73,7 +73,7 @@ void addOptions(trs::tools::CommandLine& line, Options& options)
               .type = "FILE"});
     line.add({.name = "--seed",
               .target = &options.seed,
-              .help = "What decides numbers that are left to chance",
+              .help = "What decides numbers that are left to chance, whatever the scenario says",
               .type = "N"});
     line.add(trs::tools::choice<TimeSource>("--clock", "real, or stepped: time passes only by the command tick",
                                             {{"real", TimeSource::real}, {"stepped", TimeSource::stepped}},
@@ -129,6 +129,9 @@ std::string prepare(trs::sim::Unit& unit, trs::tools::Console& console, Options 
         TreflectHandlerState const running;
         if (std::string const wrong = trs::sim::scenario::load(unit, options.scenario); !wrong.empty()) {
             return "--scenario: " + wrong;
+        }
+        if (options.seed != 0) {
+            unit.setSeed(options.seed);
         }
     }
     if (!unit.keep()) {
