@@ -55,7 +55,8 @@ void AccessServices::serveNtp()
                 return SetClient::OK;
             });
     ntp_.facts().addTold<&NtpAccessClient::getNtpServerSequence>(
-        servers_, [this](Servers const& servers) { return replace(servers); });
+        servers_, [this](Servers const& servers) { return replace(servers); },
+        &operationOf<&NtpAccessClient::setNtpDaemon>());
 }
 
 // Each address once.

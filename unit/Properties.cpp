@@ -156,6 +156,14 @@ std::string Properties::takeEntry(Operation const& operation, Value const& told)
     if (told.size() != kept.arguments.size() + kept.told.size()) {
         return "one result too many";
     }
+    if (Operation const* const writer = writerOf(object_.type(), operation); writer != nullptr && hasLimits(*writer)) {
+        Values given = kept.arguments;
+        given.insert(given.end(), kept.told.begin(), kept.told.end());
+        std::vector<catalogue::Violation> const beyond = catalogue::violations(*writer, given, 1);
+        if (!beyond.empty()) {
+            return beyond.front().text();
+        }
+    }
     return keep(std::move(kept)) ? "" : "there is no room for it";
 }
 

@@ -19,6 +19,12 @@ auto sameAs(IpRoutingTableClient::IpRouteEntryCfg const& route)
     };
 }
 
+// Whether the destination has no bits beyond the mask.
+bool hasNetwork(IpRoutingTableClient::IpRouteEntryCfg const& route)
+{
+    return (addressNumber(route.destination) & ~addressNumber(route.netmask)) == 0;
+}
+
 } // namespace
 
 // What the route at a place of the table is, as an object.
@@ -53,14 +59,13 @@ RoutingTable::RoutingTable(Inventory& inventory, std::string const& id, Prefix p
     routes_.push_back({makeAddress(10, 2, 0, 0), makeAddress(255, 255, 0, 0), makeAddress(10, 1, 0, 253)});
     routes_.push_back({makeAddress(192, 168, 255, 0), makeAddress(255, 255, 255, 0), makeAddress(192, 168, 255, 1)});
     makeEntries();
-    table_.facts().addTold<&IpRoutingTableClient::getIpRouteEntriesCfg>(routes_, [this](Routes const& routes) {
-        bool const isHeld = routes.getLength() <= mostRoutes && !isTwice(routes);
-        if (isHeld) { // an interface that leads to a gateway may come yet
-            routes_ = routes;
-            makeEntries();
-        }
-        return isHeld;
-    });
+    table_.facts().addTold<&IpRoutingTableClient::getIpRouteEntriesCfg>(
+        routes_,
+        [this](Routes const& routes) { // an interface that leads to a gateway may come yet
+            return routes.getLength() <= mostRoutes && !isTwice(routes) && std::ranges::all_of(routes, hasNetwork) &&
+                   replace(routes);
+        },
+        &operationOf<&IpRoutingTableClient::applyIpRouteEntriesCfg>());
     serveConfiguration();
     serveEffect();
 }
@@ -121,11 +126,7 @@ bool RoutingTable::isTwice(Routes const& routes)
         routes, [&routes](Route const& route) { return std::ranges::count_if(routes, sameAs(route)) > 1; });
 }
 
-bool RoutingTable::isSound(Route const& route) const
-{
-    return (addressNumber(route.destination) & ~addressNumber(route.netmask)) == 0 &&
-           prefix_(route.gateway, false) >= 0;
-}
+bool RoutingTable::isSound(Route const& route) const { return hasNetwork(route) && prefix_(route.gateway, false) >= 0; }
 
 bool RoutingTable::areSound(Routes const& routes) const
 {

@@ -5,6 +5,7 @@
 #include "catalogue/Call.h"
 #include "catalogue/File.h"
 #include "catalogue/Json.h"
+#include "catalogue/Limits.h"
 #include "catalogue/ObjectName.h"
 #include "catalogue/OperationKind.h"
 #include "catalogue/Text.h"
@@ -54,7 +55,8 @@ public:
         }
         for (auto const& [name, value] : said_.items()) {
             Operation const* const operation = object_.type().find(name);
-            if (isOfFirstFormat_ && operation != nullptr && isPlainRead(*operation) && tells(*operation, value)) {
+            if (isOfFirstFormat_ && operation != nullptr && isPlainRead(*operation) &&
+                (tells(*operation, value) || isBeyondUnset(*operation, value))) {
                 continue; // which may be what nobody set
             }
             std::string const wrong = object_.facts().take(name, value);
@@ -86,6 +88,18 @@ private:
     {
         Outcome const outcome = catalogue::call(object_.proxy<TipprmiObjectClient>(), operation, {});
         return outcome.kind == Outcome::Kind::done && outcome.results == value;
+    }
+    // Whether it is 0 or empty where that cannot be set: what was told then as long as nobody set it.
+    bool isBeyondUnset(Operation const& operation, Value const& value) const
+    {
+        Operation const* const writer = writerOf(object_.type(), operation);
+        std::vector<Value> unset;
+        for (catalogue::Type const* const type : typesOf(operation, false)) {
+            unset.push_back(catalogue::zero(*type));
+        }
+        return writer != nullptr && value.is_object() &&
+               std::equal(value.begin(), value.end(), unset.begin(), unset.end()) &&
+               !catalogue::violations(*writer, unset, 1).empty();
     }
     std::string force(Operation const& operation, Value const& value) const
     {
