@@ -1,12 +1,15 @@
 // A unit that is held in a file: killed at any moment, it comes back as it was last told.
 #include "tests/support/Programs.h"
 
+#include "adapter/NmiRmiAdapterClient.h"
 #include "broker/CallFailure.h"
+#include "broker/objects/RunPermission.h"
 #include "catalogue/SimulatorClient.h"
 #include "catalogue/Value.h"
 #include "clients/ip/EthLinkClient.h"
 #include "clients/ip/IpNodeClient.h"
 #include "clients/services/ConditionClient.h"
+#include "clients/services/PerformanceServiceClient.h"
 #include "rmi/TreflectHandlerState.h"
 
 #include <algorithm>
@@ -14,8 +17,10 @@
 #include <atomic>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <optional>
 #include <random>
+#include <sqlite3.h>
 #include <thread>
 
 namespace {
@@ -241,6 +246,116 @@ TEST_F(TrssimState, ComesBackAsItWasLastToldHoweverOftenItIsKilled)
         changes += answers;
     }
     std::printf("%d kills, %lu changes acknowledged\n", kills, changes);
+}
+
+// What commands of standard input change is kept as well, and what is left of faults.
+TEST_F(TrssimState, HasWhatCommandsChangedAndWhatIsLeftOfFaults)
+{
+    {
+        Unit sim = start();
+        sim.does("fault refuse operation=IpNode.getMtu count=2");
+        sim.does("alarms refuse");
+        sim.does("tick 1000");
+        TreflectHandlerState const running;
+        long mtu = 0;
+        EXPECT_EQ(IpNodeClient(IpNodeClient::IPNODE_OID).getMtu(mtu), GetClient::FAILED);
+        sim.signal(SIGKILL);
+        sim.waitForExit();
+    }
+    // Nothing else has changed since: neither the fault nor a scenario begins anew.
+    std::string const scenario = directory.file("scenario");
+    std::ofstream(scenario) << R"({"objects": {"IpNode:IpNode": {"getMtu": {"mtu": 1300}}}})";
+    Unit sim = unit({"--clock", "stepped", "--state", path + ".state", "--scenario", scenario});
+    TreflectHandlerState const running;
+    unsigned long seconds = 0;
+    EXPECT_EQ(simulator().getTime(seconds), GetClient::OK);
+    EXPECT_EQ(seconds, 1000U);
+    EXPECT_FALSE(NmiRmiAdapterClient(NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME).sendAlarmRmi({}));
+    long mtu = 0;
+    EXPECT_EQ(IpNodeClient(IpNodeClient::IPNODE_OID).getMtu(mtu), GetClient::FAILED);
+    EXPECT_EQ(IpNodeClient(IpNodeClient::IPNODE_OID).getMtu(mtu), GetClient::OK);
+    EXPECT_EQ(mtu, 1500);
+}
+
+// Who cannot be held in the file says why, and leaves the file as it is.
+TEST_F(TrssimState, RefusesAFileThatIsNoneOfItsOwn)
+{
+    std::string const file = path + ".state";
+    auto const refusal = [&] {
+        ChildProcess sim(program("trssim"), {"--listen", endpoint + "-2", "--state", file});
+        EXPECT_NE(sim.waitForExit(), 0);
+        std::vector<std::string> const said = sim.readRest(ChildProcess::Stream::error);
+        return said.empty() ? "" : said.front();
+    };
+    std::ofstream(file) << "no database, but a text that somebody needs";
+    EXPECT_THAT(refusal(), testing::HasSubstr("cannot hold a unit's state"));
+    std::ifstream kept(file);
+    std::string text;
+    EXPECT_TRUE(std::getline(kept, text));
+    EXPECT_EQ(text, "no database, but a text that somebody needs");
+    std::filesystem::remove(file);
+    {
+        Unit sim = start();
+        EXPECT_THAT(refusal(), testing::HasSubstr("locked")) << "one process at a time";
+        EXPECT_TRUE(sim.writeLine("stop"));
+        EXPECT_EQ(sim.waitForExit(), 0);
+    }
+    auto const change = [&file](char const* sql) {
+        sqlite3* database = nullptr;
+        EXPECT_EQ(sqlite3_open(file.c_str(), &database), SQLITE_OK);
+        EXPECT_EQ(sqlite3_exec(database, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sql;
+        sqlite3_close(database);
+    };
+    change("UPDATE objects SET facts = '{' WHERE id = 'IpNode'");
+    EXPECT_THAT(refusal(), testing::HasSubstr("is no JSON"));
+    change("UPDATE objects SET facts = '{\"getMtu\": {\"mtu\": 5}}' WHERE id = 'IpNode'");
+    EXPECT_THAT(refusal(), testing::HasSubstr("mtu: 5 is not"));
+    change("PRAGMA user_version = 77");
+    EXPECT_THAT(refusal(), testing::HasSubstr("is of version 77"));
+    change("PRAGMA application_id = 1");
+    EXPECT_THAT(refusal(), testing::HasSubstr("not of a simulated unit"));
+}
+
+// The processes of many units begin with the memory of one.
+TEST_F(TrssimState, EachOfManyUnitsHasItsOwnSeedAndState)
+{
+    std::array<long, 3> counted{};
+    for (bool const isFirst : {true, false}) {
+        ChildProcess fleet(program("trssim"), {"--units", "3", "--listen", endpoint, "--clock", "stepped", "--seed",
+                                               "7", "--state", path + ".state"});
+        for (int i = 0; i < 3; ++i) {
+            fleet.readUntil("ready on " + endpoint + "-");
+        }
+        TreflectHandlerState const running;
+        for (std::size_t i = 0; i < counted.size(); ++i) {
+            TreflectORB const* const peer = peerAt(endpoint + '-' + std::to_string(i + 1));
+            IpNodeClient node;
+            node.connect(peer, TipprmiOID(IpNodeClient::IPNODE_OID));
+            SimulatorClient ownSimulator;
+            ownSimulator.connect(peer, TipprmiOID(SimulatorClient::SIMULATOR_OID));
+            PerformanceServiceClient counters;
+            counters.connect(peer, TipprmiOID("IfNet/Transport/PerformanceService"));
+            unsigned long value = 0;
+            long mtu = 0;
+            if (isFirst) {
+                EXPECT_EQ(node.setMtu(1000 + static_cast<long>(i)), SetClient::OK);
+                EXPECT_EQ(ownSimulator.advance(60), RunClient::OK);
+                EXPECT_TRUE(counters.getCurrentData(1, value));
+                counted[i] = static_cast<long>(value);
+            }
+            EXPECT_EQ(node.getMtu(mtu), GetClient::OK);
+            EXPECT_EQ(mtu, 1000 + static_cast<long>(i));
+            EXPECT_TRUE(counters.getCurrentData(1, value));
+            EXPECT_EQ(static_cast<long>(value), counted[i]);
+        }
+        trs::RunPermissionPause const waiting;
+        EXPECT_TRUE(fleet.writeLine("stop"));
+        EXPECT_EQ(fleet.waitForExit(), 0);
+    }
+    EXPECT_TRUE(counted[0] != counted[1] && counted[1] != counted[2] && counted[0] != counted[2]);
+    for (char const* const number : {"-1", "-2", "-3"}) {
+        EXPECT_TRUE(std::filesystem::remove(path + ".state" + number));
+    }
 }
 
 } // namespace
