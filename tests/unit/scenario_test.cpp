@@ -180,6 +180,25 @@ TEST_F(Scenarios, VlansMaySwapTheirIdentifiers)
     EXPECT_EQ(Value::diff(saved, scenario::save(*sim)), Value::array());
 }
 
+// The example of the page is one, and loses a cable.
+TEST_F(Scenarios, ThePageHasAnExample)
+{
+    std::string page;
+    ASSERT_EQ(trs::catalogue::readWholeFile(TRSMAN_SOURCE_DIR "/docs/trssim.md", page), "");
+    std::size_t const begin = page.find("    {\n      \"format\"");
+    std::size_t const end = page.find("\n    }\n", begin);
+    ASSERT_NE(end, std::string::npos);
+    Value document;
+    ASSERT_EQ(trs::catalogue::parseJson(page.substr(begin, end + 6 - begin), document), "");
+    auto sim = unit();
+    EXPECT_EQ(scenario::apply(*sim, document), "");
+    EXPECT_EQ(tell("EthIfNet", "IfNet/Transport", "getFlags")["flags"], 1);
+    EXPECT_EQ(tell("EthIfNet", "IfNet/Transport", "getMtu")["mtu"], 1400);
+    EXPECT_EQ(tell("FaultService", "IfNet/Transport/Vlan/200/FaultService", "getOperState")["result"], 12);
+    EXPECT_EQ(tell("EthIfNet", "IfNet/Lmp", "getVlanTags")["result"], Value({31}));
+    EXPECT_EQ(tell("HwmUnit", "HwmUnit-1", "getSerialNumber")["number"], "K1");
+}
+
 // A fault strikes as often as it was asked to, however often the unit was saved meanwhile.
 TEST_F(Scenarios, AFaultIsSavedWithWhatIsLeftOfIt)
 {
