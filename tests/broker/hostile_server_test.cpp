@@ -229,22 +229,22 @@ TEST_F(HostileServer, ThatRefusesIsQuoted)
         {{0, 0, 4, 1}, "go away", "what answers there is no broker"},
         {{0xff, 0xff, 0xff, 0xff}, "go away", "what answers there is no broker"},
     };
-    for (auto const& [length, reason, told] : cases) {
+    for (Case const& one : cases) {
         auto const proxy = support::boundTo<PerformanceServiceClient>(peerAt("unix:" + path), "P");
         support::FakePeer const peer(
             path,
             [&](Descriptor const& connection) {
                 Octets refusal = support::greeting;
                 refusal.back() = 2;
-                refusal.insert(refusal.end(), length.begin(), length.end());
-                refusal.insert(refusal.end(), reason.begin(), reason.end());
+                refusal.insert(refusal.end(), one.length.begin(), one.length.end());
+                refusal.insert(refusal.end(), one.reason.begin(), one.reason.end());
                 connection.write(refusal);
             },
             false);
         unsigned long elapsed = 0;
         EXPECT_FALSE(proxy.getElapsedTime(elapsed));
         EXPECT_EQ(lastCallFailure().kind, CallFailure::Kind::notConnected);
-        EXPECT_EQ(lastCallFailure().reason, told);
+        EXPECT_EQ(lastCallFailure().reason, one.told);
         ::unlink(path.c_str());
     }
 }

@@ -20,7 +20,7 @@ std::size_t syncsThatSucceed = 0;
 } // namespace
 
 // Takes the place of the C library's, for the code that is linked into this program.
-extern "C" int fsync(int descriptor)
+extern "C" int fsync(int descriptor) // NOLINT(readability-inconsistent-declaration-parameter-name): its is reserved
 {
     std::array<char, 4096> name{};
     std::string const link = "/proc/self/fd/" + std::to_string(descriptor);
@@ -56,6 +56,17 @@ protected:
         std::ifstream stream(file());
         return {std::istreambuf_iterator<char>(stream), {}};
     }
+    struct stat status() const
+    {
+        struct stat found {};
+        EXPECT_EQ(::stat(file().c_str(), &found), 0);
+        return found;
+    }
+    void give(uid_t user, gid_t group, mode_t mode) const
+    {
+        ASSERT_EQ(::chown(file().c_str(), user, group), 0);
+        ASSERT_EQ(::chmod(file().c_str(), mode), 0);
+    }
 
     std::string directory;
 };
@@ -87,11 +98,9 @@ TEST_F(WholeFile, KeepsItsOwner)
     bool const isRoot = ::geteuid() == 0; // who alone can have files of others
     uid_t const user = isRoot ? 4711 : ::geteuid();
     gid_t const group = isRoot ? 4712 : ::getegid();
-    ASSERT_EQ(::chown(file().c_str(), user, group), 0);
-    ASSERT_EQ(::chmod(file().c_str(), 06640), 0);
+    give(user, group, 06640);
     EXPECT_FALSE(writeWholeFile(file(), "new"));
-    struct stat status {};
-    ASSERT_EQ(::stat(file().c_str(), &status), 0);
+    struct stat const status = this->status();
     EXPECT_EQ(status.st_uid, user);
     EXPECT_EQ(status.st_gid, group);
     EXPECT_EQ(status.st_mode & 07777U, 06640U) << "also the bits that a change of the owner takes away";

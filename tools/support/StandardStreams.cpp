@@ -1,5 +1,6 @@
 #include "tools/support/StandardStreams.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
@@ -61,13 +62,11 @@ int writeAll(std::string_view text)
 // Opens the missing ones of the three, input and output the wrong way round.
 bool openMissingStreams()
 {
-    constexpr int modes[] = {O_WRONLY, O_RDONLY, O_WRONLY};
-    for (int const stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-        if (::fcntl(stream, F_GETFD) < 0 && ::open("/dev/null", modes[stream]) != stream) {
-            return false;
-        }
-    }
-    return true;
+    static constexpr int modes[] = {O_WRONLY, O_RDONLY, O_WRONLY};
+    constexpr int streams[] = {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO};
+    return std::ranges::all_of(streams, [](int stream) {
+        return ::fcntl(stream, F_GETFD) >= 0 || ::open("/dev/null", modes[stream]) == stream;
+    });
 }
 
 } // namespace
