@@ -1,5 +1,6 @@
 // One list of checks over every road that a call can take.
 #include "broker/CallFailure.h"
+#include "broker/Deadline.h"
 #include "broker/framework/QelOperations.h"
 #include "clients/services/ConditionSkeleton.h"
 #include "clients/services/LocationIdSkeleton.h"
@@ -228,7 +229,6 @@ TEST_F(Loopback, WhatIsNotConnectedTellsWhy)
     TreflectORB const* const orb = loopBack("unix:" + path);
     std::string const mutePath = directory.file("mute");
     support::FakePeer const mute(mutePath, [](support::Descriptor const& connection) { connection.read(1000); });
-    trs::Broker::setDeadline(std::chrono::milliseconds(100));
     struct Observer : TreflectObserver {
         Observer() : TreflectObserver(TipprmiOID(""), nullptr, "observer") {}
         ~Observer() override { withdraw(); }
@@ -247,6 +247,8 @@ TEST_F(Loopback, WhatIsNotConnectedTellsWhy)
          "no reply within 100 ms"},
     };
     for (auto const& [proxy, kind, text] : cases) {
+        bool const isMute = kind == CallFailure::Kind::deadline;
+        trs::CallDeadline const time(std::chrono::milliseconds(isMute ? 100 : 5000));
         EXPECT_FALSE(proxy.isConnected());
         EXPECT_EQ(lastCallFailure().kind, kind) << text;
         EXPECT_THAT(lastCallFailure().text(), testing::HasSubstr(text));
@@ -254,8 +256,7 @@ TEST_F(Loopback, WhatIsNotConnectedTellsWhy)
         EXPECT_FALSE(proxy.operation("set").postObserve(&observer)) << "as for an observer";
         EXPECT_EQ(lastCallFailure().kind, kind) << text;
         EXPECT_THAT(lastCallFailure().text(), testing::HasSubstr(text));
-        bool const isHere = kind == CallFailure::Kind::deadline;
-        EXPECT_TRUE(isHere ? QelLongClient(&service).isConnected()
+        EXPECT_TRUE(isMute ? QelLongClient(&service).isConnected()
                            : support::boundTo<QelLongClient>(orb, "Service").isConnected());
         EXPECT_EQ(lastCallFailure().kind, CallFailure::Kind::none);
     }
