@@ -40,6 +40,8 @@ public:
         if (isDone) {
             acknowledged_ = wanted;
             possible_.reset();
+        } else if (trs::lastCallFailure().kind == trs::CallFailure::Kind::none) {
+            ADD_FAILURE() << wanted << " is refused";
         } else if (trs::lastCallFailure().carriedOut != trs::CallFailure::CarriedOut::no) {
             possible_ = wanted;
         }
@@ -120,6 +122,7 @@ private:
         VlanIfNetClient::VlanIfNetCreateParams params{};
         params.vlanId = vlan_;
         params.committedInfoRate = 10000;
+        params.shaperBurstSize = VlanIfNetClient::SBS_MIN;
         params.vlanInstanceId = 1;
         VlanIfNetClient created;
         bool const isDone = hasVlan_.value() ? transport_.deleteVlan(vlan_) == RunClient::OK
