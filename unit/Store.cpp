@@ -205,7 +205,7 @@ bool Store::write()
         gone.swap(gone_);
         whole = catalogue::toJson(scenario::saveWhole(unit_), -1);
     }
-    bool isWritten = execute("BEGIN") && run(putWhole_, {whole});
+    bool isWritten = execute("BEGIN") && (whole == whole_ || run(putWhole_, {whole}));
     for (Row const& row : rows) {
         isWritten = isWritten && run(putObject_, {row.id, row.className, row.facts});
     }
@@ -214,6 +214,7 @@ bool Store::write()
     }
     isWritten = isWritten && execute("COMMIT");
     if (isWritten) {
+        whole_ = std::move(whole);
         kept_ = noted;
         return true;
     }

@@ -61,6 +61,7 @@ private:
     Statement putWhole_;
     Statement putObject_;
     Statement removeObject_;
+    std::string whole_;                    // the unit's row as it was committed last; guarded by writing_
     std::set<std::string> changed_;        // identifiers; under the run permission
     std::set<std::string> gone_;           // likewise
     std::atomic<unsigned long> noted_ = 0; // changes

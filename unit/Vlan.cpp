@@ -23,11 +23,6 @@ Vlan::Vlan(Inventory& inventory, std::string const& id, VlanIfNetClient::VlanIfN
     vlan.holds<&Client::getCommittedInfoRate, &Client::setCommittedInfoRate>(committedInfoRate_);
     vlan.holds<&Client::getSIR, &Client::setSIR>(sir_);
     vlan.holds<&Client::getShaperBurstSize, &Client::setShaperBurstSize>(shaperBurstSize_);
-    vlan.facts().addTold<&Client::getShaperBurstSize>(shaperBurstSize_, [this](unsigned long size) {
-        bool const isOne = size == 0 || (size >= Client::SBS_MIN && size <= Client::SBS_MAX); // as VLANs are created
-        shaperBurstSize_ = isOne ? size : shaperBurstSize_;
-        return isOne;
-    });
     vlan.holds<&Client::getVlanShapingEnabled, &Client::setVlanShapingEnabled>(isShaped_);
     vlan.holds<&Client::getQosEnabled, &Client::setQosEnabled>(hasQos_);
     vlan.holds<&Client::getCesopsn, &Client::setCesopsn>(hasCesopsn_);

@@ -113,7 +113,7 @@ TEST_F(Scenarios, AWrongOneChangesNothing)
         {"AdminState:VlanMap/AdminState", R"({"get": {"result": 9}})", "is refused"},
         {"IpNode:IpNode", R"({"getMtu": {"mtu": 5}})", "is not 68..65535"},
         {"VlanIfNet:IfNet/Lmp/Vlan/6", R"({"getVlanId": {"vlanId": 5}})", "the same VLAN identifier"},
-        {"VlanIfNet:IfNet/Lmp/Vlan/6", R"({"getShaperBurstSize": {"size": 5}})", "is refused"},
+        {"VlanIfNet:IfNet/Lmp/Vlan/6", R"({"getShaperBurstSize": {"size": 5}})", "5 is not 1522..2000000"},
         {"EthIfNet:IfNet/Lmp", R"({"getLinks": {"result": []}})", "is refused"},
         {"QelLong:PdhUnit-1/PathType", R"({"get": {"result": 77}})", "is refused"},
         {"PerformanceService:VlanMap/PerformanceService", R"({"counted": {"from": 0, "to": 6000}})", "no seconds"},
