@@ -15,7 +15,8 @@ ResponseInfo<RunClient> SimulatorClient::advance(unsigned long const& seconds) c
 {
     return call<&SimulatorClient::advance>(*this, seconds);
 }
-ResponseInfo<RunClient> SimulatorClient::inject(Fault const& fault, unsigned long& number, std::string& wrong) const
+ResponseInfo<RunClient> SimulatorClient::inject(Misbehaviour const& fault, unsigned long& number,
+                                                std::string& wrong) const
 {
     return call<&SimulatorClient::inject>(*this, fault, number, wrong);
 }
@@ -23,9 +24,9 @@ ResponseInfo<RunClient> SimulatorClient::withdraw(unsigned long const& number) c
 {
     return call<&SimulatorClient::withdraw>(*this, number);
 }
-ResponseInfo<GetClient> SimulatorClient::getFaults(TipprmiSequence<NumberedFault>& faults) const
+ResponseInfo<GetClient> SimulatorClient::getMisbehaviours(TipprmiSequence<NumberedMisbehaviour>& faults) const
 {
-    return call<&SimulatorClient::getFaults>(*this, faults);
+    return call<&SimulatorClient::getMisbehaviours>(*this, faults);
 }
 ResponseInfo<RunClient> SimulatorClient::execute(std::string const& command, std::string& output,
                                                  std::string& wrong) const

@@ -26,7 +26,7 @@ public:
     static std::string const SIMULATOR_OID;
 
     // How calls are answered badly, and which.
-    struct Fault {
+    struct Misbehaviour {
         std::string kind;       // "refuse", "delay", "drop", "late", "twice", "cut", "flip", "lie", "close", "trickle"
         std::string operation;  // "IfNet.getMtu", "IfNet" for all of a class, "" for all
         std::string object;     // the identifier; "" for all
@@ -36,9 +36,9 @@ public:
         unsigned long delay;    // in milliseconds, of delay and late; 0 for 1000
     };
     // A fault and its number.
-    struct NumberedFault {
+    struct NumberedMisbehaviour {
         unsigned long number;
-        Fault fault;
+        Misbehaviour fault;
         unsigned long matched; // calls that matched so far
         unsigned long struck;  // those of them that were answered badly
     };
@@ -48,11 +48,11 @@ public:
     // Lets time pass, in seconds: counters advance and intervals end.
     virtual ResponseInfo<RunClient> advance(unsigned long const& seconds) const;
     // Has calls answered badly from now on; `wrong` tells why it is refused.
-    virtual ResponseInfo<RunClient> inject(Fault const& fault, unsigned long& number, std::string& wrong) const;
+    virtual ResponseInfo<RunClient> inject(Misbehaviour const& fault, unsigned long& number, std::string& wrong) const;
     // Ends a fault by its number; 0 ends all.
     virtual ResponseInfo<RunClient> withdraw(unsigned long const& number) const;
     // Reads the faults, in the order of their numbers.
-    virtual ResponseInfo<GetClient> getFaults(TipprmiSequence<NumberedFault>& faults) const;
+    virtual ResponseInfo<GetClient> getMisbehaviours(TipprmiSequence<NumberedMisbehaviour>& faults) const;
     // Executes a command of the simulator's console; `output` is what it lists, and `wrong` tells why it is refused.
     virtual ResponseInfo<RunClient> execute(std::string const& command, std::string& output, std::string& wrong) const;
     // Reads what the unit holds, as a scenario file has it.
@@ -64,20 +64,21 @@ public:
 };
 
 template <>
-struct RecordFields<SimulatorClient::Fault>
-    : Fields<&SimulatorClient::Fault::kind, &SimulatorClient::Fault::operation, &SimulatorClient::Fault::object,
-             &SimulatorClient::Fault::call, &SimulatorClient::Fault::count, &SimulatorClient::Fault::perMille,
-             &SimulatorClient::Fault::delay> {};
+struct RecordFields<SimulatorClient::Misbehaviour>
+    : Fields<&SimulatorClient::Misbehaviour::kind, &SimulatorClient::Misbehaviour::operation,
+             &SimulatorClient::Misbehaviour::object, &SimulatorClient::Misbehaviour::call,
+             &SimulatorClient::Misbehaviour::count, &SimulatorClient::Misbehaviour::perMille,
+             &SimulatorClient::Misbehaviour::delay> {};
 
 template <>
-struct RecordFields<SimulatorClient::NumberedFault>
-    : Fields<&SimulatorClient::NumberedFault::number, &SimulatorClient::NumberedFault::fault,
-             &SimulatorClient::NumberedFault::matched, &SimulatorClient::NumberedFault::struck> {};
+struct RecordFields<SimulatorClient::NumberedMisbehaviour>
+    : Fields<&SimulatorClient::NumberedMisbehaviour::number, &SimulatorClient::NumberedMisbehaviour::fault,
+             &SimulatorClient::NumberedMisbehaviour::matched, &SimulatorClient::NumberedMisbehaviour::struck> {};
 
 template <>
 struct Operations<SimulatorClient>
     : OperationList<SimulatorClient, 0x0332ce04, Operation<0, &SimulatorClient::getTime>,
                     Operation<1, &SimulatorClient::advance>, Operation<2, &SimulatorClient::inject>,
-                    Operation<3, &SimulatorClient::withdraw>, Operation<4, &SimulatorClient::getFaults>,
+                    Operation<3, &SimulatorClient::withdraw>, Operation<4, &SimulatorClient::getMisbehaviours>,
                     Operation<5, &SimulatorClient::execute>, Operation<6, &SimulatorClient::getScenario>,
                     Operation<7, &SimulatorClient::applyScenario>, Operation<8, &SimulatorClient::getCallCount>> {};

@@ -137,10 +137,10 @@ public:
 
     bool isExecuted(TipprmiStream& reply, ReplyStatus& status) override
     {
-        if (strike_ && strike_->kind == FaultKind::delay) {
+        if (strike_ && strike_->kind == MisbehaviourKind::delay) {
             gate_.wait(strike_->delay);
         }
-        if (!strike_ || strike_->kind != FaultKind::refuse) {
+        if (!strike_ || strike_->kind != MisbehaviourKind::refuse) {
             return true;
         }
         status = refuse(reply, catalogue::operationOf(address_)) ? ReplyStatus::done : ReplyStatus::unreadableRequest;
@@ -154,8 +154,8 @@ public:
         }
         Bytes bytes(reinterpret_cast<char const*>(reply.data()), reply.size());
         if (gate_.log_.isOpen()) {
-            gate_.log_.write({address_, arguments_, bytes, strike_ ? FaultPlan::nameOf(strike_->kind) : "", begin_,
-                              gate_.unitTime_()});
+            gate_.log_.write({address_, arguments_, bytes, strike_ ? MisbehaviourPlan::nameOf(strike_->kind) : "",
+                              begin_, gate_.unitTime_()});
         }
         auto const sendSome = [&](std::size_t from, std::size_t length) {
             return send(reinterpret_cast<unsigned char const*>(bytes.data()) + from, length);
@@ -165,30 +165,30 @@ public:
             return sendAll();
         }
         switch (strike_->kind) {
-        case FaultKind::refuse:
-        case FaultKind::delay:
+        case MisbehaviourKind::refuse:
+        case MisbehaviourKind::delay:
             return sendAll();
-        case FaultKind::drop:
+        case MisbehaviourKind::drop:
             return true;
-        case FaultKind::late:
+        case MisbehaviourKind::late:
             gate_.wait(strike_->delay);
             return sendAll();
-        case FaultKind::twice:
+        case MisbehaviourKind::twice:
             sendAll();
             return sendAll();
-        case FaultKind::cut:
+        case MisbehaviourKind::cut:
             cut(bytes, strike_->chance);
             return sendAll();
-        case FaultKind::flip:
+        case MisbehaviourKind::flip:
             flip(bytes, strike_->chance);
             return sendAll();
-        case FaultKind::lie:
+        case MisbehaviourKind::lie:
             lie(bytes, strike_->chance, catalogue::operationOf(address_));
             return sendAll();
-        case FaultKind::close:
+        case MisbehaviourKind::close:
             sendSome(0, bytes.size() / 2);
             return false;
-        case FaultKind::trickle:
+        case MisbehaviourKind::trickle:
             for (std::size_t i = 0; i < bytes.size(); ++i) {
                 if (!sendSome(i, 1)) {
                     return false;
@@ -204,7 +204,7 @@ private:
     CallGate& gate_;
     ObjectAddress const& address_;
     CallLog::Time const begin_;
-    std::optional<FaultPlan::Strike> const strike_;
+    std::optional<MisbehaviourPlan::Strike> const strike_;
     Bytes arguments_;
 };
 

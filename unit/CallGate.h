@@ -3,7 +3,7 @@
 
 #include "broker/ServerTap.h"
 #include "unit/CallLog.h"
-#include "unit/FaultPlan.h"
+#include "unit/MisbehaviourPlan.h"
 
 #include <atomic>
 #include <condition_variable>
@@ -17,7 +17,7 @@ class CallGate final : public ServerTap {
 public:
     // `unitTime` tells the unit's time in seconds, and `keep` has what was changed kept before it is told: false when
     // it cannot, and then there is no answer. Both on any thread. All outlive the gate.
-    CallGate(FaultPlan& plan, CallLog& log, std::function<unsigned long()> unitTime, std::function<bool()> keep)
+    CallGate(MisbehaviourPlan& plan, CallLog& log, std::function<unsigned long()> unitTime, std::function<bool()> keep)
         : plan_(plan), log_(log), unitTime_(std::move(unitTime)), keep_(std::move(keep))
     {
     }
@@ -32,7 +32,7 @@ private:
     class Call;
     void wait(std::chrono::milliseconds duration);
 
-    FaultPlan& plan_;
+    MisbehaviourPlan& plan_;
     CallLog& log_;
     std::function<unsigned long()> unitTime_;
     std::function<bool()> keep_;

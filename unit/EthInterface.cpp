@@ -22,7 +22,7 @@ VlanIfNetClient proxyOf(Vlan const* vlan) { return vlan != nullptr ? vlan->proxy
 
 EthInterface::EthInterface(Inventory& inventory, std::string const& id, short number, Address const& address,
                            EthLinkClient const& link)
-    : Interface(inventory, reflect::className<EthIfNetClient>, id, "eth", number, address), inventory_(inventory),
+    : IpInterface(inventory, reflect::className<EthIfNetClient>, id, "eth", number, address), inventory_(inventory),
       fabric_(inventory, id + "/VlanFabric", reflect::className<VlanIfNetFabricClient>)
 {
     constexpr short locallyAdministered = 2;
@@ -161,7 +161,7 @@ void EthInterface::carryPublicAddress(PublicAddress& address)
 
 int EthInterface::prefixOf(Address const& address, bool onlyUp) const
 {
-    int longest = isUp() || !onlyUp ? Interface::prefixOf(address) : -1;
+    int longest = isUp() || !onlyUp ? IpInterface::prefixOf(address) : -1;
     for (auto const& vlan : vlans_) {
         longest = vlan->isUp() || !onlyUp ? std::max(longest, vlan->prefixOf(address)) : longest;
     }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "clients/ip/EthIfNetClient.h"
-#include "unit/Interface.h"
+#include "unit/IpInterface.h"
 #include "unit/PublicAddress.h"
 #include "unit/Vlan.h"
 
@@ -16,7 +16,7 @@ namespace trs::sim {
 
 // The VLANs that it has can be had from it and from its fabric, which knows each by its VLAN identifier in decimal.
 // Runs while one of its links does.
-class EthInterface final : public Interface {
+class EthInterface final : public IpInterface {
 public:
     EthInterface(Inventory& inventory, std::string const& id, short number, Address const& address,
                  EthLinkClient const& link);
@@ -31,7 +31,7 @@ public:
     bool removeVlan(std::string const& objectId);
     // Has the public address of the interface be that of the unit.
     void carryPublicAddress(PublicAddress& address);
-    // As Interface::prefixOf(), of itself and its VLANs; `onlyUp`: of those that are up.
+    // As IpInterface::prefixOf(), of itself and its VLANs; `onlyUp`: of those that are up.
     int prefixOf(Address const& address, bool onlyUp) const;
 
 private:

@@ -2,7 +2,7 @@
 // and the DHCP service.
 #pragma once
 
-#include "unit/Interface.h"
+#include "unit/IpInterface.h"
 #include "unit/Signal.h"
 
 #include <functional>

@@ -3,7 +3,7 @@
 
 #include "clients/ip/IpRouteEntryClient.h"
 #include "clients/ip/IpRoutingTableClient.h"
-#include "unit/Interface.h"
+#include "unit/IpInterface.h"
 
 #include <functional>
 #include <memory>

@@ -224,15 +224,15 @@ std::string applyTime(Unit& unit, Value const& document)
 
 std::string applyFaults(Unit& unit, Value const& faults)
 {
-    unit.faults().withdraw(0);
+    unit.misbehaviours().withdraw(0);
     for (Value const& text : faults) {
         catalogue::Words words;
-        FaultPlan::Fault fault;
+        MisbehaviourPlan::Misbehaviour fault;
         unsigned long number = 0;
         std::string wrong =
             text.is_string() ? catalogue::splitWords(text.get<std::string>(), words) : "a fault is no text";
-        wrong = wrong.empty() ? FaultPlan::parse(words, fault) : wrong;
-        wrong = wrong.empty() ? unit.faults().inject(fault, number) : wrong;
+        wrong = wrong.empty() ? MisbehaviourPlan::parse(words, fault) : wrong;
+        wrong = wrong.empty() ? unit.misbehaviours().inject(fault, number) : wrong;
         if (!wrong.empty()) {
             return wrong;
         }
@@ -301,8 +301,8 @@ Value save(Unit& unit)
 Value saveWhole(Unit& unit)
 {
     Value faults = Value::array();
-    for (FaultPlan::Fault const& fault : unit.faults().left()) {
-        faults.push_back(FaultPlan::text(fault));
+    for (MisbehaviourPlan::Misbehaviour const& fault : unit.misbehaviours().left()) {
+        faults.push_back(MisbehaviourPlan::text(fault));
     }
     return {{"format", format},
             {"complete", true},

@@ -59,14 +59,14 @@ void Simulator::serveFaults()
 {
     object_.servant()
         .on<&SimulatorClient::inject>(
-            [this](SimulatorClient::Fault const& fault, unsigned long& number, std::string& wrong) {
-                wrong = unit_.faults().inject(fault, number);
+            [this](SimulatorClient::Misbehaviour const& fault, unsigned long& number, std::string& wrong) {
+                wrong = unit_.misbehaviours().inject(fault, number);
                 return statusOf<RunClient>(wrong.empty());
             })
         .on<&SimulatorClient::withdraw>(
-            [this](unsigned long const& number) { return statusOf<RunClient>(unit_.faults().withdraw(number)); })
-        .on<&SimulatorClient::getFaults>([this](TipprmiSequence<SimulatorClient::NumberedFault>& faults) {
-            faults = unit_.faults().all();
+            [this](unsigned long const& number) { return statusOf<RunClient>(unit_.misbehaviours().withdraw(number)); })
+        .on<&SimulatorClient::getMisbehaviours>([this](TipprmiSequence<SimulatorClient::NumberedMisbehaviour>& faults) {
+            faults = unit_.misbehaviours().all();
             return GetClient::OK;
         });
 }

@@ -6,8 +6,8 @@
 #include "unit/CallGate.h"
 #include "unit/CallLog.h"
 #include "unit/Equipment.h"
-#include "unit/FaultPlan.h"
 #include "unit/IpNode.h"
+#include "unit/MisbehaviourPlan.h"
 #include "unit/Simulator.h"
 #include "unit/Store.h"
 
@@ -40,7 +40,7 @@ struct Unit::Parts {
     IpNode ipNode;
     UnitAgent agent;
     Equipment equipment;
-    FaultPlan faults;
+    MisbehaviourPlan faults;
     CallLog log;
     CallGate gate;
     Simulator simulator;
@@ -117,7 +117,7 @@ ApplicationObject& Unit::object() { return parts_->object; }
 
 Simulator& Unit::simulator() { return parts_->simulator; }
 
-FaultPlan& Unit::faults() { return parts_->faults; }
+MisbehaviourPlan& Unit::misbehaviours() { return parts_->faults; }
 
 bool Unit::create(std::string const& id, std::string_view className)
 {

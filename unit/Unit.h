@@ -2,8 +2,8 @@
 // without a socket.
 #pragma once
 
-#include "unit/FaultPlan.h"
 #include "unit/Load.h"
+#include "unit/MisbehaviourPlan.h"
 #include "unit/UnitAgent.h"
 
 #include <memory>
@@ -59,7 +59,7 @@ public:
     void advance(unsigned long seconds);
 
     // Which calls are answered badly, those of this process as well (Broker::setLocalTap).
-    FaultPlan& faults();
+    MisbehaviourPlan& misbehaviours();
 
     // What follows is for threads that have the run permission (TreflectHandlerState).
     UnitAgent& agent();

@@ -6,8 +6,8 @@ namespace trs::sim {
 
 Vlan::Vlan(Inventory& inventory, std::string const& id, VlanIfNetClient::VlanIfNetCreateParams const& params,
            Owner owner)
-    : Interface(inventory, reflect::className<VlanIfNetClient>, id, "vlan", static_cast<short>(params.vlanId),
-                params.ipAddressInfo.ipAddress),
+    : IpInterface(inventory, reflect::className<VlanIfNetClient>, id, "vlan", static_cast<short>(params.vlanId),
+                  params.ipAddressInfo.ipAddress),
       id_(params.vlanId), committedInfoRate_(params.committedInfoRate), sir_(params.sir),
       shaperBurstSize_(params.shaperBurstSize), instanceId_(params.vlanInstanceId), addressInfo_(params.ipAddressInfo),
       isShaped_(params.vlanShapingEnabled), hasQos_(params.qosEnabled), hasCesopsn_(params.cesopsn)

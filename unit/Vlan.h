@@ -2,7 +2,7 @@
 #pragma once
 
 #include "clients/ip/VlanIfNetClient.h"
-#include "unit/Interface.h"
+#include "unit/IpInterface.h"
 
 #include <functional>
 #include <string>
@@ -10,7 +10,7 @@
 namespace trs::sim {
 
 // Runs while the interface that it is on is up.
-class Vlan final : public Interface {
+class Vlan final : public IpInterface {
 public:
     // What the interface that it is on decides and tells.
     struct Owner {

@@ -26,13 +26,13 @@ bool erase(Interfaces& interfaces, TipprmiObjectClient const& doomed)
 
 } // namespace
 
-class WideAreaInterfaces::Atm final : public Interface {
+class WideAreaInterfaces::Atm final : public IpInterface {
 public:
     static constexpr char const* prefix = "IfNet/Atm/";
 
     Atm(Inventory& inventory, short number, short place, AtmIfNetCreateParam const& params)
-        : Interface(inventory, reflect::className<AtmIfNetClient>, prefix + std::to_string(place), "atm", number,
-                    params.ipAddress),
+        : IpInterface(inventory, reflect::className<AtmIfNetClient>, prefix + std::to_string(place), "atm", number,
+                      params.ipAddress),
           trail_(params.vcTtp), hasLlcSnap_(params.llcSnap)
     {
         object().holds<&AtmIfNetClient::getLlcSnap, &AtmIfNetClient::setLlcSnap>(hasLlcSnap_);
@@ -48,13 +48,13 @@ private:
     bool hasLlcSnap_;
 };
 
-class WideAreaInterfaces::Multilink final : public Interface {
+class WideAreaInterfaces::Multilink final : public IpInterface {
 public:
     static constexpr char const* prefix = "IfNet/Ppp/";
 
     Multilink(Inventory& inventory, short number, short place, Ip3IfNetClient::Cfg const& cfg)
-        : Interface(inventory, reflect::className<Ip3IfNetClient>, prefix + std::to_string(place), "ppp", number,
-                    cfg.ipAddrSequence.getLength() != 0 ? cfg.ipAddrSequence[0].ipAddress : Address{}),
+        : IpInterface(inventory, reflect::className<Ip3IfNetClient>, prefix + std::to_string(place), "ppp", number,
+                      cfg.ipAddrSequence.getLength() != 0 ? cfg.ipAddrSequence[0].ipAddress : Address{}),
           endpoint_(cfg.mlp3Endpoint)
     {
         object().tells<&Ip3IfNetClient::getMlp3Endpoint>(endpoint_);

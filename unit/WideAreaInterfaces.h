@@ -3,7 +3,7 @@
 #pragma once
 
 #include "clients/ip/IpNodeClient.h"
-#include "unit/Interface.h"
+#include "unit/IpInterface.h"
 
 #include <map>
 #include <memory>

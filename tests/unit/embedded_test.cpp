@@ -25,7 +25,7 @@ protected:
     void inject(std::string const& kind, std::string const& operation, unsigned long count = 1, unsigned long delay = 0)
     {
         unsigned long number = 0;
-        ASSERT_EQ(unit.faults().inject({kind, operation, "", 1, count, 0, delay}, number), "");
+        ASSERT_EQ(unit.misbehaviours().inject({kind, operation, "", 1, count, 0, delay}, number), "");
     }
 
     trs::sim::Unit unit{{"10.0.0.7", 2, false}};
@@ -62,7 +62,7 @@ TEST_F(EmbeddedUnit, AnswersCallsOfItsProcessBadly)
         EXPECT_GE(Clock::now() - begin, least);
         EXPECT_EQ(isDone, failure == Kind::none && isExecuted);
         EXPECT_EQ(condition.isActive(), isExecuted);
-        unit.faults().withdraw(0);
+        unit.misbehaviours().withdraw(0);
     }
     EXPECT_TRUE(node.setMtu(1400) == SetClient::OK) << "calls go on";
 }
@@ -77,7 +77,7 @@ TEST_F(EmbeddedUnit, DamagesBytesAndKeepsTheCallersTime)
         damaged += node.getMtu(mtu) == GetClient::OK && mtu == 1500 ? 0 : 1;
     }
     EXPECT_GT(damaged, 10) << "a bit may be one that does not matter";
-    unit.faults().withdraw(0);
+    unit.misbehaviours().withdraw(0);
 
     inject("late", "IpNode.setMtu", 1, 60000);
     auto const begin = Clock::now();
@@ -99,7 +99,7 @@ TEST_F(EmbeddedUnit, LogsCallsOfItsProcessButNotItsOwn)
         EXPECT_EQ(trs::sim::scenario::save(unit)["objects"]["IpNode:IpNode"]["getMtu"]["mtu"], 1500);
     }
     EXPECT_FALSE(node.setMtu(1300) == SetClient::OK);
-    unit.faults().withdraw(0);
+    unit.misbehaviours().withdraw(0);
     condition.raise();
     std::ifstream file(log);
     std::vector<trs::catalogue::Value> lines;

@@ -202,7 +202,7 @@ TEST_F(Scenarios, ThePageHasAnExample)
 // A fault strikes as often as it was asked to, however often the unit was saved meanwhile.
 TEST_F(Scenarios, AFaultIsSavedWithWhatIsLeftOfIt)
 {
-    trs::sim::FaultPlan plan(0);
+    trs::sim::MisbehaviourPlan plan(0);
     unsigned long number = 0;
     EXPECT_EQ(plan.inject({"refuse", "IfNet.getMtu", "", 3, 2, 0, 0}, number), "");
     trs::catalogue::Operation const& operation = *trs::catalogue::findClass("IfNet")->find("getMtu");
@@ -215,7 +215,7 @@ TEST_F(Scenarios, AFaultIsSavedWithWhatIsLeftOfIt)
     for (char const* const text : left) {
         plan.strike(call);
         ASSERT_EQ(plan.left().size(), 1U);
-        EXPECT_EQ(trs::sim::FaultPlan::text(plan.left().front()), text);
+        EXPECT_EQ(trs::sim::MisbehaviourPlan::text(plan.left().front()), text);
     }
     plan.strike(call);
     EXPECT_TRUE(plan.left().empty());

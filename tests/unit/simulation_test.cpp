@@ -124,8 +124,8 @@ TEST_F(Simulation, FaultsConcernTheCallsThatAreMeant)
         refused += outcome() == "refused" ? 1 : 0;
     }
     EXPECT_TRUE(refused > 30 && refused < 90) << refused << " of 200 at 300 per mille";
-    TipprmiSequence<SimulatorClient::NumberedFault> faults;
-    EXPECT_TRUE(simulator.getFaults(faults) == GetClient::OK);
+    TipprmiSequence<SimulatorClient::NumberedMisbehaviour> faults;
+    EXPECT_TRUE(simulator.getMisbehaviours(faults) == GetClient::OK);
     ASSERT_EQ(faults.getLength(), 2U);
     EXPECT_TRUE(faults[0].struck == 2 && faults[0].matched == 206 && faults[1].matched == 200);
     EXPECT_EQ(faults[1].struck, static_cast<unsigned long>(refused));

@@ -375,7 +375,7 @@ TEST(Scenario, MakesAnotherUnitHoldTheSame)
     unit->create("Bfd/2", "BfdIpIubClient");
     unit->advance(1000);
     unsigned long number = 0;
-    unit->faults().inject({"late", "IfNet.getMtu", "IfNet/Lmp", 2, 3, 500, 20}, number);
+    unit->misbehaviours().inject({"late", "IfNet.getMtu", "IfNet/Lmp", 2, 3, 500, 20}, number);
     Value const saved = trs::sim::scenario::save(*unit);
     EXPECT_NE(saved, fresh);
 

@@ -199,19 +199,19 @@ void addSimulationCommands(Adder& adder, Unit& unit)
              "operation=CLASS[.OPERATION] and object=ID, from call=N on, count=N of them, by chance per-mille=N, with "
              "delay=MS",
              [&unit](Words const& words) {
-                 FaultPlan::Fault fault;
+                 MisbehaviourPlan::Misbehaviour fault;
                  unsigned long number = 0;
-                 std::string wrong = FaultPlan::parse(words, fault);
-                 wrong = wrong.empty() ? unit.faults().inject(fault, number) : wrong;
+                 std::string wrong = MisbehaviourPlan::parse(words, fault);
+                 wrong = wrong.empty() ? unit.misbehaviours().inject(fault, number) : wrong;
                  if (wrong.empty()) {
-                     list("fault " + std::to_string(number) + ": " + FaultPlan::text(fault));
+                     list("fault " + std::to_string(number) + ": " + MisbehaviourPlan::text(fault));
                  }
                  return wrong;
              })
         .add("faults", "", "lists the faults, with the calls that matched and those that they struck",
              [&unit](Words const&) {
-                 for (SimulatorClient::NumberedFault const& each : unit.faults().all()) {
-                     list("fault " + std::to_string(each.number) + ": " + FaultPlan::text(each.fault) + ": " +
+                 for (SimulatorClient::NumberedMisbehaviour const& each : unit.misbehaviours().all()) {
+                     list("fault " + std::to_string(each.number) + ": " + MisbehaviourPlan::text(each.fault) + ": " +
                           std::to_string(each.struck) + " of " + std::to_string(each.matched));
                  }
                  return std::string();
@@ -219,11 +219,11 @@ void addSimulationCommands(Adder& adder, Unit& unit)
         .add("clear", "[NUMBER]", "ends a fault, or all", [&unit](Words const& words) {
             long number = 0;
             if (!words.empty() && (!catalogue::parseNumber(words.front(), 1, mostFaults, number) ||
-                                   !unit.faults().withdraw(static_cast<unsigned long>(number)))) {
+                                   !unit.misbehaviours().withdraw(static_cast<unsigned long>(number)))) {
                 return quoted(words.front()) + " is no fault; faults lists them";
             }
             if (words.empty()) {
-                unit.faults().withdraw(0);
+                unit.misbehaviours().withdraw(0);
             }
             return std::string();
         });

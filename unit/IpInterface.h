@@ -19,19 +19,19 @@ std::uint32_t addressNumber(Address const& address);
 
 // Runs while what it stands on does: then its flags tell IFF__RUNNING. While it is not both up and running, its
 // conditions DownEgress and DownIngress are active and its counters stand still.
-class Interface {
+class IpInterface {
 public:
-    Interface(Inventory& inventory, std::string_view className, std::string const& id, std::string name, short number,
-              Address const& address);
-    Interface(Interface const&) = delete;
-    Interface& operator=(Interface const&) = delete;
+    IpInterface(Inventory& inventory, std::string_view className, std::string const& id, std::string name, short number,
+                Address const& address);
+    IpInterface(IpInterface const&) = delete;
+    IpInterface& operator=(IpInterface const&) = delete;
 
     bool isUp() const;
     // How long the prefix of the network is that an address is in, of those of the interface's own addresses; -1: none.
     int prefixOf(Address const& address) const;
 
 protected:
-    ~Interface() = default;
+    ~IpInterface() = default;
     Managed& object() { return object_; }
     Managed const& object() const { return object_; }
     Servant& servant() { return object_.servant(); }

@@ -1,4 +1,4 @@
-#include "unit/Interface.h"
+#include "unit/IpInterface.h"
 
 #include "unit/Journal.h"
 
@@ -50,8 +50,8 @@ std::uint32_t addressNumber(Address const& address)
     return number;
 }
 
-Interface::Interface(Inventory& inventory, std::string_view className, std::string const& id, std::string name,
-                     short number, Address const& address)
+IpInterface::IpInterface(Inventory& inventory, std::string_view className, std::string const& id, std::string name,
+                         short number, Address const& address)
     : name_(std::move(name)), number_(number), object_(inventory, id, className),
       states_(inventory.states(), [this] { lookBelow(); })
 {
@@ -100,9 +100,9 @@ Interface::Interface(Inventory& inventory, std::string_view className, std::stri
     });
 }
 
-bool Interface::isUp() const { return (flags() & runs) == runs; }
+bool IpInterface::isUp() const { return (flags() & runs) == runs; }
 
-unsigned short Interface::flags() const
+unsigned short IpInterface::flags() const
 {
     constexpr unsigned short running = IfNetClient::IFF__RUNNING;
     return !isRunning_ || isRunning_() ? flags_ : static_cast<unsigned short>(flags_ & ~running);
@@ -110,7 +110,7 @@ unsigned short Interface::flags() const
 
 // Observers of the conditions are told, as of everything that their proxies do. What stands on this interface is told
 // by the change of its fault service's state, which the conditions bring about, and by the signal.
-void Interface::lookBelow()
+void IpInterface::lookBelow()
 {
     bool const isUpNow = isUp();
     if (wasUp_ == isUpNow) {
@@ -128,7 +128,7 @@ void Interface::lookBelow()
     object_.inventory().states().give();
 }
 
-int Interface::prefixOf(Address const& address) const
+int IpInterface::prefixOf(Address const& address) const
 {
     int longest = -1;
     for (IfNetClient::IpAddrInfo const& own : addresses_) {
@@ -140,20 +140,20 @@ int Interface::prefixOf(Address const& address) const
     return longest;
 }
 
-void Interface::clearAddresses()
+void IpInterface::clearAddresses()
 {
     addresses_.setLength(0);
     tellAddresses();
 }
 
-void Interface::tellAddresses() const
+void IpInterface::tellAddresses() const
 {
     if (takeFirstAddress_) {
         takeFirstAddress_(addresses_.getLength() != 0 ? addresses_[0].ipAddress : Address{});
     }
 }
 
-void Interface::setFirstAddress(Address const& address)
+void IpInterface::setFirstAddress(Address const& address)
 {
     if (addresses_.getLength() == 0 && addressNumber(address) == 0) {
         return;

@@ -1,4 +1,4 @@
-#include "unit/FaultPlan.h"
+#include "unit/MisbehaviourPlan.h"
 
 #include "broker/PrintableText.h"
 #include "catalogue/Class.h"
@@ -21,31 +21,32 @@ constexpr long mostCalls = 1'000'000'000;
 
 std::string inQuotes(std::string_view text) { return '\'' + printable(std::string(text)) + '\''; }
 
-std::optional<FaultKind> kindOf(std::string_view name)
+std::optional<MisbehaviourKind> kindOf(std::string_view name)
 {
     auto const* const found = std::ranges::find(kindNames, name);
-    return found != kindNames.end() ? std::optional(static_cast<FaultKind>(found - kindNames.begin())) : std::nullopt;
+    return found != kindNames.end() ? std::optional(static_cast<MisbehaviourKind>(found - kindNames.begin()))
+                                    : std::nullopt;
 }
 
 // A word of the command that gives a number.
 struct Number {
     std::string_view name;
-    unsigned long FaultPlan::Fault::*field;
+    unsigned long MisbehaviourPlan::Misbehaviour::*field;
     long least;
     long most;
 };
-constexpr std::array<Number, 4> numbers{{{"call", &FaultPlan::Fault::call, 1, mostCalls},
-                                         {"count", &FaultPlan::Fault::count, 1, mostCalls},
-                                         {"per-mille", &FaultPlan::Fault::perMille, 1, certain},
-                                         {"delay", &FaultPlan::Fault::delay, 1, longestDelay}}};
+constexpr std::array<Number, 4> numbers{{{"call", &MisbehaviourPlan::Misbehaviour::call, 1, mostCalls},
+                                         {"count", &MisbehaviourPlan::Misbehaviour::count, 1, mostCalls},
+                                         {"per-mille", &MisbehaviourPlan::Misbehaviour::perMille, 1, certain},
+                                         {"delay", &MisbehaviourPlan::Misbehaviour::delay, 1, longestDelay}}};
 
 } // namespace
 
-std::string_view FaultPlan::nameOf(FaultKind kind) { return kindNames[static_cast<std::size_t>(kind)]; }
+std::string_view MisbehaviourPlan::nameOf(MisbehaviourKind kind) { return kindNames[static_cast<std::size_t>(kind)]; }
 
-std::string FaultPlan::inject(Fault const& fault, unsigned long& number)
+std::string MisbehaviourPlan::inject(Misbehaviour const& fault, unsigned long& number)
 {
-    std::optional<FaultKind> const kind = kindOf(fault.kind);
+    std::optional<MisbehaviourKind> const kind = kindOf(fault.kind);
     if (!kind) {
         std::string all;
         for (std::string_view const name : kindNames) {
@@ -85,7 +86,7 @@ std::string FaultPlan::inject(Fault const& fault, unsigned long& number)
     return {};
 }
 
-bool FaultPlan::withdraw(unsigned long number)
+bool MisbehaviourPlan::withdraw(unsigned long number)
 {
     std::lock_guard const lock(mutex_);
     return std::erase_if(rules_, [number](Rule const& rule) { return number == 0 || rule.stated.number == number; }) !=
@@ -93,22 +94,22 @@ bool FaultPlan::withdraw(unsigned long number)
            number == 0;
 }
 
-TipprmiSequence<SimulatorClient::NumberedFault> FaultPlan::all() const
+TipprmiSequence<SimulatorClient::NumberedMisbehaviour> MisbehaviourPlan::all() const
 {
     std::lock_guard const lock(mutex_);
-    TipprmiSequence<SimulatorClient::NumberedFault> all;
+    TipprmiSequence<SimulatorClient::NumberedMisbehaviour> all;
     for (Rule const& rule : rules_) {
         all.push_back(rule.stated);
     }
     return all;
 }
 
-std::vector<FaultPlan::Fault> FaultPlan::left() const
+std::vector<MisbehaviourPlan::Misbehaviour> MisbehaviourPlan::left() const
 {
     std::lock_guard const lock(mutex_);
-    std::vector<Fault> left;
+    std::vector<Misbehaviour> left;
     for (Rule const& rule : rules_) {
-        Fault fault = rule.stated.fault;
+        Misbehaviour fault = rule.stated.fault;
         unsigned long const matched = rule.stated.matched;
         unsigned long const before = std::max(fault.call, 1UL) - 1;
         unsigned long const meant = matched - std::min(matched, before); // of the calls that it could strike
@@ -122,16 +123,16 @@ std::vector<FaultPlan::Fault> FaultPlan::left() const
     return left;
 }
 
-bool FaultPlan::concerns(Rule const& rule, ObjectAddress const& call)
+bool MisbehaviourPlan::concerns(Rule const& rule, ObjectAddress const& call)
 {
     return (!rule.classId || *rule.classId == call.classId) && (!rule.opIndex || *rule.opIndex == call.opIndex) &&
            (rule.stated.fault.object.empty() || rule.stated.fault.object == call.id);
 }
 
 // Whether the rule strikes a call that it concerns.
-bool FaultPlan::strikes(Rule& rule)
+bool MisbehaviourPlan::strikes(Rule& rule)
 {
-    Fault const& fault = rule.stated.fault;
+    Misbehaviour const& fault = rule.stated.fault;
     unsigned long const call = ++rule.stated.matched;
     unsigned long const first = std::max(fault.call, 1UL);
     bool const isMeant = call >= first && (fault.count == 0 || call - first < fault.count);
@@ -144,7 +145,7 @@ bool FaultPlan::strikes(Rule& rule)
     return isStruck;
 }
 
-std::optional<FaultPlan::Strike> FaultPlan::strike(ObjectAddress const& call)
+std::optional<MisbehaviourPlan::Strike> MisbehaviourPlan::strike(ObjectAddress const& call)
 {
     std::lock_guard const lock(mutex_);
     Rule const* first = nullptr;
@@ -161,7 +162,7 @@ std::optional<FaultPlan::Strike> FaultPlan::strike(ObjectAddress const& call)
                   static_cast<std::uint32_t>(random_())};
 }
 
-std::string FaultPlan::parse(catalogue::Words const& words, Fault& fault)
+std::string MisbehaviourPlan::parse(catalogue::Words const& words, Misbehaviour& fault)
 {
     fault = {};
     fault.kind = words.empty() ? "" : words.front();
@@ -189,7 +190,7 @@ std::string FaultPlan::parse(catalogue::Words const& words, Fault& fault)
     return {};
 }
 
-std::string FaultPlan::text(Fault const& fault)
+std::string MisbehaviourPlan::text(Misbehaviour const& fault)
 {
     std::string text = fault.kind;
     text += fault.operation.empty() ? "" : " operation=" + fault.operation;

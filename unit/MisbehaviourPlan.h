@@ -16,7 +16,7 @@
 
 namespace trs::sim {
 
-enum class FaultKind {
+enum class MisbehaviourKind {
     refuse,  // is not executed, and answered as refused
     delay,   // is executed late
     drop,    // is executed and not answered
@@ -30,9 +30,9 @@ enum class FaultKind {
 };
 
 // May be used by any thread.
-class FaultPlan {
+class MisbehaviourPlan {
 public:
-    using Fault = SimulatorClient::Fault;
+    using Misbehaviour = SimulatorClient::Misbehaviour;
 
     // Has calls come by the plan; empty, or why they cannot. Called with every fault.
     using Engage = std::function<std::string()>;
@@ -41,7 +41,7 @@ public:
     using Spent = std::function<void()>;
 
     // What happens by chance is the same with the same seed and the same calls.
-    explicit FaultPlan(unsigned long seed, Engage engage = {}, Spent spent = {})
+    explicit MisbehaviourPlan(unsigned long seed, Engage engage = {}, Spent spent = {})
         : engage_(std::move(engage)), spent_(std::move(spent)), random_(seed)
     {
     }
@@ -53,16 +53,16 @@ public:
     }
 
     // Adds a fault. Empty, with its number, or what is wrong with it.
-    std::string inject(Fault const& fault, unsigned long& number);
+    std::string inject(Misbehaviour const& fault, unsigned long& number);
     // Ends the fault of that number; 0 ends all. False when there is none of that number.
     bool withdraw(unsigned long number);
-    TipprmiSequence<SimulatorClient::NumberedFault> all() const;
+    TipprmiSequence<SimulatorClient::NumberedMisbehaviour> all() const;
     // What is left of those that can still strike: with the calls that are still to come before the first one that is
     // struck, and the number of those that still are.
-    std::vector<Fault> left() const;
+    std::vector<Misbehaviour> left() const;
 
     struct Strike {
-        FaultKind kind;
+        MisbehaviourKind kind;
         std::chrono::milliseconds delay;
         std::uint32_t chance; // decides what the kind leaves open
     };
@@ -70,15 +70,15 @@ public:
     std::optional<Strike> strike(ObjectAddress const& call);
 
     // From the words of a command, "cut operation=IfNet.getMtu call=3 count=1": empty, or what is wrong with them.
-    static std::string parse(catalogue::Words const& words, Fault& fault);
+    static std::string parse(catalogue::Words const& words, Misbehaviour& fault);
     // As parse() takes it, without what is not said.
-    static std::string text(Fault const& fault);
-    static std::string_view nameOf(FaultKind kind);
+    static std::string text(Misbehaviour const& fault);
+    static std::string_view nameOf(MisbehaviourKind kind);
 
 private:
     struct Rule {
-        SimulatorClient::NumberedFault stated;
-        FaultKind kind;
+        SimulatorClient::NumberedMisbehaviour stated;
+        MisbehaviourKind kind;
         std::optional<std::uint32_t> classId;
         std::optional<std::uint32_t> opIndex;
     };
