@@ -6,24 +6,33 @@
 #include "catalogue/SimulatorClient.h"
 #include "clients/ip/IpNodeClient.h"
 
+#include <algorithm>
+#include <array>
+
 namespace trs::catalogue {
+
+std::span<ObjectName const> ObjectName::wellKnown()
+{
+    static std::array<ObjectName, 3> const names{
+        {{"IpNodeClient", IpNodeClient::IPNODE_OID},
+         {"NmiRmiAdapterClient", NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME},
+         {"SimulatorClient", SimulatorClient::SIMULATOR_OID}}};
+    return names;
+}
 
 std::string ObjectName::parse(std::string const& text, ObjectName& name)
 {
-    if (text == IpNodeClient::IPNODE_OID) {
-        name = {"IpNodeClient", text};
-    } else if (text == NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME) {
-        name = {"NmiRmiAdapterClient", text};
-    } else if (text == SimulatorClient::SIMULATOR_OID) {
-        name = {"SimulatorClient", text};
-    } else {
-        std::size_t const colon = text.find(':');
-        if (colon == std::string::npos || colon == 0 || colon + 1 == text.size()) {
-            return '\'' + printable(text) + "' is no object: it is neither Class:identifier nor a well-known " +
-                   IpNodeClient::IPNODE_OID + " or " + NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME;
-        }
-        name = {text.substr(0, colon), text.substr(colon + 1)};
+    auto const found = std::ranges::find(wellKnown(), text, &ObjectName::id);
+    if (found != wellKnown().end()) {
+        name = *found;
+        return {};
     }
+    std::size_t const colon = text.find(':');
+    if (colon == std::string::npos || colon == 0 || colon + 1 == text.size()) {
+        return '\'' + printable(text) + "' is no object: it is neither Class:identifier nor a well-known " +
+               IpNodeClient::IPNODE_OID + " or " + NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME;
+    }
+    name = {text.substr(0, colon), text.substr(colon + 1)};
     return {};
 }
 

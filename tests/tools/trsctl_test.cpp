@@ -138,11 +138,15 @@ TEST_F(Trsctl, ShowsTheTreeOfObjects)
     EXPECT_THAT(text, HasSubstr("\n  EthIfNet:IfNet/Transport  (getTransportIfNet)\n"));
     EXPECT_THAT(text, HasSubstr("HwmSensor:HwmUnit-1/Sensor  (getSensor)\n"));
     EXPECT_THAT(text, HasSubstr("EthLink:HwmUnit-1/EthLink  (getActiveLink, above)"));
-    EXPECT_EQ(output({"tree", "--depth", "0"}), "IpNode:IpNode\n");
+    EXPECT_THAT(text, HasSubstr("\nNmiRmiAdapter:NmiRmiAdapterServer\n"));
+    EXPECT_EQ(output({"tree", "--depth", "0"}), "IpNode:IpNode\nNmiRmiAdapter:NmiRmiAdapterServer\n"
+                                                "Simulator:Simulator\n");
+    EXPECT_EQ(output({"tree", "Simulator"}), "Simulator:Simulator\n");
     EXPECT_THAT(output({"tree", "--dot"}),
                 HasSubstr("  \"IpNode:IpNode\" -> \"EthIfNet:IfNet/Lmp\" [label=\"getLMPIfNet\"];\n"));
     auto const json = nlohmann::json::parse(output({"tree", "--format", "json", "--depth", "1"}));
-    bool const hasLmp = std::any_of(json["children"].begin(), json["children"].end(),
+    ASSERT_EQ(json.size(), 3U);
+    bool const hasLmp = std::any_of(json[0]["children"].begin(), json[0]["children"].end(),
                                     [](auto const& child) { return child["operation"] == "getLMPIfNet"; });
     EXPECT_TRUE(hasLmp);
 

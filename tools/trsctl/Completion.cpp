@@ -24,7 +24,8 @@ std::vector<std::string> objectsOf(Program::Options options)
 {
     options.timeout = static_cast<int>(patience.count());
     options.wait = 0;
-    std::vector<std::string> found{"IpNode", "NmiRmiAdapterServer", "Simulator"};
+    std::vector<std::string> found;
+    std::ranges::transform(ObjectName::wellKnown(), std::back_inserter(found), &ObjectName::id);
     Target target;
     if (findTarget(options, found.front(), target) != ExitCode::good) {
         return found;

@@ -1,6 +1,7 @@
 #include "tools/trsctl/UnitDocument.h"
 
 #include "catalogue/ConstantNames.h"
+#include "catalogue/SimulatorClient.h"
 #include "catalogue/Walk.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Progress.h"
@@ -86,8 +87,11 @@ ExitCode readUnit(Program::Options const& options, std::string const& object, Va
         document = collector.document();
         return code;
     }
-    for (char const* const root : {"IpNode", "NmiRmiAdapterServer"}) {
-        if (ExitCode const code = collector.add(root); code != ExitCode::good) {
+    for (catalogue::ObjectName const& root : catalogue::ObjectName::wellKnown()) {
+        if (root.id == SimulatorClient::SIMULATOR_OID) {
+            continue; // which tells how often it was called
+        }
+        if (ExitCode const code = collector.add(root.id); code != ExitCode::good) {
             return code;
         }
     }

@@ -97,20 +97,41 @@ void sayDot(Node const& node)
 }
 
 struct TreeWords {
-    std::string object = "IpNode";
+    std::string object; // none: the well-known ones that are there
     int depth = 8;
     bool isDot = false;
 };
 
+void say(std::vector<Node> const& trees, Program::Options const& options, TreeWords const& words)
+{
+    if (words.isDot) {
+        tools::say("digraph unit {");
+        std::ranges::for_each(trees, sayDot);
+        tools::say("}");
+    } else if (options.format == Format::json) {
+        Value all = Value::array();
+        std::ranges::transform(trees, std::back_inserter(all), toValue);
+        tools::say(catalogue::toJson(words.object.empty() ? all : all.front()));
+    } else {
+        std::ranges::for_each(trees, [](Node const& root) { sayText(root, 0); });
+    }
+}
+
+// A unit has an IP node; the other well-known objects may be missing.
 ExitCode tree(Program::Options const& options, TreeWords const& words)
 {
     Target target;
-    if (ExitCode const code = findTarget(options, words.object, target); code != ExitCode::good) {
+    std::string const first = words.object.empty() ? catalogue::ObjectName::wellKnown().front().id : words.object;
+    if (ExitCode const code = findTarget(options, first, target); code != ExitCode::good) {
         return code;
+    }
+    std::vector<catalogue::ObjectName> roots{target.name};
+    if (words.object.empty()) {
+        std::ranges::copy(catalogue::ObjectName::wellKnown().subspan(1), std::back_inserter(roots));
     }
     TreflectHandlerState const running;
     catalogue::Walk walk({.depth = std::max(words.depth, 1)}); // whether the object is there is asked at least
-    walk.begin(target.name);
+    std::ranges::for_each(roots, [&walk](catalogue::ObjectName const& root) { walk.begin(root); });
     Graph graph;
     ExitCode end = ExitCode::good;
     catalogue::makeCalls(walk, [&](catalogue::Visit const& visit) {
@@ -119,6 +140,9 @@ ExitCode tree(Program::Options const& options, TreeWords const& words)
         if (isRootMissing || isUnitLost(visit.outcome)) {
             end = complain({target.unit, visit.object.name, visit.object.type, {}}, visit.operation, visit.outcome);
             return false;
+        }
+        if (visit.object.from == nullptr && visit.outcome.failure.kind == CallFailure::Kind::noSuchObject) {
+            return true;
         }
         std::vector<Edge>& edges = graph[visit.object.name.id];
         for (std::string const& reference : visit.references) {
@@ -129,16 +153,14 @@ ExitCode tree(Program::Options const& options, TreeWords const& words)
     if (graph.empty() && end != ExitCode::good) {
         return end;
     }
-    Node const root = Planter(graph, words.depth).plant(target.name.text(), {}, 0);
-    if (words.isDot) {
-        tools::say("digraph unit {");
-        sayDot(root);
-        tools::say("}");
-    } else if (options.format == Format::json) {
-        tools::say(catalogue::toJson(toValue(root)));
-    } else {
-        sayText(root, 0);
+    Planter planter(graph, words.depth);
+    std::vector<Node> trees;
+    for (catalogue::ObjectName const& root : roots) {
+        if (graph.contains(root.id)) {
+            trees.push_back(planter.plant(root.text(), {}, 0));
+        }
     }
+    say(trees, options, words);
     return end;
 }
 
