@@ -2,8 +2,11 @@
 #pragma once
 
 #include "broker/Deadline.h"
+#include "broker/transport/Poller.h"
 
 #include <cstddef>
+#include <span>
+#include <string>
 
 namespace trs {
 
@@ -30,14 +33,30 @@ public:
 
     // Sends all, waiting for the other side to take it.
     virtual Sent send(unsigned char const* bytes, std::size_t length, Deadline& deadline) = 0;
-    // Sends what fits, without waiting. How much was taken.
-    virtual std::size_t sendSome(unsigned char const* bytes, std::size_t length) = 0;
+    struct Piece {
+        unsigned char const* bytes;
+        std::size_t length;
+    };
+    // Sends what fits of one piece after the other, without waiting. How many bytes were taken.
+    virtual std::size_t sendSome(std::span<Piece const> pieces) = 0;
+    std::size_t sendSome(unsigned char const* bytes, std::size_t length)
+    {
+        Piece const whole{bytes, length};
+        return sendSome(std::span(&whole, 1));
+    }
     // Receives what there is, `room` bytes at most, into `place`; waits for the first, for ever without a deadline. For
     // what begins when it pleases the other side: the thread may wait awake for a moment.
     virtual Received receive(unsigned char* place, std::size_t room, Deadline* deadline, std::size_t& count) = 0;
     // The same for the rest of what has begun to arrive.
     virtual Received receiveRest(unsigned char* place, std::size_t room, Deadline const& deadline,
                                  std::size_t& count) = 0;
+    // The same without waiting: timedOut when there is nothing.
+    virtual Received receiveNow(unsigned char* place, std::size_t room, std::size_t& count) = 0;
+    // Has the poller tell `number` of these events of the channel, canReceive and canSend, and no others. Of one poller
+    // in the channel's life. False when the system does not allow it.
+    virtual bool watch(Poller& poller, Poller::Number number, Poller::Events events) = 0;
+    // Of a channel that Dialer::begin() made and that can be sent to: empty, or why there is no connection.
+    virtual std::string connectFailure() const { return {}; }
     // Whether the other side has closed it, or sent something that was not received.
     virtual bool isStale() const = 0;
     // Tells the other side that nothing more will be sent; it may still send.

@@ -21,6 +21,10 @@ public:
     virtual std::unique_ptr<Channel> dial(std::size_t way, Deadline& deadline, Cut const& cut,
                                           std::string& why) const = 0;
 
+    // Begins a channel by that way, without waiting: it can be sent to once there is a connection, or has failed
+    // (Channel::connectFailure). Null and why; then `isTooEarly` tells whether it is only that the other side is busy.
+    virtual std::unique_ptr<Channel> begin(std::size_t way, bool& isTooEarly, std::string& why) const = 0;
+
 protected:
     Dialer() = default;
 };

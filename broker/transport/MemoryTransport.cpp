@@ -41,17 +41,17 @@ public:
         isOver = hasSenderEnded_ || hasReceiverEnded_;
         std::size_t const count = isOver ? 0 : std::min(length, mostWaiting - bytes_.size());
         bytes_.insert(bytes_.end(), bytes, bytes + count);
-        changed_.notify_all();
+        tellBoth();
         return count;
     }
     // Until there is room, or nothing will be taken any more. False when the time is over.
     bool awaitRoom(Deadline const& deadline)
     {
-        return await(&deadline, [this] { return hasReceiverEnded_ || hasSenderEnded_ || bytes_.size() < mostWaiting; });
+        return await(&deadline, [this] { return isSendable(); });
     }
     Received take(unsigned char* place, std::size_t room, Deadline const* deadline, std::size_t& count)
     {
-        if (!await(deadline, [this] { return hasReceiverEnded_ || hasSenderEnded_ || !bytes_.empty(); })) {
+        if (!await(deadline, [this] { return isReceivable(); })) {
             return Received::timedOut;
         }
         std::lock_guard const lock(mutex_);
@@ -62,8 +62,31 @@ public:
         auto const end = bytes_.begin() + static_cast<std::ptrdiff_t>(count);
         std::copy(bytes_.begin(), end, place);
         bytes_.erase(bytes_.begin(), end);
-        changed_.notify_all();
+        tellBoth();
         return Received::some;
+    }
+    // The same without waiting.
+    Received takeNow(unsigned char* place, std::size_t room, std::size_t& count)
+    {
+        {
+            std::lock_guard const lock(mutex_);
+            if (!isReceivable()) {
+                return Received::timedOut;
+            }
+        }
+        return take(place, room, nullptr, count);
+    }
+    void watchReceiving(Poller* poller, Poller::Number number)
+    {
+        std::lock_guard const lock(mutex_);
+        receiver_ = {poller, number};
+        tellReceiver();
+    }
+    void watchSending(Poller* poller, Poller::Number number)
+    {
+        std::lock_guard const lock(mutex_);
+        sender_ = {poller, number};
+        tellSender();
     }
     bool isStale()
     {
@@ -75,10 +98,45 @@ public:
         std::lock_guard const lock(mutex_);
         hasSenderEnded_ = hasSenderEnded_ || bySender;
         hasReceiverEnded_ = hasReceiverEnded_ || byReceiver;
-        changed_.notify_all();
+        tellBoth();
     }
 
 private:
+    // Who is to be told by a poller; null: nobody.
+    struct Watched {
+        Poller* poller = nullptr;
+        Poller::Number number = 0;
+
+        void tell(Poller::Events events)
+        {
+            if (poller != nullptr) {
+                poller->tell(number, events);
+                poller = poller->tellsAlways() ? poller : nullptr;
+            }
+        }
+    };
+
+    bool isReceivable() const { return hasReceiverEnded_ || hasSenderEnded_ || !bytes_.empty(); }
+    bool isSendable() const { return hasReceiverEnded_ || hasSenderEnded_ || bytes_.size() < mostWaiting; }
+    void tellReceiver()
+    {
+        if (isReceivable()) {
+            receiver_.tell(Poller::canReceive);
+        }
+    }
+    void tellSender()
+    {
+        if (isSendable()) {
+            sender_.tell(Poller::canSend);
+        }
+    }
+    void tellBoth()
+    {
+        changed_.notify_all();
+        tellReceiver();
+        tellSender();
+    }
+
     template <class Condition>
     bool await(Deadline const* deadline, Condition const& condition)
     {
@@ -95,6 +153,8 @@ private:
     std::vector<unsigned char> bytes_;
     bool hasSenderEnded_ = false;
     bool hasReceiverEnded_ = false;
+    Watched sender_;
+    Watched receiver_;
 };
 
 std::pair<std::unique_ptr<Channel>, std::unique_ptr<Channel>> MemoryChannel::makePair()
@@ -103,6 +163,13 @@ std::pair<std::unique_ptr<Channel>, std::unique_ptr<Channel>> MemoryChannel::mak
     auto const back = std::make_shared<Pipe>();
     return {std::unique_ptr<Channel>(new MemoryChannel(back, there)),
             std::unique_ptr<Channel>(new MemoryChannel(there, back))};
+}
+
+MemoryChannel::~MemoryChannel()
+{
+    shutDown();
+    in_->watchReceiving(nullptr, 0);
+    out_->watchSending(nullptr, 0);
 }
 
 Channel::Sent MemoryChannel::send(unsigned char const* bytes, std::size_t length, Deadline& deadline)
@@ -121,10 +188,18 @@ Channel::Sent MemoryChannel::send(unsigned char const* bytes, std::size_t length
     return Sent::all;
 }
 
-std::size_t MemoryChannel::sendSome(unsigned char const* bytes, std::size_t length)
+std::size_t MemoryChannel::sendSome(std::span<Piece const> pieces)
 {
-    bool isOver = false;
-    return out_->put(bytes, length, isOver);
+    std::size_t sent = 0;
+    for (Piece const& piece : pieces) {
+        bool isOver = false;
+        std::size_t const count = out_->put(piece.bytes, piece.length, isOver);
+        sent += count;
+        if (count < piece.length) {
+            break;
+        }
+    }
+    return sent;
 }
 
 Channel::Received MemoryChannel::receive(unsigned char* place, std::size_t room, Deadline* deadline, std::size_t& count)
@@ -136,6 +211,18 @@ Channel::Received MemoryChannel::receiveRest(unsigned char* place, std::size_t r
                                              std::size_t& count)
 {
     return in_->take(place, room, &deadline, count);
+}
+
+Channel::Received MemoryChannel::receiveNow(unsigned char* place, std::size_t room, std::size_t& count)
+{
+    return in_->takeNow(place, room, count);
+}
+
+bool MemoryChannel::watch(Poller& poller, Poller::Number number, Poller::Events events)
+{
+    in_->watchReceiving((events & Poller::canReceive) != 0 ? &poller : nullptr, number);
+    out_->watchSending((events & Poller::canSend) != 0 ? &poller : nullptr, number);
+    return true;
 }
 
 bool MemoryChannel::isStale() const { return in_->isStale(); }
@@ -181,8 +268,15 @@ std::unique_ptr<Channel> MemoryListener::connect()
     return std::move(near);
 }
 
-std::unique_ptr<Channel> MemoryDialer::dial(std::size_t, Deadline&, Cut const&, std::string& why) const
+std::unique_ptr<Channel> MemoryDialer::dial(std::size_t way, Deadline&, Cut const&, std::string& why) const
 {
+    bool isTooEarly = false;
+    return begin(way, isTooEarly, why);
+}
+
+std::unique_ptr<Channel> MemoryDialer::begin(std::size_t, bool& isTooEarly, std::string& why) const
+{
+    isTooEarly = false;
     Names& names = Names::instance();
     std::lock_guard const lock(names.mutex);
     auto const found = names.listeners.find(endpoint_.path);

@@ -18,11 +18,14 @@ class MemoryChannel final : public Channel {
 public:
     static std::pair<std::unique_ptr<Channel>, std::unique_ptr<Channel>> makePair();
 
-    ~MemoryChannel() override { shutDown(); }
+    ~MemoryChannel() override;
     Sent send(unsigned char const* bytes, std::size_t length, Deadline& deadline) override;
-    std::size_t sendSome(unsigned char const* bytes, std::size_t length) override;
+    using Channel::sendSome;
+    std::size_t sendSome(std::span<Piece const> pieces) override;
     Received receive(unsigned char* place, std::size_t room, Deadline* deadline, std::size_t& count) override;
     Received receiveRest(unsigned char* place, std::size_t room, Deadline const& deadline, std::size_t& count) override;
+    Received receiveNow(unsigned char* place, std::size_t room, std::size_t& count) override;
+    bool watch(Poller& poller, Poller::Number number, Poller::Events events) override;
     bool isStale() const override;
     void endSending() override;
     void endReceiving() override;
@@ -59,6 +62,7 @@ public:
 
     std::size_t ways() const override { return 1; }
     std::unique_ptr<Channel> dial(std::size_t way, Deadline& deadline, Cut const& cut, std::string& why) const override;
+    std::unique_ptr<Channel> begin(std::size_t way, bool& isTooEarly, std::string& why) const override;
 
 private:
     Endpoint const endpoint_;

@@ -1,14 +1,21 @@
 #include "broker/transport/SocketChannel.h"
 
+#include "broker/transport/Address.h"
+
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/time.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 namespace trs {
 
 namespace {
+
+constexpr std::size_t mostPieces = 64; // for one system call
 
 bool wouldBlock() { return errno == EAGAIN || errno == EWOULDBLOCK; }
 
@@ -50,13 +57,32 @@ Channel::Sent SocketChannel::send(unsigned char const* bytes, std::size_t length
     return Sent::all;
 }
 
-std::size_t SocketChannel::sendSome(unsigned char const* bytes, std::size_t length)
+std::size_t SocketChannel::sendSome(std::span<Piece const> pieces)
 {
-    ssize_t count = 0;
-    do {
-        count = ::send(descriptor_, bytes, length, MSG_NOSIGNAL | MSG_DONTWAIT);
-    } while (count < 0 && errno == EINTR);
-    return count < 0 ? 0 : static_cast<std::size_t>(count);
+    std::array<iovec, mostPieces> places;
+    std::size_t sent = 0;
+    while (!pieces.empty()) {
+        auto const some = pieces.first(std::min(pieces.size(), places.size()));
+        std::size_t length = 0;
+        std::ranges::transform(some, places.begin(), [&length](Piece const& piece) {
+            length += piece.length;
+            return iovec{const_cast<unsigned char*>(piece.bytes), piece.length};
+        });
+        msghdr message{};
+        message.msg_iov = places.data();
+        message.msg_iovlen = some.size();
+        ssize_t count = 0;
+        do {
+            count = some.size() == 1 ? ::send(descriptor_, some[0].bytes, length, MSG_NOSIGNAL | MSG_DONTWAIT)
+                                     : ::sendmsg(descriptor_, &message, MSG_NOSIGNAL | MSG_DONTWAIT);
+        } while (count < 0 && errno == EINTR);
+        sent += count < 0 ? 0 : static_cast<std::size_t>(count);
+        if (count < 0 || static_cast<std::size_t>(count) < length) {
+            break;
+        }
+        pieces = pieces.subspan(some.size());
+    }
+    return sent;
 }
 
 void SocketChannel::setReceiveTimeout(int milliseconds)
@@ -118,6 +144,34 @@ Channel::Received SocketChannel::receive(unsigned char* place, std::size_t room,
         return receive(place, room, nullptr, count);
     }
     return wouldBlock() ? Received::timedOut : Received::lost;
+}
+
+Channel::Received SocketChannel::receiveNow(unsigned char* place, std::size_t room, std::size_t& count)
+{
+    ssize_t received = -1;
+    do {
+        received = ::recv(descriptor_, place, room, MSG_DONTWAIT);
+    } while (received < 0 && errno == EINTR);
+    if (received > 0) {
+        count = static_cast<std::size_t>(received);
+        return Received::some;
+    }
+    return received == 0 ? Received::closed : wouldBlock() ? Received::timedOut : Received::lost;
+}
+
+bool SocketChannel::watch(Poller& poller, Poller::Number number, Poller::Events events)
+{
+    bool const isFirst = !isWatched_;
+    isWatched_ = true;
+    return poller.watch(descriptor_, number, events, isFirst);
+}
+
+std::string SocketChannel::connectFailure() const
+{
+    int error = 0;
+    socklen_t size = sizeof error;
+    ::getsockopt(descriptor_, SOL_SOCKET, SO_ERROR, &error, &size);
+    return error == 0 ? std::string() : systemErrorText(error);
 }
 
 bool SocketChannel::isStale() const

@@ -14,9 +14,13 @@ public:
     ~SocketChannel() override;
 
     Sent send(unsigned char const* bytes, std::size_t length, Deadline& deadline) override;
-    std::size_t sendSome(unsigned char const* bytes, std::size_t length) override;
+    using Channel::sendSome;
+    std::size_t sendSome(std::span<Piece const> pieces) override;
     Received receive(unsigned char* place, std::size_t room, Deadline* deadline, std::size_t& count) override;
     Received receiveRest(unsigned char* place, std::size_t room, Deadline const& deadline, std::size_t& count) override;
+    Received receiveNow(unsigned char* place, std::size_t room, std::size_t& count) override;
+    bool watch(Poller& poller, Poller::Number number, Poller::Events events) override;
+    std::string connectFailure() const override;
     bool isStale() const override;
     void endSending() override;
     void endReceiving() override;
@@ -27,6 +31,7 @@ private:
     void setReceiveTimeout(int milliseconds);
 
     int const descriptor_;
+    bool isWatched_ = false;
     int receiveTimeout_ = 0; // what the socket has; 0: none
     BusyWait busyWait_;
 };

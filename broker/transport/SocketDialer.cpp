@@ -61,4 +61,24 @@ std::unique_ptr<Channel> SocketDialer::dial(std::size_t way, Deadline& deadline,
     return std::make_unique<SocketChannel>(descriptor);
 }
 
+std::unique_ptr<Channel> SocketDialer::begin(std::size_t way, bool& isTooEarly, std::string& why) const
+{
+    SocketAddress const& address = addresses_[way];
+    int const family = address.protocol().family();
+    int const descriptor = ::socket(family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    bool const isBegun =
+        descriptor >= 0 &&
+        (::connect(descriptor, address.data(), static_cast<socklen_t>(address.size())) == 0 || errno == EINPROGRESS);
+    isTooEarly = !isBegun && descriptor >= 0 && errno == EAGAIN;
+    if (!isBegun) {
+        why = systemErrorText(errno);
+        if (descriptor >= 0) {
+            ::close(descriptor);
+        }
+        return nullptr;
+    }
+    configureSocket(descriptor, family);
+    return std::make_unique<SocketChannel>(descriptor);
+}
+
 } // namespace trs

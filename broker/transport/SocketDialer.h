@@ -14,6 +14,7 @@ public:
 
     std::size_t ways() const override { return addresses_.size(); }
     std::unique_ptr<Channel> dial(std::size_t way, Deadline& deadline, Cut const& cut, std::string& why) const override;
+    std::unique_ptr<Channel> begin(std::size_t way, bool& isTooEarly, std::string& why) const override;
 
 private:
     std::vector<SocketAddress> const addresses_;
