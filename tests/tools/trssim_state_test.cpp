@@ -25,8 +25,6 @@
 
 namespace {
 
-using Json = trs::catalogue::Value;
-
 // What one client has told the unit: what was answered, and what may have been carried out without an answer.
 template <class T>
 class Told {
@@ -159,8 +157,8 @@ protected:
         TreflectHandlerState const running;
         std::string text;
         EXPECT_EQ(simulator().getScenario(text), GetClient::OK);
-        Json document = Json::parse(text, nullptr, false);
-        Json& objects = document["objects"];
+        trs::catalogue::Value document = trs::catalogue::Value::parse(text, nullptr, false);
+        trs::catalogue::Value& objects = document["objects"];
         for (char const* const name : {"EthIfNet:IfNet/Transport", "EthIfNet:IfNet/Lmp"}) {
             objects[name].erase("getMtu");
         }
