@@ -12,7 +12,10 @@ struct ThreadState {
     bool isHandler;
     bool hasPermission;
     bool enteredWithoutPermission; // so that leaving gives it back
+    bool isExecuting;              // within a RunPermissionScope that took the permission
+    bool isWaiting;                // and that was told
     unsigned depth;
+    trs::PermissionWaits* waits;
 };
 thread_local ThreadState self{};
 
@@ -39,7 +42,34 @@ void giveBack()
     token.unlock();
 }
 
+void endWait()
+{
+    if (self.isWaiting) [[unlikely]] {
+        self.isWaiting = false;
+        self.waits->end();
+    }
+}
+
 } // namespace
+
+trs::RunPermissionScope::RunPermissionScope() : isTaker_(!self.hasPermission)
+{
+    if (isTaker_) {
+        take();
+        self.isExecuting = true;
+    }
+}
+
+trs::RunPermissionScope::~RunPermissionScope()
+{
+    if (isTaker_) {
+        self.isExecuting = false;
+        endWait(); // an object may forget to take back what it gave
+        if (self.hasPermission) {
+            giveBack();
+        }
+    }
+}
 
 bool TreflectORB::isHandlerThread() { return self.isHandler; }
 
@@ -48,6 +78,7 @@ bool TreflectORB::hasRunPermission() { return self.hasPermission; }
 void TreflectORB::getRunPermission()
 {
     if (!self.hasPermission) {
+        endWait();
         take();
     }
 }
@@ -56,6 +87,10 @@ void TreflectORB::releaseRunPermission()
 {
     if (self.hasPermission) {
         giveBack();
+        if (self.isExecuting && self.waits != nullptr) {
+            self.isWaiting = true;
+            self.waits->begin();
+        }
     }
 }
 
@@ -75,3 +110,4 @@ void TreflectORB::leaveHandlerState(bool)
 }
 
 void trs::becomeHandlerThread() { self.isHandler = true; }
+void trs::watchPermission(PermissionWaits* waits) { self.waits = waits; }

@@ -5,23 +5,24 @@
 
 namespace trs {
 
+// Is told when a thread that runs objects gives the run permission back in the middle of one, to wait for others.
+class PermissionWaits {
+public:
+    virtual void begin() = 0; // without the permission
+    virtual void end() = 0;   // before it is taken again
+
+protected:
+    PermissionWaits() = default;
+    ~PermissionWaits() = default;
+};
+
 // Has the run permission from construction to destruction; takes it only from a thread that lacks it.
 class RunPermissionScope {
 public:
-    RunPermissionScope() : isTaker_(!TreflectORB::hasRunPermission())
-    {
-        if (isTaker_) {
-            TreflectORB::getRunPermission();
-        }
-    }
+    RunPermissionScope();
     RunPermissionScope(RunPermissionScope const&) = delete;
     RunPermissionScope& operator=(RunPermissionScope const&) = delete;
-    ~RunPermissionScope()
-    {
-        if (isTaker_) {
-            TreflectORB::releaseRunPermission();
-        }
-    }
+    ~RunPermissionScope();
 
 private:
     bool const isTaker_;
@@ -51,5 +52,7 @@ private:
 
 // Makes the calling thread one of the broker's, to its end.
 void becomeHandlerThread();
+// Has the waiting of the calling thread told, to the thread's end.
+void watchPermission(PermissionWaits* waits);
 
 } // namespace trs
