@@ -8,8 +8,9 @@
 
 namespace trs {
 
-// Bytes are received into the message itself, so that none is copied in the usual case of one message at a time.
-// Storage grows with what has arrived, never with what a message's length claims.
+// Bytes are received into the message itself, so that none is copied in the usual case of one message at a time; of
+// many that come together each is copied twice, however many they are. Storage grows with what has arrived, never with
+// what a message's length claims.
 class Assembler {
 public:
     enum class State {
@@ -18,7 +19,7 @@ public:
         malformed, // what has arrived begins no message; what follows cannot be known any more
     };
 
-    // Replaces the content of `message` by what arrived beyond the last one.
+    // Replaces the content of `message` by the next one that arrived beyond the last, or as much of it as did.
     State begin(TipprmiStream& message);
     // Where the next bytes go, at least one; advance() says how many came, which may be none.
     std::span<unsigned char> room(TipprmiStream& message);
@@ -27,15 +28,21 @@ public:
     State feed(TipprmiStream& message, std::span<unsigned char const>& bytes);
 
     // Whether something has arrived beyond the last message.
-    bool isAhead() const { return ahead_.size() != 0; }
+    bool isAhead() const { return ahead_.available() != 0; }
+    // Whether a whole message has, or what is none.
+    bool isMessageAhead() const;
+    // Gives back what storage it holds for nothing.
+    void releaseStorage();
 
 private:
     std::size_t missing(TipprmiStream const& message) const;
     State judge(TipprmiStream& message);
 
-    std::size_t had_ = 0; // of the message, before room()
+    std::size_t had_ = 0;  // of the message, before room()
+    std::size_t room_ = 0; // that room() gave
+    std::size_t step_ = 0; // the room for who sends many at a time
     std::size_t lastLength_ = 0;
-    TipprmiStream ahead_{0};
+    TipprmiStream ahead_{0}; // read up to the message
 };
 
 } // namespace trs

@@ -50,6 +50,39 @@ Connection::Received Connection::receive(TipprmiStream& message, Deadline* deadl
     return state == Assembler::State::message ? Received::message : Received::malformed;
 }
 
+Connection::Received Connection::receiveThere(TipprmiStream& message, Deadline* deadline)
+{
+    Assembler::State state = isBegun_ ? Assembler::State::incomplete : assembler_.begin(message);
+    while (state == Assembler::State::incomplete) {
+        isBegun_ = message.size() != 0;
+        auto const room = assembler_.room(message);
+        std::size_t count = 0;
+        Channel::Received const received = isBegun_ || deadline == nullptr
+                                               ? channel_->receiveNow(room.data(), room.size(), count)
+                                               : channel_->receive(room.data(), room.size(), deadline, count);
+        state = assembler_.advance(message, count);
+        if (received != Channel::Received::some) {
+            bool const isCut = isBegun_ && received == Channel::Received::closed;
+            return isCut ? Received::lost : outcomeOf(received);
+        }
+    }
+    isBegun_ = false;
+    return state == Assembler::State::message ? Received::message : Received::malformed;
+}
+
+Connection::Received Connection::receiveBytesNow(std::span<unsigned char>& bytes)
+{
+    while (!bytes.empty()) {
+        std::size_t count = 0;
+        Channel::Received const received = channel_->receiveNow(bytes.data(), bytes.size(), count);
+        if (received != Channel::Received::some) {
+            return outcomeOf(received);
+        }
+        bytes = bytes.subspan(count);
+    }
+    return Received::message;
+}
+
 Connection::Received Connection::receiveBytes(unsigned char* bytes, std::size_t length, Deadline& deadline)
 {
     deadline.startWaiting();
