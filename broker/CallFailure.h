@@ -18,6 +18,7 @@ struct CallFailure {
         deadline,        // no reply in time
         connectionLost,  // the connection broke while the reply was awaited
         malformedReply,  // something came back that is no reply to this call
+        busy,            // the server has no thread left for it
     };
     enum class CarriedOut { no, yes, unknown };
 

@@ -43,6 +43,8 @@ char const* nameOf(ReplyStatus status)
         return "unreadable request";
     case ReplyStatus::replyTooLong:
         return "reply too long";
+    case ReplyStatus::busy:
+        return "busy";
     }
     return "unknown";
 }

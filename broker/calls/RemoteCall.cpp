@@ -33,6 +33,8 @@ bool failByStatus(TipprmiOID const& oid, std::uint32_t classId, std::uint32_t op
         return because(Kind::refused, CarriedOut::no, "the arguments could not be read there");
     case ReplyStatus::replyTooLong:
         return because(Kind::malformedReply, CarriedOut::yes, "the reply is longer than a message may be");
+    case ReplyStatus::busy:
+        return because(Kind::busy, CarriedOut::no, "the server has no thread left for it");
     case ReplyStatus::done:
         break;
     }

@@ -32,7 +32,7 @@ bool isDetailKnown(MessageKind kind, std::uint8_t detail)
     case MessageKind::subscribe:
         return detail <= 1;
     case MessageKind::reply:
-        return detail <= static_cast<std::uint8_t>(ReplyStatus::replyTooLong);
+        return detail <= static_cast<std::uint8_t>(ReplyStatus::busy);
     case MessageKind::locateReply:
     case MessageKind::subscriptionReply:
         return detail <= static_cast<std::uint8_t>(ReplyStatus::noSuchObject);

@@ -69,6 +69,7 @@ enum class ReplyStatus : std::uint8_t {
     noSuchOperation = 2,
     unreadableRequest = 3,
     replyTooLong = 4, // the operation was executed
+    busy = 5,         // the server has no thread left for it
 };
 
 inline constexpr std::size_t messageLengthSize = 4; // of the field that a message begins with

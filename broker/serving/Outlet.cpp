@@ -1,68 +1,148 @@
 #include "broker/serving/Outlet.h"
 
-#include <chrono>
+#include <algorithm>
+#include <array>
+#include <numeric>
 #include <utility>
 
 namespace trs {
 
 namespace {
 
-constexpr std::size_t fullQueue = std::size_t{1024} * 1024; // bytes
+constexpr std::size_t fullQueue = std::size_t{1024} * 1024; // bytes of notifications
+constexpr std::size_t mostAnswers = 64;                     // that wait
+constexpr std::size_t mostAnswerBytes = std::size_t{1024} * 1024;
+constexpr std::size_t mostGathered = 64;
+constexpr std::size_t mostGatheredBytes = 65536;
+constexpr unsigned mostVainDrains = 8; // that a channel which is told to take something takes nothing: it is lost
+
+std::size_t lengthOf(std::span<Channel::Piece const> pieces)
+{
+    return std::accumulate(pieces.begin(), pieces.end(), std::size_t{0},
+                           [](std::size_t sum, Channel::Piece const& piece) { return sum + piece.length; });
+}
 
 } // namespace
 
+Outlet::Answer::Answer(Outlet& outlet) : outlet_(outlet)
+{
+    std::lock_guard const lock(outlet.mutex_);
+    outlet.hasTurn_ = true;
+    outlet.queue_.entries.push_back({0, true});
+    ++outlet.answers_;
+}
+
 Outlet::Answer::~Answer()
 {
-    if (hasTurn_) [[unlikely]] {
-        outlet_.giveTurn();
+    std::lock_guard const lock(outlet_.mutex_);
+    outlet_.hasTurn_ = false;
+    Queue& behind = outlet_.behind_;
+    bool const wasWaiting = outlet_.queue_.size() != 0;
+    outlet_.noteTaken(0);
+    outlet_.queue_.append(behind.bytes.data(), behind.bytes.size());
+    outlet_.queue_.entries.insert(outlet_.queue_.entries.end(), behind.entries.begin(), behind.entries.end());
+    behind = Queue();
+    if (!wasWaiting && outlet_.queue_.size() != 0) {
+        outlet_.beginWaiting();
     }
+    outlet_.noteHeldUp();
 }
 
-bool Outlet::Answer::send(unsigned char const* bytes, std::size_t length)
-{
-    Deadline deadline;
-    if (outlet_.isShared_ && !hasTurn_) [[unlikely]] {
-        hasTurn_ = outlet_.takeTurn(deadline);
-        if (!hasTurn_) {
-            return false;
-        }
-    }
-    if (outlet_.connection_.send(bytes, length, deadline) == Connection::Sent::all) [[likely]] {
-        return true;
-    }
-    if (deadline.remaining() == 0) {
-        outlet_.log_.tell(4, outlet_.begin_ + "a reply was not taken in time");
-    }
-    outlet_.abandon();
-    return false;
-}
+bool Outlet::Answer::send(unsigned char const* bytes, std::size_t length) { return outlet_.sendPart(bytes, length); }
 
-bool Outlet::takeTurn(Deadline const& deadline)
-{
-    std::unique_lock lock(mutex_);
-    changed_.wait_for(lock, std::chrono::milliseconds(deadline.remaining()), [this] { return !isSending_ || isLost_; });
-    if (isLost_) {
-        return false;
-    }
-    if (isSending_) {
-        lose("a reply was not taken in time");
-        return false;
-    }
-    isSending_ = true;
-    if (queue_.empty() || sendQueue(lock)) {
-        return true;
-    }
-    isSending_ = false;
-    return false;
-}
-
-void Outlet::giveTurn()
+bool Outlet::sendPart(unsigned char const* bytes, std::size_t length)
 {
     std::lock_guard const lock(mutex_);
-    isSending_ = false;
-    if (!queue_.empty()) {
-        changed_.notify_all();
+    if (isLost_ || isClosed_) {
+        return false;
     }
+    Channel::Piece const part{bytes, length};
+    std::size_t const taken = queue_.size() == 0 ? connection_.sendSome(std::span(&part, 1)) : 0;
+    if (taken < length) {
+        bool const wasWaiting = queue_.size() != 0;
+        queue_.append(bytes + taken, length - taken);
+        queue_.entries.back().left += length - taken;
+        answerBytes_ += length - taken;
+        if (!wasWaiting) {
+            beginWaiting();
+        }
+    }
+    return true;
+}
+
+bool Outlet::answer(TipprmiStream const& reply, bool isMoreToCome)
+{
+    if (isMoreToCome || gatheredCount_ != 0) {
+        if (isMoreToCome && gatheredCount_ + 1 < mostGathered && gathered_.size() + reply.size() < mostGatheredBytes) {
+            gathered_.insert(gathered_.end(), reply.data(), reply.data() + reply.size());
+            ++gatheredCount_;
+            return true;
+        }
+        std::array<Channel::Piece, 2> const both{{{gathered_.data(), gathered_.size()}, {reply.data(), reply.size()}}};
+        bool const isSent = sendAnswers(both, gatheredCount_ + 1);
+        gathered_.clear();
+        gatheredCount_ = 0;
+        return isSent;
+    }
+    Channel::Piece const whole{reply.data(), reply.size()};
+    return sendAnswers(std::span(&whole, 1), 1);
+}
+
+bool Outlet::flush()
+{
+    bool isSent = true;
+    if (gatheredCount_ != 0) {
+        Channel::Piece const all{gathered_.data(), gathered_.size()};
+        isSent = sendAnswers(std::span(&all, 1), std::exchange(gatheredCount_, 0));
+        gathered_ = {};
+    }
+    return isSent;
+}
+
+bool Outlet::sendAnswers(std::span<Channel::Piece const> pieces, std::size_t count)
+{
+    if (isShared_) [[unlikely]] {
+        std::lock_guard const lock(mutex_);
+        bool const isNext = queue_.size() == 0 && !hasTurn_ && !isLost_;
+        return queueAnswers(pieces, count, isNext ? connection_.sendSome(pieces) : 0);
+    }
+    std::size_t const taken = connection_.sendSome(pieces);
+    if (taken == lengthOf(pieces)) [[likely]] {
+        return true;
+    }
+    isShared_ = true; // with the poller's thread
+    std::lock_guard const lock(mutex_);
+    return queueAnswers(pieces, count, taken);
+}
+
+// Under the lock, as are those below.
+bool Outlet::queueAnswers(std::span<Channel::Piece const> pieces, std::size_t count, std::size_t taken)
+{
+    if (isLost_ || isClosed_) {
+        return false;
+    }
+    std::size_t left = lengthOf(pieces) - taken;
+    if (left == 0) {
+        return true;
+    }
+    Queue& queue = hasTurn_ ? behind_ : queue_;
+    bool const wasWaiting = queue_.size() != 0;
+    answers_ += count;
+    answerBytes_ += left;
+    for (std::size_t each = 1; each < count; ++each) {
+        queue.entries.push_back({0, true}); // how long each is of those that leave together does not matter
+    }
+    queue.entries.push_back({left, true});
+    for (Channel::Piece const& piece : pieces) {
+        std::size_t const skipped = std::min(taken, piece.length);
+        queue.append(piece.bytes + skipped, piece.length - skipped);
+        taken -= skipped;
+    }
+    if (!wasWaiting && !hasTurn_) {
+        beginWaiting();
+    }
+    noteHeldUp();
+    return true;
 }
 
 void Outlet::send(TipprmiStream const& notification)
@@ -72,91 +152,146 @@ void Outlet::send(TipprmiStream const& notification)
         ++lost_;
         return;
     }
+    bool const wasWaiting = queue_.size() != 0;
     std::size_t taken = 0;
-    if (queue_.empty() && !isSending_) {
+    if (!wasWaiting && !hasTurn_) {
         taken = connection_.sendSome(notification);
         if (taken == notification.size()) [[likely]] {
             return;
         }
     }
-    if (queue_.size() > fullQueue) {
+    if (queue_.size() + behind_.size() - answerBytes_ > fullQueue) {
         lose("it lets too many notifications wait");
-    } else if (!drainer_.isStarted() && !drainer_.start([this] { drain(); })) {
-        lose("no thread could be started for its notifications");
-    }
-    if (isLost_) {
         ++lost_;
         return;
     }
-    queue_.insert(queue_.end(), notification.data() + taken, notification.data() + notification.size());
-    ++waiting_;
-    changed_.notify_all();
+    Queue& queue = hasTurn_ ? behind_ : queue_;
+    queue.append(notification.data() + taken, notification.size() - taken);
+    queue.entries.push_back({notification.size() - taken, false});
+    if (!wasWaiting && !hasTurn_) {
+        beginWaiting();
+    }
 }
 
-// By whoever has the turn.
-bool Outlet::sendQueue(std::unique_lock<std::mutex>& lock)
+void Outlet::beginWaiting()
 {
-    std::vector<unsigned char> batch;
-    batch.swap(queue_);
-    std::size_t const count = std::exchange(waiting_, 0);
-    lock.unlock();
-    Deadline deadline;
-    bool const isSent = connection_.send(batch.data(), batch.size(), deadline) == Connection::Sent::all;
-    bool const isLate = !isSent && deadline.remaining() == 0;
-    lock.lock();
-    if (isLate) {
-        lose("it takes no notification");
-    } else if (!isSent) {
-        lose("");
-    }
-    lost_ += isSent ? 0 : count;
-    return isSent;
+    stalls_ = Clock::now() + Deadline::current();
+    owner_.awaitSending(stalls_);
 }
 
 void Outlet::drain()
 {
-    std::unique_lock lock(mutex_);
-    for (;;) {
-        changed_.wait(lock, [this] { return isClosed_ || (!queue_.empty() && !isSending_ && !isLost_); });
-        if (isClosed_) {
-            return;
-        }
-        isSending_ = true;
-        sendQueue(lock);
-        isSending_ = false;
-        changed_.notify_all(); // an answer may wait for its turn
+    std::lock_guard const lock(mutex_);
+    if (isLost_ || isClosed_ || queue_.size() == 0) {
+        return;
+    }
+    Channel::Piece const all{queue_.bytes.data() + queue_.begin, queue_.size()};
+    std::size_t const taken = connection_.sendSome(std::span(&all, 1));
+    noteTaken(taken);
+    vainDrains_ = taken == 0 ? vainDrains_ + 1 : 0;
+    if (vainDrains_ >= mostVainDrains) {
+        lose("");
+    } else if (queue_.size() != 0) {
+        stalls_ = taken != 0 ? Clock::now() + Deadline::current() : stalls_;
+        owner_.awaitSending(stalls_);
     }
 }
 
-// The first reason counts; none when the client has gone by itself. The handler thread does the rest.
+void Outlet::noteTaken(std::size_t count)
+{
+    queue_.begin += count;
+    // An answer that is still being sent in parts stays until it has ended.
+    while (queue_.entries.size() > (hasTurn_ ? 1 : 0) && count >= queue_.entries.front().left) {
+        Entry const& entry = queue_.entries.front();
+        count -= entry.left;
+        answers_ -= entry.isAnswer ? 1 : 0;
+        answerBytes_ -= entry.isAnswer ? entry.left : 0;
+        queue_.entries.pop_front();
+    }
+    if (count != 0) {
+        queue_.entries.front().left -= count;
+        answerBytes_ -= queue_.entries.front().isAnswer ? count : 0;
+    }
+    if (queue_.size() == 0) {
+        queue_.bytes = {};
+        queue_.begin = 0;
+    } else if (queue_.begin > queue_.bytes.size() / 2) {
+        queue_.bytes.erase(queue_.bytes.begin(), queue_.bytes.begin() + static_cast<std::ptrdiff_t>(queue_.begin));
+        queue_.begin = 0;
+    }
+    noteHeldUp();
+}
+
+void Outlet::noteHeldUp()
+{
+    isHeldUp_.store(answers_ >= mostAnswers || answerBytes_ >= mostAnswerBytes, std::memory_order_release);
+}
+
+std::optional<Outlet::Clock::time_point> Outlet::checkTime(Clock::time_point now)
+{
+    std::lock_guard const lock(mutex_);
+    if (isLost_ || isClosed_ || queue_.size() == 0) {
+        return std::nullopt;
+    }
+    if (now < stalls_) {
+        return stalls_;
+    }
+    lose(answers_ != 0 ? "a reply was not taken in time" : "it takes no notification");
+    return std::nullopt;
+}
+
+bool Outlet::isWaiting()
+{
+    std::lock_guard const lock(mutex_);
+    return !isLost_ && queue_.size() != 0;
+}
+
+bool Outlet::isLost()
+{
+    std::lock_guard const lock(mutex_);
+    return isLost_;
+}
+
+// The first reason counts; none when the client has gone by itself. Whoever has the connection does the rest.
 void Outlet::lose(char const* why)
 {
     if (!isLost_) {
         isLost_ = true;
         why_ = why;
         connection_.shutDown();
-        changed_.notify_all();
+        owner_.endSoon();
     }
 }
 
 void Outlet::abandon()
 {
     std::lock_guard const lock(mutex_);
-    lose("");
+    if (!isClosed_) {
+        lose("");
+    }
+}
+
+std::size_t Outlet::waitingNotifications() const
+{
+    auto const count = [](Queue const& queue) {
+        return static_cast<std::size_t>(
+            std::ranges::count_if(queue.entries, [](Entry const& entry) { return !entry.isAnswer; }));
+    };
+    return count(queue_) + count(behind_);
 }
 
 void Outlet::close()
 {
-    {
-        std::lock_guard const lock(mutex_);
-        isClosed_ = true;
-        connection_.shutDown();
-        changed_.notify_all();
-    }
-    drainer_.join();
     std::lock_guard const lock(mutex_); // somebody may be notifying still
+    if (isClosed_) {
+        return;
+    }
+    isClosed_ = true;
+    connection_.shutDown();
     if (!why_.empty()) {
-        log_.tell(4, begin_ + why_, ", " + std::to_string(lost_ + waiting_) + " notifications are lost");
+        std::size_t const count = lost_ + waitingNotifications();
+        log_.tell(4, closing(endpoint_) + why_,
+                  count != 0 ? ", " + std::to_string(count) + " notifications are lost" : std::string());
     }
 }
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <sys/resource.h>
 #include <utility>
 
 namespace trs {
@@ -13,13 +14,24 @@ namespace {
 
 // Refused connections stay open until others have come, so that the clients read why before they notice the end.
 constexpr std::size_t keptRefusals = 8;
+// Besides connections: what the program opens, and connections that are being refused.
+constexpr std::size_t otherDescriptors = 1024;
+
+void raiseDescriptorLimit(std::size_t wanted)
+{
+    rlimit limit{};
+    if (::getrlimit(RLIMIT_NOFILE, &limit) == 0 && limit.rlim_cur < wanted && limit.rlim_cur < limit.rlim_max) {
+        limit.rlim_cur = std::min<rlim_t>(limit.rlim_max, wanted);
+        ::setrlimit(RLIMIT_NOFILE, &limit);
+    }
+}
 
 } // namespace
 
-Server::Server(ServerTap* tap, std::size_t mostConnections, TimeAndChance timing)
+Server::Server(ServerTap* tap, std::size_t mostConnections, TimeAndChance timing, Workers::Limits const& workers)
     : tap_(tap), mostConnections_(mostConnections), timing_(std::move(timing)),
-      log_(timing_, [this](RepeatedLines::Time due) { tellCountedAt(due); }),
-      acceptor_([this](std::unique_ptr<Channel> channel, std::string const& endpoint) {
+      log_(timing_, [this](RepeatedLines::Time due) { tellCountedAt(due); }), table_(mostConnections),
+      workers_(workers), acceptor_([this](std::unique_ptr<Channel> channel, std::string const& endpoint) {
           admit(std::move(channel), endpoint);
       })
 {
@@ -29,82 +41,71 @@ Server::~Server()
 {
     RunPermissionPause const waiting;
     acceptor_.stop();
-    {
-        std::unique_lock lock(mutex_);
-        std::ranges::for_each(handlers_, [](Handler& handler) {
-            if (handler.connection != nullptr) {
-                handler.connection->endReceiving();
-            }
-        });
-        Deadline const deadline;
-        ended_.wait_for(lock, std::chrono::milliseconds(deadline.duration()), [this] {
-            return std::ranges::all_of(handlers_, [](Handler const& each) { return each.connection == nullptr; });
-        });
-        std::ranges::for_each(handlers_, [](Handler& handler) {
-            if (handler.connection != nullptr) {
-                handler.connection->shutDown();
-            }
-        });
+    for (auto const& connection : table_.all()) {
+        connection->endReceiving();
     }
-    handlers_.clear(); // joins their threads
+    Deadline const deadline;
+    if (!table_.awaitNone(std::chrono::milliseconds(deadline.duration()))) {
+        for (auto const& connection : table_.all()) {
+            connection->shutDown();
+        }
+    }
+    workers_.stop(); // waits for what is being executed
+    while (!table_.awaitNone(std::chrono::milliseconds(100))) {
+        for (auto const& connection : table_.all()) {
+            connection->shutDown();
+        }
+    }
+    if (poller_ != nullptr) {
+        poller_->stop();
+        polling_.join();
+    }
+}
+
+std::string Server::listen(Endpoint const& endpoint)
+{
+    std::string why = startPolling();
+    if (why.empty()) {
+        why = acceptor_.listen(endpoint);
+    }
+    if (why.empty()) {
+        raiseDescriptorLimit(mostConnections_ + otherDescriptors);
+    }
+    return why;
+}
+
+std::string Server::startPolling()
+{
+    if (polling_.isStarted()) {
+        return {};
+    }
+    poller_ = std::make_unique<Poller>(Poller::Tells::once);
+    if (!poller_->complaint().empty()) {
+        return poller_->complaint();
+    }
+    return polling_.start([poller = poller_.get()] { poller->run(); }) ? ""
+                                                                       : "no thread could be started for connections";
 }
 
 // On the accepting thread.
 void Server::admit(std::unique_ptr<Channel> channel, std::string const& endpoint)
 {
-    removeEnded();
-    std::lock_guard const lock(mutex_);
-    if (handlers_.size() >= mostConnections_ && !makeRoom()) {
+    switch (table_.makeRoom()) {
+    case ConnectionTable::Room::none:
         log_.tell(4, "a connection to " + endpoint + " is refused: there are as many as may be, and all are busy");
         refuse(std::move(channel));
         return;
+    case ConnectionTable::Room::made:
+        log_.tell(4, "an idle connection is closed: there are as many as may be, and another one has come");
+        break;
+    case ConnectionTable::Room::free:
+        break;
     }
-    Handler& handler = handlers_.emplace_back();
-    handler.connection = std::make_unique<ServerConnection>(std::move(channel), endpoint, tap_, log_, timing_);
-    bool const isStarted = handler.thread.start([this, &handler, served = handler.connection.get()] {
-        becomeHandlerThread();
-        served->serve();
-        // Closed now and not when the thread is joined, and outside the lock.
-        std::unique_ptr<ServerConnection> ended;
-        std::lock_guard const ending(mutex_);
-        ended = std::move(handler.connection);
-        ended_.notify_all();
-    });
-    if (!isStarted) {
-        log_.tell(3, "a connection to " + endpoint + " is closed: no thread could be started");
-        handlers_.pop_back();
-    }
-}
-
-// Under the lock. False when nobody can give way.
-bool Server::makeRoom()
-{
-    for (;;) {
-        std::size_t count = 0;
-        ServerConnection* longest = nullptr;
-        ServerConnection::Rest best;
-        for (Handler const& handler : handlers_) {
-            ServerConnection::Rest const rest = handler.connection != nullptr
-                                                    ? handler.connection->rest()
-                                                    : ServerConnection::Rest{false, ServerConnection::dismissed};
-            count += rest.since != ServerConnection::dismissed ? 1 : 0;
-            if (rest.since >= 0 && (longest == nullptr || std::pair(rest.isSubscribed, rest.since) <
-                                                              std::pair(best.isSubscribed, best.since))) {
-                longest = handler.connection.get();
-                best = rest;
-            }
-        }
-        if (count < mostConnections_) {
-            return true;
-        }
-        if (longest == nullptr) {
-            return false;
-        }
-        if (longest->dismiss(best.since)) {
-            log_.tell(4, "an idle connection is closed: there are as many as may be, and another one has come");
-            return true;
-        }
-    }
+    auto const connection =
+        std::make_shared<ServerConnection>(std::move(channel), *endpoints_.insert(endpoint).first,
+                                           ServerConnection::House{*poller_, workers_, table_, log_, tap_});
+    table_.add(connection);
+    connection->open();
 }
 
 void Server::refuse(std::unique_ptr<Channel> channel)
@@ -126,22 +127,6 @@ void Server::tellCountedAt(RepeatedLines::Time due)
             tellCountedAt(*next);
         }
     });
-}
-
-void Server::removeEnded()
-{
-    std::list<Handler> ended;
-    {
-        std::lock_guard const lock(mutex_);
-        for (auto handler = handlers_.begin(); handler != handlers_.end();) {
-            auto const next = std::next(handler);
-            if (handler->connection == nullptr) {
-                ended.splice(ended.end(), handlers_, handler);
-            }
-            handler = next;
-        }
-    }
-    // Their threads are about to end: the join does not wait for anything.
 }
 
 } // namespace trs

@@ -1,268 +1,334 @@
 #include "broker/serving/ServerConnection.h"
 
-#include "broker/objects/Execution.h"
-#include "broker/objects/RunPermission.h"
-#include "broker/objects/SubscriberTable.h"
-
-#include <chrono>
+#include "broker/serving/ConnectionTable.h"
 
 namespace trs {
 
 namespace {
 
+constexpr unsigned mostInARow = 16;               // requests, when others wait
+constexpr std::chrono::milliseconds stayTime{10}; // for which a worker waits for the next one
 // Streams that have held a longer message are not kept.
 constexpr std::size_t greatestKeptStorage = 65536;
-constexpr std::size_t mostSubscribed = std::size_t{1024} * 1024; // bytes of one connection
-constexpr std::size_t subscriptionSize = 64;                     // besides the identifier
+constexpr std::size_t leastStorage = 256; // within the stream
 
-void releaseStorage(TipprmiStream& stream)
+void releaseStorage(TipprmiStream& stream, std::size_t greatest)
 {
-    if (stream.capacity() > greatestKeptStorage) {
+    if (stream.capacity() > greatest) {
         std::destroy_at(&stream);
         std::construct_at(&stream, 100);
     }
 }
 
-void finishReply(TipprmiStream& reply, ReplyStatus status, std::uint32_t number)
-{
-    if (status != ReplyStatus::done) {
-        reduceReply(reply, status);
-    }
-    if (!finishMessage(reply, number)) {
-        reduceReply(reply, ReplyStatus::replyTooLong);
-        finishMessage(reply, number);
-    }
-}
-
 } // namespace
 
-ServerConnection::ServerConnection(std::unique_ptr<Channel> channel, std::string const& endpoint, ServerTap* tap,
-                                   RepeatedLines& log, TimeAndChance const& timing)
-    : begin_("a connection to " + endpoint + " is closed: "), tap_(tap), log_(log), timing_(timing),
-      connection_(std::move(channel)), lastStub_(StubTable::unbound()),
-      outlet_(std::make_shared<Outlet>(connection_, log, begin_)), restsSince_(restClock())
+ServerConnection::ServerConnection(std::unique_ptr<Channel> channel, std::string const& endpoint, House const& house)
+    : house_(house), connection_(std::move(channel)), session_(connection_, *this, endpoint, house.tap, house.log)
 {
 }
 
-std::int64_t ServerConnection::restClock() const
+void ServerConnection::open()
 {
-    return std::chrono::duration_cast<std::chrono::nanoseconds>(timing_.now().time_since_epoch()).count();
+    house_.table.rest(*this, Idle::waiting);
+    number_ = house_.poller.add(shared_from_this());
+    messageDue_ = Clock::now() + Deadline::current();
+    remind(*messageDue_);
+    want(Poller::canReceive);
 }
 
-ServerConnection::~ServerConnection()
+bool ServerConnection::change(Phase from, Phase to)
 {
-    SubscriberTable::instance().removeAll(*outlet_);
-    outlet_->close();
+    std::lock_guard const lock(mutex_);
+    if (phase_ != from) {
+        return false;
+    }
+    phase_ = to;
+    return true;
+}
+
+ServerConnection::Phase ServerConnection::phase()
+{
+    std::lock_guard const lock(mutex_);
+    return phase_;
+}
+
+bool ServerConnection::dismiss()
+{
+    Activity idle = Activity::idle;
+    if (!activity_.compare_exchange_strong(idle, Activity::dismissed)) {
+        return false;
+    }
+    connection_.shutDown(); // which whoever waits for it sees
+    return true;
 }
 
 void ServerConnection::endReceiving()
 {
     isEnding_ = true;
-    connection_.endReceiving();
-}
-
-bool ServerConnection::dismiss(std::int64_t since)
-{
-    if (!restsSince_.compare_exchange_strong(since, dismissed)) {
-        return false;
+    if (!dismiss()) {
+        connection_.endReceiving();
     }
-    connection_.shutDown();
-    return true;
 }
 
-void ServerConnection::logClosed(std::string const& why, int severity) { log_.tell(severity, begin_ + why); }
-
-void ServerConnection::serve()
+void ServerConnection::shutDown()
 {
-    if (!greet()) {
+    isShut_ = true;
+    connection_.shutDown();
+    endSoon();
+}
+
+void ServerConnection::endSoon() { house_.poller.tell(number_); }
+
+void ServerConnection::awaitSending(Clock::time_point due)
+{
+    remind(due);
+    want(Poller::canSend);
+}
+
+void ServerConnection::want(Poller::Events events)
+{
+    std::lock_guard const lock(mutex_);
+    if (phase_ != Phase::ended) {
+        wanted_ |= events;
+        watch();
+    }
+}
+
+// Under the lock.
+void ServerConnection::watch()
+{
+    if (!connection_.watch(house_.poller, number_, wanted_)) {
+        session_.logClosed("the system lets it not be waited for", 3);
+        shutDown();
+    }
+}
+
+void ServerConnection::remind(Clock::time_point due)
+{
+    std::lock_guard const lock(mutex_);
+    if (phase_ != Phase::ended && (!reminder_ || due < *reminder_)) {
+        reminder_ = due;
+        house_.poller.setTimer(number_, due);
+    }
+}
+
+void ServerConnection::ready(Poller::Events events)
+{
+    constexpr Poller::Events channelEvents = Poller::canReceive | Poller::canSend;
+    if ((events & channelEvents) != 0) {
+        std::lock_guard const lock(mutex_);
+        wanted_ &= ~events;
+        if (wanted_ != Poller::nothing && phase_ != Phase::ended) {
+            watch(); // the poller told once of both
+        }
+    }
+    if ((events & Poller::timeIsOver) != 0) {
+        checkTime();
+    }
+    Outlet& outlet = session_.outlet();
+    if ((events & Poller::canSend) != 0) {
+        outlet.drain();
+    }
+    Phase const present = phase();
+    bool const isTaken = present == Phase::queued || present == Phase::served || present == Phase::ended;
+    if (!isTaken && (isShut_ || outlet.isLost())) {
+        endFrom(present);
+    } else if (present == Phase::greeting && (events & Poller::canReceive) != 0) {
+        greet();
+    } else if (present == Phase::resting && (events & Poller::canReceive) != 0) {
+        if (change(Phase::resting, Phase::queued)) {
+            house_.table.unrest(*this);
+            submit();
+        }
+    } else if (present == Phase::held && !outlet.isHeldUp()) {
+        resume();
+    } else if (present == Phase::finishing && !outlet.isWaiting()) {
+        endFrom(Phase::finishing);
+    }
+}
+
+void ServerConnection::checkTime()
+{
+    Phase present{};
+    {
+        std::lock_guard const lock(mutex_);
+        reminder_.reset();
+        present = phase_;
+    }
+    Clock::time_point const now = Clock::now();
+    // Whatever it is that must have come by then, the poller's thread alone takes it from here.
+    if ((present == Phase::greeting || present == Phase::resting) && messageDue_) {
+        if (now < *messageDue_) {
+            remind(*messageDue_);
+        } else {
+            bool const isGreeting = present == Phase::greeting;
+            session_.logClosed(isGreeting ? "no greeting came in time" : "a message that was begun did not end in time",
+                               isGreeting ? 6 : 4);
+            endFrom(present);
+        }
+    }
+    if (auto const next = session_.outlet().checkTime(now)) {
+        remind(*next);
+    }
+}
+
+void ServerConnection::greet()
+{
+    switch (session_.greet()) {
+    case Session::Greeted::yes:
+        messageDue_.reset();
+        if (change(Phase::greeting, Phase::resting)) {
+            want(Poller::canReceive);
+        }
+        break;
+    case Session::Greeted::notYet:
+        want(Poller::canReceive);
+        break;
+    case Session::Greeted::no:
+        endFrom(Phase::greeting);
+        break;
+    }
+}
+
+void ServerConnection::submit()
+{
+    if (!house_.workers.submit(shared_from_this())) {
+        refuse();
+    }
+}
+
+void ServerConnection::resume()
+{
+    if (change(Phase::held, Phase::queued)) {
+        submit();
+    }
+}
+
+void ServerConnection::run() { serve(Session::Way::served); }
+void ServerConnection::refuse() { serve(Session::Way::refused); }
+
+// What was answered so far is not to wait for what the object waits for.
+void ServerConnection::pause() { session_.outlet().flush(); }
+
+void ServerConnection::serve(Session::Way way)
+{
+    if (!change(Phase::queued, Phase::served)) {
         return;
     }
-    TipprmiStream message(100);
+    isStaying_ = false;
+    Next const next = answerAll(way);
+    Outlet& outlet = session_.outlet();
+    outlet.flush();
+    switch (next) {
+    case Next::rest:
+        rest();
+        break;
+    case Next::queue:
+        if (change(Phase::served, Phase::queued)) {
+            submit();
+        }
+        break;
+    case Next::hold:
+        change(Phase::served, Phase::held);
+        if (!outlet.isHeldUp() || isShut_ || outlet.isLost()) {
+            resume();
+        }
+        break;
+    case Next::finish:
+        change(Phase::served, Phase::finishing);
+        if (!outlet.isWaiting() || isShut_) {
+            endFrom(Phase::finishing);
+        }
+        break;
+    }
+}
+
+// As long as there is something, or may be in a moment.
+ServerConnection::Next ServerConnection::answerAll(Session::Way way)
+{
     TipprmiStream reply(100);
-    for (;;) {
-        switch (connection_.receiveNext(message)) {
+    Connection::Received received = connection_.receiveNow(message_);
+    for (unsigned inARow = 1;; ++inARow) {
+        switch (received) {
         case Connection::Received::message:
-            if (!answerNext(message, reply)) {
-                return;
-            }
             break;
-        case Connection::Received::malformed:
-            logClosed("a malformed message came");
-            return;
         case Connection::Received::timedOut:
-            logClosed("a message that was begun did not end in time");
-            return;
+            return Next::rest;
+        case Connection::Received::malformed:
+            session_.logClosed("a malformed message came");
+            return Next::finish;
         case Connection::Received::closed:
         case Connection::Received::lost:
-            return;
+            return Next::finish;
         }
-        releaseStorage(message);
-        releaseStorage(reply);
-    }
-}
-
-bool ServerConnection::greet()
-{
-    Deadline deadline;
-    Greeting greeting{};
-    switch (connection_.receiveBytes(greeting.data(), greeting.size(), deadline)) {
-    case Connection::Received::message:
-        break;
-    case Connection::Received::timedOut:
-        logClosed("no greeting came in time", 6);
-        return false;
-    default:
-        return false;
-    }
-    GreetingCheck const check = checkGreeting(greeting.data(), greeting.size());
-    if (check != GreetingCheck::good && check != GreetingCheck::otherVersion) {
-        logClosed("what connected is no broker");
-        return false;
-    }
-    // A broker of another version is told this one's.
-    greeting = makeGreeting();
-    bool const isSent = connection_.send(greeting.data(), greeting.size(), deadline) == Connection::Sent::all;
-    if (check == GreetingCheck::otherVersion) {
-        logClosed("the broker that connected speaks another version");
-        return false;
-    }
-    return isSent;
-}
-
-// Unless the connection was dismissed while the message came.
-bool ServerConnection::answerNext(TipprmiStream& message, TipprmiStream& reply)
-{
-    if (restsSince_.exchange(busy) == dismissed || isEnding_) {
-        return false;
-    }
-    bool const isAnswered = answer(message, reply);
-    restsSince_ = restClock();
-    return isAnswered;
-}
-
-bool ServerConnection::answer(TipprmiStream& message, TipprmiStream& reply)
-{
-    MessageHeader header{};
-    if (readHeader(message, header)) {
-        if (header.kind == MessageKind::request) [[likely]] {
-            return answerRequest(header, message, reply);
+        // Unless it was dismissed while the message came.
+        if (activity_.exchange(Activity::busy) == Activity::dismissed || isEnding_) {
+            return Next::finish;
         }
-        ObjectAddress address{};
-        bool const isWhole = readAddress(message, address) && message.available() == 0;
-        if (isWhole && header.kind == MessageKind::locate && address.classId == 0 && address.opIndex == 0) {
-            return answerLocate(header, address, reply);
+        bool const isMoreToCome = connection_.isMessageAhead();
+        bool const isAnswered = session_.answer(message_, reply, way, isMoreToCome);
+        releaseStorage(message_, greatestKeptStorage);
+        releaseStorage(reply, greatestKeptStorage);
+        if (!isAnswered) {
+            return Next::finish;
         }
-        if (isWhole && header.kind == MessageKind::subscribe) {
-            return answerSubscribe(header, address, reply);
+        if (session_.outlet().isHeldUp()) [[unlikely]] {
+            return Next::hold;
         }
-        if (isWhole && header.kind == MessageKind::unsubscribe) {
-            if (SubscriberTable::instance().remove(address.view(), *outlet_)) {
-                subscribed_ -= subscriptionSize + address.id.size();
+        if (isMoreToCome) {
+            if (inARow >= mostInARow && way == Session::Way::served && house_.workers.isShort()) {
+                return Next::queue;
             }
-            return true;
+            received = connection_.receiveNow(message_);
+        } else {
+            received = way == Session::Way::served ? receiveMore() : Connection::Received::timedOut;
         }
     }
-    logClosed("a malformed message came");
-    return false;
 }
 
-bool ServerConnection::answerRequest(MessageHeader const& header, TipprmiStream& request, TipprmiStream& reply)
+// Waits for the next message, if a worker can be spared for that.
+Connection::Received ServerConnection::receiveMore()
 {
-    ObjectAddress address{};
-    if (!readAddress(request, address)) {
-        logClosed("a malformed message came");
-        return false;
+    if (!house_.workers.stay()) {
+        return Connection::Received::timedOut;
     }
-    reply.clear();
-    beginMessage(reply, MessageKind::reply);
-    if (tap_ != nullptr) [[unlikely]] {
-        return answerTapped(header, address, request, reply);
+    if (!isStaying_) {
+        isStaying_ = true;
+        house_.table.rest(*this, Idle::staying);
     }
-    finishReply(reply, execute(header.detail != 0, address, request, reply), header.number);
-    return send(reply);
+    activity_.store(Activity::idle);
+    Deadline stay(stayTime);
+    return connection_.receiveSoon(message_, stay);
 }
 
-bool ServerConnection::answerTapped(MessageHeader const& header, ObjectAddress const& address, TipprmiStream& request,
-                                    TipprmiStream& reply)
+void ServerConnection::rest()
 {
-    std::unique_ptr<TappedCall> const call = tap_->begin(address, request);
-    ReplyStatus status = ReplyStatus::done;
-    if (call->isExecuted(reply, status)) {
-        UntappedCalls const byTheObject;
-        status = execute(header.detail != 0, address, request, reply);
+    if (connection_.isBegun()) {
+        messageDue_ = messageDue_.value_or(Clock::now() + Deadline::current());
+        remind(*messageDue_);
+    } else {
+        messageDue_.reset();
+        releaseStorage(message_, leastStorage);
+        connection_.releaseStorage();
     }
-    finishReply(reply, status, header.number);
-    Outlet::Answer answer(*outlet_);
-    bool const isAnswered = call->answer(
-        reply, [&answer](unsigned char const* bytes, std::size_t length) { return answer.send(bytes, length); });
-    if (!isAnswered) {
-        outlet_->abandon(); // perhaps in the middle of the answer
-    }
-    return isAnswered;
+    Activity busy = Activity::busy; // it may be dismissed
+    activity_.compare_exchange_strong(busy, Activity::idle);
+    house_.table.rest(*this, Idle::waiting);
+    std::lock_guard const lock(mutex_);
+    phase_ = Phase::resting; // from here on it is the poller's
+    wanted_ |= Poller::canReceive;
+    watch();
 }
 
-ReplyStatus ServerConnection::execute(bool flag, ObjectAddress const& address, TipprmiStream& request,
-                                      TipprmiStream& reply)
+void ServerConnection::endFrom(Phase from)
 {
-    TipprmiOID const& last = lastStub_->oid();
-    if (last.getIdString() != address.id || last.getNamespace().value() != address.space) {
-        auto const found = StubTable::instance().findActive(NamespaceId(address.space), address.id);
-        if (!found) {
-            return ReplyStatus::noSuchObject;
-        }
-        lastStub_ = *found;
+    if (!change(from, Phase::ended)) {
+        return;
     }
-    RunPermissionScope const running;
-    // Looked for under the run permission, which whoever destroys an object holds.
-    TreflectServerObject* const server = lastStub_->localServer();
-    if (server == nullptr) {
-        return ReplyStatus::noSuchObject;
-    }
-    switch (Execution::run(static_cast<TipprmiObjectSkeleton&>(*server), flag, address.classId, address.opIndex,
-                           request, reply)) {
-    case Execution::Outcome::noSuchOperation:
-        return ReplyStatus::noSuchOperation;
-    case Execution::Outcome::unreadableRequest:
-        return ReplyStatus::unreadableRequest;
-    case Execution::Outcome::done:
-        break;
-    }
-    return ReplyStatus::done;
-}
-
-bool ServerConnection::answerLocate(MessageHeader const& header, ObjectAddress const& address, TipprmiStream& reply)
-{
-    bool const isHere = StubTable::instance().findActive(NamespaceId(address.space), address.id).has_value();
-    reply.clear();
-    beginMessage(reply, MessageKind::locateReply);
-    reduceReply(reply, isHere ? ReplyStatus::done : ReplyStatus::noSuchObject);
-    finishMessage(reply, header.number);
-    return send(reply);
-}
-
-bool ServerConnection::answerSubscribe(MessageHeader const& header, ObjectAddress const& address, TipprmiStream& reply)
-{
-    outlet_->admitNotifications();
-    OperationKey const key(TipprmiOID(std::string(address.id), NamespaceId(address.space)), address.classId,
-                           address.opIndex);
-    SubscriberTable::Added const added = SubscriberTable::instance().add(key, outlet_, header.detail != 0);
-    if (added == SubscriberTable::Added::yes) {
-        subscribed_ += subscriptionSize + address.id.size();
-        if (subscribed_ > mostSubscribed) {
-            logClosed("its subscriptions take too much memory");
-            return false;
-        }
-    }
-    reply.clear();
-    beginMessage(reply, MessageKind::subscriptionReply);
-    reduceReply(reply, added == SubscriberTable::Added::noSuchObject ? ReplyStatus::noSuchObject : ReplyStatus::done);
-    finishMessage(reply, header.number);
-    return send(reply);
-}
-
-bool ServerConnection::send(TipprmiStream const& message)
-{
-    return Outlet::Answer(*outlet_).send(message.data(), message.size());
+    connection_.shutDown();
+    session_.end();
+    house_.poller.remove(number_);
+    house_.table.remove(*this);
 }
 
 } // namespace trs

@@ -1,72 +1,118 @@
-// The server's side of one connection.
+// One connection of a server, and who has it at the moment.
 #pragma once
 
-#include "broker/ServerTap.h"
-#include "broker/framing/Message.h"
-#include "broker/machine/RepeatedLines.h"
-#include "broker/objects/StubTable.h"
-#include "broker/serving/Outlet.h"
-#include "broker/transport/Connection.h"
+#include "broker/objects/Workers.h"
+#include "broker/serving/Session.h"
+#include "broker/transport/Poller.h"
 
 #include <atomic>
-#include <cstddef>
+#include <chrono>
 #include <cstdint>
+#include <list>
 #include <memory>
+#include <mutex>
+#include <optional>
 #include <string>
 
 namespace trs {
 
-// Answers what arrives, one message after the other, on the handler thread that runs serve().
-class ServerConnection {
+class ConnectionTable;
+
+// Waits in the poller while its client asks nothing, and costs no thread then; is taken by a worker when something has
+// come, which stays with it for a moment in case more does. The greeting, and what the client is slow to take, are the
+// poller's thread's.
+class ServerConnection final : public Poller::Watcher,
+                               public Workers::Task,
+                               public Outlet::Owner,
+                               public std::enable_shared_from_this<ServerConnection> {
 public:
-    // What the connection is doing, as far as giving way to another one goes.
-    struct Rest {
-        bool isSubscribed = false;
-        std::int64_t since = 0; // nanoseconds of a clock; or one of the two below
+    using Clock = Outlet::Clock;
+
+    // What connections of a server have in common. All outlive them.
+    struct House {
+        Poller& poller;
+        Workers& workers;
+        ConnectionTable& table;
+        RepeatedLines& log;
+        ServerTap* tap; // may be null
     };
-    static constexpr std::int64_t busy = -1; // a request is being answered
-    static constexpr std::int64_t dismissed = -2;
+    enum class Idle { waiting, staying };
 
-    // `tap` may be null; lines about the connection go to `log`. All outlive it.
-    ServerConnection(std::unique_ptr<Channel> channel, std::string const& endpoint, ServerTap* tap, RepeatedLines& log,
-                     TimeAndChance const& timing);
-    ~ServerConnection();
+    ServerConnection(std::unique_ptr<Channel> channel, std::string const& endpoint, House const& house);
 
-    // Returns when the connection has ended.
-    void serve();
-
+    // It is in the table: is served from now on.
+    void open();
     // From any thread: takes no other request, but answers the one at hand.
     void endReceiving();
-    // Ends the connection.
-    void shutDown() { connection_.shutDown(); }
-    Rest rest() const { return {subscribed_.load(std::memory_order_relaxed) != 0, restsSince_.load()}; }
-    // Ends the connection that has rested since then. False when it does no longer.
-    bool dismiss(std::int64_t since);
+    // Ends as soon as whoever has it sees it.
+    void shutDown();
+    // Ends it if it is idle. False when a request is at hand.
+    bool dismiss();
+    bool isSubscribed() const { return session_.isSubscribed(); }
+
+    // Of the poller and the workers.
+    void ready(Poller::Events events) override;
+    void run() override;
+    void refuse() override;
+    void pause() override;
+    // Of the outlet.
+    void awaitSending(Clock::time_point due) override;
+    void endSoon() override;
 
 private:
-    bool greet();
-    bool answer(TipprmiStream& message, TipprmiStream& reply);
-    bool answerRequest(MessageHeader const& header, TipprmiStream& request, TipprmiStream& reply);
-    bool answerTapped(MessageHeader const& header, ObjectAddress const& address, TipprmiStream& request,
-                      TipprmiStream& reply);
-    ReplyStatus execute(bool flag, ObjectAddress const& address, TipprmiStream& request, TipprmiStream& reply);
-    bool answerLocate(MessageHeader const& header, ObjectAddress const& address, TipprmiStream& reply);
-    bool answerSubscribe(MessageHeader const& header, ObjectAddress const& address, TipprmiStream& reply);
-    bool answerNext(TipprmiStream& message, TipprmiStream& reply);
-    bool send(TipprmiStream const& message);
-    std::int64_t restClock() const;
-    void logClosed(std::string const& why, int severity = 4);
+    friend class ConnectionTable;
 
-    std::string const begin_; // of log lines
-    ServerTap* const tap_;
-    RepeatedLines& log_;
-    TimeAndChance const& timing_;
+    // Who has it.
+    enum class Phase {
+        greeting,  // the poller's thread, as soon as something comes
+        resting,   // nobody, until something comes
+        queued,    // the next free worker
+        served,    // a worker
+        held,      // nobody, until the client has taken answers
+        finishing, // nobody, until the client has taken all: the connection ends then
+        ended,
+    };
+    enum class Activity { idle, busy, dismissed };
+    // What becomes of it after it was served: it waits for the client to ask, for a worker, for the client to take
+    // answers, or to take all of them, which is the end.
+    enum class Next { rest, queue, hold, finish };
+
+    bool change(Phase from, Phase to);
+    Phase phase();
+    void watch();
+    void want(Poller::Events events);
+    void remind(Clock::time_point due);
+    void checkTime();
+    void greet();
+    void submit();
+    void resume();
+    void serve(Session::Way way);
+    Next answerAll(Session::Way way);
+    Connection::Received receiveMore();
+    void rest();
+    void endFrom(Phase from);
+
+    House const house_;
     Connection connection_;
-    TreflectStubRef lastStub_; // of the object that was called last: most connections call one object for a while
-    std::shared_ptr<Outlet> const outlet_;
-    std::atomic<std::size_t> subscribed_ = 0; // what the subscriptions take, in bytes
-    std::atomic<std::int64_t> restsSince_;
+    Session session_;
+    Poller::Number number_ = 0;
+    TipprmiStream message_{100}; // what has come of the next one
+    std::optional<Clock::time_point> messageDue_;
+    std::atomic<Activity> activity_ = Activity::idle;
     std::atomic<bool> isEnding_ = false;
+    std::atomic<bool> isShut_ = false;
+    bool isStaying_ = false; // the worker's
+
+    std::mutex mutex_;
+    Phase phase_ = Phase::greeting;
+    Poller::Events wanted_ = Poller::nothing;
+    std::optional<Clock::time_point> reminder_; // the poller's timer
+
+    // The table's.
+    std::list<std::shared_ptr<ServerConnection>>::iterator place_;
+    std::list<ServerConnection*>* idleList_ = nullptr;
+    std::list<ServerConnection*>::iterator idlePlace_;
+    bool isDismissed_ = false;
 };
 
 } // namespace trs

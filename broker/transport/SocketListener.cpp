@@ -15,7 +15,7 @@ namespace trs {
 
 namespace {
 
-constexpr int queueLength = 512;
+constexpr int queueLength = 4096; // as many as may come at once; the system has a limit of its own
 constexpr auto exhaustionPause = std::chrono::milliseconds(100);
 
 std::uint16_t portOf(SocketAddress const& address)

@@ -136,7 +136,7 @@ std::string dissector()
     operations += "}\n";
     return "-- Made by `trsctl dissector`.\n" + wireText() +
            namesText("kinds", MessageKind::request, MessageKind::notification) +
-           namesText("statuses", ReplyStatus::done, ReplyStatus::replyTooLong) + types.text() + operations + runtime;
+           namesText("statuses", ReplyStatus::done, ReplyStatus::busy) + types.text() + operations + runtime;
 }
 
 } // namespace trs::traffic

@@ -17,6 +17,7 @@ enum class ExitCode : int {
     unreachable = 6,     // no connection, or a lost one; start the unit, or use --unit or --wait
     malformedReply = 7,  // the unit does not speak as it should
     noSuchOperation = 8, // the unit has no such operation
+    busy = 9,            // the unit has no thread left for the call; ask again later
 };
 
 inline ExitCode exitCodeOf(CallFailure const& failure)
@@ -33,6 +34,8 @@ inline ExitCode exitCodeOf(CallFailure const& failure)
         return ExitCode::malformedReply;
     case Kind::noSuchOperation:
         return ExitCode::noSuchOperation;
+    case Kind::busy:
+        return ExitCode::busy;
     default:
         return ExitCode::unreachable;
     }
