@@ -123,6 +123,12 @@ std::vector<std::string> Broker::endpoints() const
     return server_ != nullptr ? server_->endpoints() : std::vector<std::string>();
 }
 
+ServerCounters Broker::serverCounters() const
+{
+    std::lock_guard const lock(mutex_);
+    return server_ != nullptr ? server_->counters() : ServerCounters();
+}
+
 std::string Broker::addPeer(std::string const& endpoint, TreflectORB const** peer)
 {
     Endpoint parsed;

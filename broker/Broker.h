@@ -1,6 +1,7 @@
 // The process's broker, as programs and tests see it.
 #pragma once
 
+#include "broker/ServerCounters.h"
 #include "platform/TipprmiObjectClient.h"
 #include "platform/TreflectORB.h"
 
@@ -57,6 +58,10 @@ public:
     // How long a thread that expects a message waits awake before it sleeps; 50 us at first, 0 for not at all. It never
     // does where the process has only one processor.
     static void setBusyWait(std::chrono::microseconds bound);
+
+    // What this process's server has done for its connections, without those of setLocalTap(); nothing while it does
+    // not serve.
+    ServerCounters serverCounters() const;
 
     // The number of a peer, for TipprmiObjectClient::forwardMsg().
     static TreflectOrbId numberOf(TreflectORB const& peer);

@@ -11,7 +11,7 @@ namespace trs {
 namespace {
 
 constexpr std::size_t greatestStep = 65536;
-constexpr std::size_t leastRoom = 128;
+constexpr std::size_t leastStorage = 512; // that is worth giving back
 
 } // namespace
 
@@ -69,7 +69,7 @@ bool Assembler::isMessageAhead() const
 
 void Assembler::releaseStorage()
 {
-    if (ahead_.available() == 0 && ahead_.capacity() > leastRoom * 4) {
+    if (ahead_.available() == 0 && ahead_.capacity() >= leastStorage) {
         std::destroy_at(&ahead_);
         std::construct_at(&ahead_, 0);
     }
@@ -82,7 +82,7 @@ std::span<unsigned char> Assembler::room(TipprmiStream& message)
     // At its beginning, room for another message like the last one, so that one transfer gets the whole. What has been
     // begun ends before anything else: only who sends many at a time is given room for more.
     std::size_t const expected =
-        had_ == 0 ? std::clamp(lastLength_, leastRoom, greatestStep) : std::min(missing(message), greatestStep);
+        had_ == 0 ? std::clamp(lastLength_, leastRoom_, greatestStep) : std::min(missing(message), greatestStep);
     room_ = std::max(expected, step_);
     return {message.extend(room_), room_};
 }

@@ -19,6 +19,9 @@ public:
         malformed, // what has arrived begins no message; what follows cannot be known any more
     };
 
+    // `leastRoom` is for what comes first, in bytes: whoever expects several messages together gives more.
+    explicit Assembler(std::size_t leastRoom = 128) : leastRoom_(leastRoom) {}
+
     // Replaces the content of `message` by the next one that arrived beyond the last, or as much of it as did.
     State begin(TipprmiStream& message);
     // Where the next bytes go, at least one; advance() says how many came, which may be none.
@@ -38,6 +41,7 @@ private:
     std::size_t missing(TipprmiStream const& message) const;
     State judge(TipprmiStream& message);
 
+    std::size_t const leastRoom_;
     std::size_t had_ = 0;  // of the message, before room()
     std::size_t room_ = 0; // that room() gave
     std::size_t step_ = 0; // the room for who sends many at a time

@@ -171,6 +171,7 @@ void Outlet::send(TipprmiStream const& notification)
     if (!wasWaiting && !hasTurn_) {
         beginWaiting();
     }
+    noteHeldUp();
 }
 
 void Outlet::beginWaiting()
@@ -224,7 +225,10 @@ void Outlet::noteTaken(std::size_t count)
 
 void Outlet::noteHeldUp()
 {
-    isHeldUp_.store(answers_ >= mostAnswers || answerBytes_ >= mostAnswerBytes, std::memory_order_release);
+    // What a client asks for is not to be why it loses notifications.
+    bool const isFull = answers_ >= mostAnswers || answerBytes_ >= mostAnswerBytes ||
+                        queue_.size() + behind_.size() - answerBytes_ >= fullQueue / 2;
+    isHeldUp_.store(isFull, std::memory_order_release);
 }
 
 std::optional<Outlet::Clock::time_point> Outlet::checkTime(Clock::time_point now)

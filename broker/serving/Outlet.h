@@ -67,7 +67,7 @@ public:
     // What was to leave together leaves.
     bool flush();
 
-    // Whether so many answers wait for the client that it had better not be asked for more.
+    // Whether so much waits for the client that it had better not be given more to wait for.
     bool isHeldUp() const { return isHeldUp_.load(std::memory_order_acquire); }
     // Whether something waits for the client.
     bool isWaiting();

@@ -87,6 +87,18 @@ std::string Server::startPolling()
                                                                        : "no thread could be started for connections";
 }
 
+ServerCounters Server::counters() const
+{
+    ServerCounters all = total_.get();
+    Workers::Numbers const workers = workers_.numbers();
+    all.connections = table_.size();
+    all.threads = workers.threads;
+    all.queued = workers.queued;
+    all.executing = workers.executing;
+    all.waiting = workers.waiting;
+    return all;
+}
+
 // On the accepting thread.
 void Server::admit(std::unique_ptr<Channel> channel, std::string const& endpoint)
 {
@@ -103,7 +115,7 @@ void Server::admit(std::unique_ptr<Channel> channel, std::string const& endpoint
     }
     auto const connection =
         std::make_shared<ServerConnection>(std::move(channel), *endpoints_.insert(endpoint).first,
-                                           ServerConnection::House{*poller_, workers_, table_, log_, tap_});
+                                           ServerConnection::House{*poller_, workers_, table_, log_, total_, tap_});
     table_.add(connection);
     connection->open();
 }

@@ -35,6 +35,7 @@ public:
     std::string listen(Endpoint const& endpoint);
     // With the ports that the system chose.
     std::vector<std::string> endpoints() const { return acceptor_.endpoints(); }
+    ServerCounters counters() const;
 
 private:
     std::string startPolling();
@@ -50,6 +51,7 @@ private:
     std::set<std::string> endpoints_;              // as well; their texts stay
     std::unique_ptr<Poller> poller_;               // null until it is needed
     Thread polling_;
+    Total total_;
     ConnectionTable table_;
     Workers workers_;
     Acceptor acceptor_;

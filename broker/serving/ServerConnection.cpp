@@ -8,6 +8,9 @@ namespace {
 
 constexpr unsigned mostInARow = 16;               // requests, when others wait
 constexpr std::chrono::milliseconds stayTime{10}; // for which a worker waits for the next one
+constexpr unsigned char oneTimedOf = 8;           // calls
+constexpr unsigned mostUntold = 256;              // calls that are counted here alone
+constexpr std::size_t leastRoom = 8192;           // for 64 short requests that come together
 // Streams that have held a longer message are not kept.
 constexpr std::size_t greatestKeptStorage = 65536;
 constexpr std::size_t leastStorage = 256; // within the stream
@@ -23,7 +26,8 @@ void releaseStorage(TipprmiStream& stream, std::size_t greatest)
 } // namespace
 
 ServerConnection::ServerConnection(std::unique_ptr<Channel> channel, std::string const& endpoint, House const& house)
-    : house_(house), connection_(std::move(channel)), session_(connection_, *this, endpoint, house.tap, house.log)
+    : house_(house), connection_(std::move(channel), leastRoom),
+      session_(connection_, *this, endpoint, house.tap, house.log)
 {
 }
 
@@ -208,7 +212,13 @@ void ServerConnection::run() { serve(Session::Way::served); }
 void ServerConnection::refuse() { serve(Session::Way::refused); }
 
 // What was answered so far is not to wait for what the object waits for.
-void ServerConnection::pause() { session_.outlet().flush(); }
+void ServerConnection::pause()
+{
+    session_.outlet().flush();
+    if (tally_ != nullptr) {
+        house_.total.add(*tally_);
+    }
+}
 
 void ServerConnection::serve(Session::Way way)
 {
@@ -216,7 +226,12 @@ void ServerConnection::serve(Session::Way way)
         return;
     }
     isStaying_ = false;
-    Next const next = answerAll(way);
+    TipprmiStream reply(100);
+    Tally tally;
+    tally_ = &tally;
+    Next const next = answerAll({way, reply, false, tally});
+    tally_ = nullptr;
+    house_.total.add(tally);
     Outlet& outlet = session_.outlet();
     outlet.flush();
     switch (next) {
@@ -244,9 +259,8 @@ void ServerConnection::serve(Session::Way way)
 }
 
 // As long as there is something, or may be in a moment.
-ServerConnection::Next ServerConnection::answerAll(Session::Way way)
+ServerConnection::Next ServerConnection::answerAll(Session::Turn turn)
 {
-    TipprmiStream reply(100);
     Connection::Received received = connection_.receiveNow(message_);
     for (unsigned inARow = 1;; ++inARow) {
         switch (received) {
@@ -265,25 +279,39 @@ ServerConnection::Next ServerConnection::answerAll(Session::Way way)
         if (activity_.exchange(Activity::busy) == Activity::dismissed || isEnding_) {
             return Next::finish;
         }
-        bool const isMoreToCome = connection_.isMessageAhead();
-        bool const isAnswered = session_.answer(message_, reply, way, isMoreToCome);
-        releaseStorage(message_, greatestKeptStorage);
-        releaseStorage(reply, greatestKeptStorage);
-        if (!isAnswered) {
+        turn.isMoreToCome = connection_.isMessageAhead();
+        if (!answerNext(turn)) {
             return Next::finish;
         }
         if (session_.outlet().isHeldUp()) [[unlikely]] {
             return Next::hold;
         }
-        if (isMoreToCome) {
-            if (inARow >= mostInARow && way == Session::Way::served && house_.workers.isShort()) {
+        if (turn.isMoreToCome) {
+            if (inARow >= mostInARow && turn.way == Session::Way::served && house_.workers.isShort()) {
                 return Next::queue;
             }
             received = connection_.receiveNow(message_);
         } else {
-            received = way == Session::Way::served ? receiveMore() : Connection::Received::timedOut;
+            received = turn.way == Session::Way::served ? receiveMore() : Connection::Received::timedOut;
         }
     }
+}
+
+bool ServerConnection::answerNext(Session::Turn const& turn)
+{
+    bool const isTimed = untimed_ == 0; // asking for the time takes as long as all other counting
+    untimed_ = isTimed ? oneTimedOf - 1 : untimed_ - 1;
+    Clock::time_point const begin = isTimed ? Clock::now() : Clock::time_point();
+    bool const isAnswered = session_.answer(message_, turn);
+    if (isTimed) {
+        turn.tally.time(Clock::now() - begin);
+    }
+    if (turn.tally.size() >= mostUntold) {
+        house_.total.add(turn.tally);
+    }
+    releaseStorage(message_, greatestKeptStorage);
+    releaseStorage(turn.reply, greatestKeptStorage);
+    return isAnswered;
 }
 
 // Waits for the next message, if a worker can be spared for that.

@@ -34,6 +34,7 @@ public:
         Workers& workers;
         ConnectionTable& table;
         RepeatedLines& log;
+        Total& total;
         ServerTap* tap; // may be null
     };
     enum class Idle { waiting, staying };
@@ -87,7 +88,8 @@ private:
     void submit();
     void resume();
     void serve(Session::Way way);
-    Next answerAll(Session::Way way);
+    Next answerAll(Session::Turn turn);
+    bool answerNext(Session::Turn const& turn);
     Connection::Received receiveMore();
     void rest();
     void endFrom(Phase from);
@@ -101,7 +103,10 @@ private:
     std::atomic<Activity> activity_ = Activity::idle;
     std::atomic<bool> isEnding_ = false;
     std::atomic<bool> isShut_ = false;
-    bool isStaying_ = false; // the worker's
+    // Of whoever serves it.
+    bool isStaying_ = false;
+    unsigned char untimed_ = 0; // calls in a row
+    Tally* tally_ = nullptr;
 
     std::mutex mutex_;
     Phase phase_ = Phase::greeting;

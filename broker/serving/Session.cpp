@@ -13,15 +13,18 @@ namespace {
 constexpr std::size_t mostSubscribed = std::size_t{1024} * 1024; // bytes of one connection
 constexpr std::size_t subscriptionSize = 64;                     // besides the identifier
 
-void finishReply(TipprmiStream& reply, ReplyStatus status, std::uint32_t number)
+// The status that the reply has in the end.
+ReplyStatus finishReply(TipprmiStream& reply, ReplyStatus status, std::uint32_t number)
 {
     if (status != ReplyStatus::done) {
         reduceReply(reply, status);
     }
     if (!finishMessage(reply, number)) {
-        reduceReply(reply, ReplyStatus::replyTooLong);
+        status = ReplyStatus::replyTooLong;
+        reduceReply(reply, status);
         finishMessage(reply, number);
     }
+    return status;
 }
 
 } // namespace
@@ -69,21 +72,21 @@ Session::Greeted Session::greet()
     return isSent ? Greeted::yes : Greeted::no;
 }
 
-bool Session::answer(TipprmiStream& message, TipprmiStream& reply, Way way, bool isMoreToCome)
+bool Session::answer(TipprmiStream& message, Turn const& turn)
 {
     MessageHeader header{};
+    turn.tally.countIn(message.size());
     if (readHeader(message, header)) {
         if (header.kind == MessageKind::request) [[likely]] {
-            return way == Way::served ? answerRequest(header, message, reply, isMoreToCome)
-                                      : answerBusy(header, reply, isMoreToCome);
+            return answerRequest(header, message, turn);
         }
         ObjectAddress address{};
         bool const isWhole = readAddress(message, address) && message.available() == 0;
         if (isWhole && header.kind == MessageKind::locate && address.classId == 0 && address.opIndex == 0) {
-            return answerLocate(header, address, reply, isMoreToCome);
+            return answerLocate(header, address, turn);
         }
         if (isWhole && header.kind == MessageKind::subscribe) {
-            return answerSubscribe(header, address, reply);
+            return answerSubscribe(header, address, turn);
         }
         if (isWhole && header.kind == MessageKind::unsubscribe) {
             if (SubscriberTable::instance().remove(address.view(), *outlet_)) {
@@ -96,41 +99,38 @@ bool Session::answer(TipprmiStream& message, TipprmiStream& reply, Way way, bool
     return false;
 }
 
-bool Session::answerRequest(MessageHeader const& header, TipprmiStream& request, TipprmiStream& reply,
-                            bool isMoreToCome)
+bool Session::answerRequest(MessageHeader const& header, TipprmiStream& request, Turn const& turn)
 {
     ObjectAddress address{};
     if (!readAddress(request, address)) {
         logClosed("a malformed message came");
         return false;
     }
-    reply.clear();
-    beginMessage(reply, MessageKind::reply);
-    if (tap_ != nullptr) [[unlikely]] {
-        return answerTapped(header, address, request, reply);
+    turn.reply.clear();
+    beginMessage(turn.reply, MessageKind::reply);
+    ReplyStatus status = ReplyStatus::busy;
+    if (turn.way == Way::served) [[likely]] {
+        if (tap_ != nullptr) [[unlikely]] {
+            return answerTapped(header, address, request, turn);
+        }
+        status = execute(header.detail != 0, address, request, turn.reply);
     }
-    finishReply(reply, execute(header.detail != 0, address, request, reply), header.number);
-    return outlet_->answer(reply, isMoreToCome);
-}
-
-bool Session::answerBusy(MessageHeader const& header, TipprmiStream& reply, bool isMoreToCome)
-{
-    reply.clear();
-    beginMessage(reply, MessageKind::reply);
-    finishReply(reply, ReplyStatus::busy, header.number);
-    return outlet_->answer(reply, isMoreToCome);
+    turn.tally.count(finishReply(turn.reply, status, header.number));
+    return send(turn, turn.isMoreToCome);
 }
 
 bool Session::answerTapped(MessageHeader const& header, ObjectAddress const& address, TipprmiStream& request,
-                           TipprmiStream& reply)
+                           Turn const& turn)
 {
+    TipprmiStream& reply = turn.reply;
     std::unique_ptr<TappedCall> const call = tap_->begin(address, request);
     ReplyStatus status = ReplyStatus::done;
     if (call->isExecuted(reply, status)) {
         UntappedCalls const byTheObject;
         status = execute(header.detail != 0, address, request, reply);
     }
-    finishReply(reply, status, header.number);
+    turn.tally.count(finishReply(reply, status, header.number));
+    turn.tally.countOut(reply.size());
     if (!outlet_->flush()) {
         return false;
     }
@@ -171,18 +171,18 @@ ReplyStatus Session::execute(bool flag, ObjectAddress const& address, TipprmiStr
     return ReplyStatus::done;
 }
 
-bool Session::answerLocate(MessageHeader const& header, ObjectAddress const& address, TipprmiStream& reply,
-                           bool isMoreToCome)
+bool Session::answerLocate(MessageHeader const& header, ObjectAddress const& address, Turn const& turn)
 {
     bool const isHere = StubTable::instance().findActive(NamespaceId(address.space), address.id).has_value();
+    TipprmiStream& reply = turn.reply;
     reply.clear();
     beginMessage(reply, MessageKind::locateReply);
     reduceReply(reply, isHere ? ReplyStatus::done : ReplyStatus::noSuchObject);
     finishMessage(reply, header.number);
-    return outlet_->answer(reply, isMoreToCome);
+    return send(turn, turn.isMoreToCome);
 }
 
-bool Session::answerSubscribe(MessageHeader const& header, ObjectAddress const& address, TipprmiStream& reply)
+bool Session::answerSubscribe(MessageHeader const& header, ObjectAddress const& address, Turn const& turn)
 {
     outlet_->admitOthers();
     OperationKey const key(TipprmiOID(std::string(address.id), NamespaceId(address.space)), address.classId,
@@ -195,11 +195,18 @@ bool Session::answerSubscribe(MessageHeader const& header, ObjectAddress const& 
             return false;
         }
     }
+    TipprmiStream& reply = turn.reply;
     reply.clear();
     beginMessage(reply, MessageKind::subscriptionReply);
     reduceReply(reply, added == SubscriberTable::Added::noSuchObject ? ReplyStatus::noSuchObject : ReplyStatus::done);
     finishMessage(reply, header.number);
-    return outlet_->answer(reply, false); // at once: a notification may follow
+    return send(turn, false); // at once: a notification may follow
+}
+
+bool Session::send(Turn const& turn, bool isMoreToCome)
+{
+    turn.tally.countOut(turn.reply.size());
+    return outlet_->answer(turn.reply, isMoreToCome);
 }
 
 } // namespace trs

@@ -6,6 +6,7 @@
 #include "broker/machine/RepeatedLines.h"
 #include "broker/objects/StubTable.h"
 #include "broker/serving/Outlet.h"
+#include "broker/serving/Tally.h"
 #include "broker/transport/Connection.h"
 
 #include <atomic>
@@ -30,10 +31,17 @@ public:
     // Goes on with the greeting by what has come of it.
     Greeted greet();
 
-    // How a message is answered: by the object; or, where no thread can be had for that, by saying so.
+    // How messages are answered: by the objects; or, where no thread can be had for that, by saying so.
     enum class Way { served, refused };
-    // False when the connection is of no use any more. While `isMoreToCome`, answers leave together.
-    bool answer(TipprmiStream& message, TipprmiStream& reply, Way way, bool isMoreToCome);
+    // What answering one takes.
+    struct Turn {
+        Way way;
+        TipprmiStream& reply; // whatever it holds
+        bool isMoreToCome;    // answers leave together until the last
+        Tally& tally;
+    };
+    // False when the connection is of no use any more.
+    bool answer(TipprmiStream& message, Turn const& turn);
 
     Outlet& outlet() const { return *outlet_; }
     // From any thread.
@@ -41,14 +49,13 @@ public:
     void logClosed(char const* why, int severity = 4);
 
 private:
-    bool answerRequest(MessageHeader const& header, TipprmiStream& request, TipprmiStream& reply, bool isMoreToCome);
-    bool answerBusy(MessageHeader const& header, TipprmiStream& reply, bool isMoreToCome);
+    bool answerRequest(MessageHeader const& header, TipprmiStream& request, Turn const& turn);
     bool answerTapped(MessageHeader const& header, ObjectAddress const& address, TipprmiStream& request,
-                      TipprmiStream& reply);
+                      Turn const& turn);
     ReplyStatus execute(bool flag, ObjectAddress const& address, TipprmiStream& request, TipprmiStream& reply);
-    bool answerLocate(MessageHeader const& header, ObjectAddress const& address, TipprmiStream& reply,
-                      bool isMoreToCome);
-    bool answerSubscribe(MessageHeader const& header, ObjectAddress const& address, TipprmiStream& reply);
+    bool answerLocate(MessageHeader const& header, ObjectAddress const& address, Turn const& turn);
+    bool answerSubscribe(MessageHeader const& header, ObjectAddress const& address, Turn const& turn);
+    bool send(Turn const& turn, bool isMoreToCome);
 
     Connection& connection_;
     std::string const& endpoint_;

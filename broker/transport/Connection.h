@@ -27,6 +27,11 @@ public:
 
     // Ends with the cut, if there is one.
     explicit Connection(std::unique_ptr<Channel> channel, Cut* cut = nullptr);
+    // Expects that many bytes to come together, if need be.
+    Connection(std::unique_ptr<Channel> channel, std::size_t leastRoom)
+        : channel_(std::move(channel)), assembler_(leastRoom)
+    {
+    }
 
     Sent send(unsigned char const* bytes, std::size_t length, Deadline& deadline)
     {

@@ -6,9 +6,8 @@
 #include "rmi/Servant.h"
 #include "rmi/TipprmiAny.h"
 #include "rmi/TipprmiSequence.h"
-#include "tests/support/Sockets.h"
+#include "tests/support/Requests.h"
 
-#include <condition_variable>
 #include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
@@ -17,31 +16,16 @@
 namespace {
 
 using support::Descriptor;
+using support::Gate;
 using support::Octets;
-
-Octets operator+(Octets left, Octets const& right)
-{
-    left.insert(left.end(), right.begin(), right.end());
-    return left;
-}
-
-// A message about QelLong::set of an object, as the wire's description has it.
-Octets message(unsigned char kind, unsigned char detail, std::string const& id, Octets const& rest = {})
-{
-    auto const number = [](std::size_t value) {
-        return Octets{static_cast<unsigned char>(value >> 24), static_cast<unsigned char>(value >> 16),
-                      static_cast<unsigned char>(value >> 8), static_cast<unsigned char>(value)};
-    };
-    Octets const body = Octets{kind, detail, 0, 0, 0, 0, 0, 7, 0xa6, 0xd4, 0xe0, 0x92, 0, 0, 0, 1, 0, 0, 0, 1} +
-                        number(id.size()) + Octets(id.begin(), id.end()) + rest;
-    return number(body.size()) + body;
-}
-Octets const setting = message(1, 0, "S", {0, 0, 0, 5});
-Octets const subscribing = message(5, 0, "S");
-Octets const withdrawing = message(6, 0, "S");
-Octets const isDone{0, 0, 0, 12, 2, 0, 0, 0, 0, 0, 0, 7, 0, 0, 0, 1};
-Octets const isSubscribed{0, 0, 0, 8, 7, 0, 0, 0, 0, 0, 0, 7};
-Octets const isFull{'T', 'O', 'I', 'P', 0, 1, 0, 1};
+using support::operator+;
+using support::isDone;
+using support::isFull;
+using support::isSubscribed;
+using support::message;
+using support::setting;
+using support::subscribing;
+using support::withdrawing;
 
 // Answers nothing by itself: replies only take the way of tapped calls.
 class PlainTap : public trs::ServerTap {
@@ -92,39 +76,6 @@ protected:
 
     Servant service{"S"};
     std::function<void()> whenSet;
-};
-
-// Has the next call of the service wait until it is let go.
-class Gate {
-public:
-    void pass()
-    {
-        TreflectORB::releaseRunPermission();
-        {
-            std::unique_lock lock(mutex_);
-            isReached_ = true;
-            changed_.notify_all();
-            changed_.wait_for(lock, support::patience, [this] { return isOpen_; });
-        }
-        TreflectORB::getRunPermission();
-    }
-    void awaitReached()
-    {
-        std::unique_lock lock(mutex_);
-        EXPECT_TRUE(changed_.wait_for(lock, support::patience, [this] { return isReached_; }));
-    }
-    void open()
-    {
-        std::lock_guard const lock(mutex_);
-        isOpen_ = true;
-        changed_.notify_all();
-    }
-
-private:
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    bool isReached_ = false;
-    bool isOpen_ = false;
 };
 
 // Until no thread but this one has anything to do: what follows the last thing that a test saw is over then.

@@ -214,7 +214,7 @@ TEST_F(WorkersTest, AreToldThatAnObjectForgotToTakeThePermissionBack)
         TreflectORB::releaseRunPermission();
     }));
     await("a");
-    ASSERT_TRUE(submit(workers, "b", [this] { EXPECT_FALSE(TreflectORB::hasRunPermission()); }));
+    ASSERT_TRUE(submit(workers, "b", [] { EXPECT_FALSE(TreflectORB::hasRunPermission()); }));
     await("b");
     EXPECT_EQ(workers.numbers().waiting, 0U);
 }
