@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 namespace trs::sim {
 
@@ -135,11 +136,25 @@ public:
         }
     }
 
+    std::chrono::milliseconds delay() override
+    {
+        if (!strike_ || gate_.isEnded_) {
+            return {};
+        }
+        switch (strike_->kind) {
+        case MisbehaviourKind::delay:
+            return std::exchange(isExecuting_, true) ? std::chrono::milliseconds() : strike_->delay;
+        case MisbehaviourKind::late:
+            return std::exchange(isExecuting_, true) ? strike_->delay : std::chrono::milliseconds();
+        case MisbehaviourKind::trickle:
+            return trickled_ == 0 ? std::chrono::milliseconds() : pause_;
+        default:
+            return {};
+        }
+    }
+
     bool isExecuted(TipprmiStream& reply, ReplyStatus& status) override
     {
-        if (strike_ && strike_->kind == MisbehaviourKind::delay) {
-            gate_.wait(strike_->delay);
-        }
         if (!strike_ || strike_->kind != MisbehaviourKind::refuse) {
             return true;
         }
@@ -149,6 +164,9 @@ public:
 
     bool answer(TipprmiStream const& reply, Send const& send) override
     {
+        if (trickled_ != 0) {
+            return trickle(reply, send);
+        }
         if (!gate_.keep_()) {
             return false;
         }
@@ -167,12 +185,10 @@ public:
         switch (strike_->kind) {
         case MisbehaviourKind::refuse:
         case MisbehaviourKind::delay:
+        case MisbehaviourKind::late:
             return sendAll();
         case MisbehaviourKind::drop:
             return true;
-        case MisbehaviourKind::late:
-            gate_.wait(strike_->delay);
-            return sendAll();
         case MisbehaviourKind::twice:
             sendAll();
             return sendAll();
@@ -189,42 +205,40 @@ public:
             sendSome(0, bytes.size() / 2);
             return false;
         case MisbehaviourKind::trickle:
-            for (std::size_t i = 0; i < bytes.size(); ++i) {
-                if (!sendSome(i, 1)) {
-                    return false;
-                }
-                gate_.wait(std::min(std::chrono::milliseconds(1), longestTrickle / static_cast<int>(bytes.size())));
-            }
-            return true;
+            pause_ = std::min(std::chrono::milliseconds(1), longestTrickle / static_cast<int>(bytes.size()));
+            return trickle(reply, send);
         }
         return true;
     }
 
+    bool isAnswered() override { return left_ == 0; }
+
 private:
+    // The next byte; all that are left when nothing is to wait any more.
+    bool trickle(TipprmiStream const& reply, Send const& send)
+    {
+        std::size_t const count = pause_.count() == 0 || gate_.isEnded_ ? reply.size() - trickled_ : 1;
+        bool const isSent = send(reply.data() + trickled_, count);
+        trickled_ += count;
+        left_ = reply.size() - trickled_;
+        return isSent;
+    }
+
     CallGate& gate_;
     ObjectAddress const& address_;
     CallLog::Time const begin_;
     std::optional<MisbehaviourPlan::Strike> const strike_;
     Bytes arguments_;
+    bool isExecuting_ = false; // or has been: the first of the two times to wait is over
+    std::chrono::milliseconds pause_{};
+    std::size_t trickled_ = 0; // bytes
+    std::size_t left_ = 0;
 };
 
 std::unique_ptr<TappedCall> CallGate::begin(ObjectAddress const& address, TipprmiStream const& request)
 {
     ++count_;
     return std::make_unique<Call>(*this, address, request);
-}
-
-void CallGate::wait(std::chrono::milliseconds duration)
-{
-    std::unique_lock lock(mutex_);
-    ended_.wait_for(lock, duration, [this] { return isEnded_; });
-}
-
-void CallGate::end()
-{
-    std::lock_guard const lock(mutex_);
-    isEnded_ = true;
-    ended_.notify_all();
 }
 
 } // namespace trs::sim

@@ -6,9 +6,7 @@
 #include "unit/MisbehaviourPlan.h"
 
 #include <atomic>
-#include <condition_variable>
 #include <functional>
-#include <mutex>
 
 namespace trs::sim {
 
@@ -25,21 +23,18 @@ public:
     std::unique_ptr<TappedCall> begin(ObjectAddress const& address, TipprmiStream const& request) override;
 
     unsigned long count() const { return count_; }
-    // Ends the waiting of calls that are delayed, now and for good.
-    void end();
+    // From now on no call is delayed.
+    void end() { isEnded_ = true; }
 
 private:
     class Call;
-    void wait(std::chrono::milliseconds duration);
 
     MisbehaviourPlan& plan_;
     CallLog& log_;
     std::function<unsigned long()> unitTime_;
     std::function<bool()> keep_;
     std::atomic<unsigned long> count_ = 0;
-    std::mutex mutex_;
-    std::condition_variable ended_;
-    bool isEnded_ = false;
+    std::atomic<bool> isEnded_ = false;
 };
 
 } // namespace trs::sim

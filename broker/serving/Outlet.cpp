@@ -24,31 +24,31 @@ std::size_t lengthOf(std::span<Channel::Piece const> pieces)
 
 } // namespace
 
-Outlet::Answer::Answer(Outlet& outlet) : outlet_(outlet)
+bool Outlet::beginTurn(void const* who)
 {
-    std::lock_guard const lock(outlet.mutex_);
-    outlet.hasTurn_ = true;
-    outlet.queue_.entries.push_back({0, true});
-    ++outlet.answers_;
-}
-
-Outlet::Answer::~Answer()
-{
-    std::lock_guard const lock(outlet_.mutex_);
-    outlet_.hasTurn_ = false;
-    Queue& behind = outlet_.behind_;
-    bool const wasWaiting = outlet_.queue_.size() != 0;
-    outlet_.noteTaken(0);
-    outlet_.queue_.append(behind.bytes.data(), behind.bytes.size());
-    outlet_.queue_.entries.insert(outlet_.queue_.entries.end(), behind.entries.begin(), behind.entries.end());
-    behind = Queue();
-    if (!wasWaiting && outlet_.queue_.size() != 0) {
-        outlet_.beginWaiting();
+    std::lock_guard const lock(mutex_);
+    if (turn_ == nullptr) {
+        turn_ = who;
+        queue_.entries.push_back({0, true});
+        ++answers_;
     }
-    outlet_.noteHeldUp();
+    return turn_ == who;
 }
 
-bool Outlet::Answer::send(unsigned char const* bytes, std::size_t length) { return outlet_.sendPart(bytes, length); }
+void Outlet::endTurn()
+{
+    std::lock_guard const lock(mutex_);
+    bool const wasWaiting = queue_.size() != 0;
+    turn_ = nullptr;
+    noteTaken(0);
+    queue_.append(behind_.bytes.data(), behind_.bytes.size());
+    queue_.entries.insert(queue_.entries.end(), behind_.entries.begin(), behind_.entries.end());
+    behind_ = Queue();
+    if (!wasWaiting && queue_.size() != 0) {
+        beginWaiting();
+    }
+    noteHeldUp();
+}
 
 bool Outlet::sendPart(unsigned char const* bytes, std::size_t length)
 {
@@ -103,7 +103,7 @@ bool Outlet::sendAnswers(std::span<Channel::Piece const> pieces, std::size_t cou
 {
     if (isShared_) [[unlikely]] {
         std::lock_guard const lock(mutex_);
-        bool const isNext = queue_.size() == 0 && !hasTurn_ && !isLost_;
+        bool const isNext = queue_.size() == 0 && turn_ == nullptr && !isLost_;
         return queueAnswers(pieces, count, isNext ? connection_.sendSome(pieces) : 0);
     }
     std::size_t const taken = connection_.sendSome(pieces);
@@ -125,7 +125,7 @@ bool Outlet::queueAnswers(std::span<Channel::Piece const> pieces, std::size_t co
     if (left == 0) {
         return true;
     }
-    Queue& queue = hasTurn_ ? behind_ : queue_;
+    Queue& queue = turn_ != nullptr ? behind_ : queue_;
     bool const wasWaiting = queue_.size() != 0;
     answers_ += count;
     answerBytes_ += left;
@@ -138,7 +138,7 @@ bool Outlet::queueAnswers(std::span<Channel::Piece const> pieces, std::size_t co
         queue.append(piece.bytes + skipped, piece.length - skipped);
         taken -= skipped;
     }
-    if (!wasWaiting && !hasTurn_) {
+    if (!wasWaiting && turn_ == nullptr) {
         beginWaiting();
     }
     noteHeldUp();
@@ -154,7 +154,7 @@ void Outlet::send(TipprmiStream const& notification)
     }
     bool const wasWaiting = queue_.size() != 0;
     std::size_t taken = 0;
-    if (!wasWaiting && !hasTurn_) {
+    if (!wasWaiting && turn_ == nullptr) {
         taken = connection_.sendSome(notification);
         if (taken == notification.size()) [[likely]] {
             return;
@@ -165,10 +165,10 @@ void Outlet::send(TipprmiStream const& notification)
         ++lost_;
         return;
     }
-    Queue& queue = hasTurn_ ? behind_ : queue_;
+    Queue& queue = turn_ != nullptr ? behind_ : queue_;
     queue.append(notification.data() + taken, notification.size() - taken);
     queue.entries.push_back({notification.size() - taken, false});
-    if (!wasWaiting && !hasTurn_) {
+    if (!wasWaiting && turn_ == nullptr) {
         beginWaiting();
     }
     noteHeldUp();
@@ -202,7 +202,7 @@ void Outlet::noteTaken(std::size_t count)
 {
     queue_.begin += count;
     // An answer that is still being sent in parts stays until it has ended.
-    while (queue_.entries.size() > (hasTurn_ ? 1 : 0) && count >= queue_.entries.front().left) {
+    while (queue_.entries.size() > (turn_ != nullptr ? 1 : 0) && count >= queue_.entries.front().left) {
         Entry const& entry = queue_.entries.front();
         count -= entry.left;
         answers_ -= entry.isAnswer ? 1 : 0;
@@ -247,7 +247,7 @@ std::optional<Outlet::Clock::time_point> Outlet::checkTime(Clock::time_point now
 bool Outlet::isWaiting()
 {
     std::lock_guard const lock(mutex_);
-    return !isLost_ && queue_.size() != 0;
+    return !isLost_ && (queue_.size() != 0 || turn_ != nullptr);
 }
 
 bool Outlet::isLost()

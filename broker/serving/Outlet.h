@@ -38,21 +38,6 @@ public:
         ~Owner() = default;
     };
 
-    // One answer, in as many parts as it pleases: nothing comes between them.
-    class Answer {
-    public:
-        explicit Answer(Outlet& outlet);
-        Answer(Answer const&) = delete;
-        Answer& operator=(Answer const&) = delete;
-        ~Answer();
-
-        // False when the connection is of no use any more.
-        bool send(unsigned char const* bytes, std::size_t length);
-
-    private:
-        Outlet& outlet_;
-    };
-
     Outlet(Connection& connection, Owner& owner, RepeatedLines& log, std::string const& endpoint)
         : connection_(connection), owner_(owner), log_(log), endpoint_(endpoint)
     {
@@ -66,6 +51,13 @@ public:
     bool answer(TipprmiStream const& reply, bool isMoreToCome);
     // What was to leave together leaves.
     bool flush();
+
+    // For one answer, in as many parts as it pleases: nothing comes between them until the turn ends. False when
+    // somebody else has it.
+    bool beginTurn(void const* who);
+    // False when the connection is of no use any more.
+    bool sendPart(unsigned char const* bytes, std::size_t length);
+    void endTurn();
 
     // Whether so much waits for the client that it had better not be given more to wait for.
     bool isHeldUp() const { return isHeldUp_.load(std::memory_order_acquire); }
@@ -101,7 +93,6 @@ private:
 
     bool sendAnswers(std::span<Channel::Piece const> pieces, std::size_t count);
     bool queueAnswers(std::span<Channel::Piece const> pieces, std::size_t count, std::size_t taken);
-    bool sendPart(unsigned char const* bytes, std::size_t length);
     void beginWaiting();
     void noteTaken(std::size_t count);
     void noteHeldUp();
@@ -122,7 +113,7 @@ private:
     std::mutex mutex_;
     bool isLost_ = false;
     bool isClosed_ = false;
-    bool hasTurn_ = false; // an answer in parts: what others send goes behind it
+    void const* turn_ = nullptr; // who sends an answer in parts: what others send goes behind it
     Queue queue_;
     Queue behind_;
     std::size_t answers_ = 0;     // in the queue

@@ -8,6 +8,7 @@ namespace {
 
 constexpr unsigned mostInARow = 16;               // requests, when others wait
 constexpr std::chrono::milliseconds stayTime{10}; // for which a worker waits for the next one
+constexpr std::size_t mostExchanges = 64;         // that wait at the same time
 constexpr unsigned char oneTimedOf = 8;           // calls
 constexpr unsigned mostUntold = 256;              // calls that are counted here alone
 constexpr std::size_t leastRoom = 8192;           // for 64 short requests that come together
@@ -27,7 +28,7 @@ void releaseStorage(TipprmiStream& stream, std::size_t greatest)
 
 ServerConnection::ServerConnection(std::unique_ptr<Channel> channel, std::string const& endpoint, House const& house)
     : house_(house), connection_(std::move(channel), leastRoom),
-      session_(connection_, *this, endpoint, house.tap, house.log)
+      session_(connection_, *this, *this, endpoint, house.tap, house.log)
 {
 }
 
@@ -71,6 +72,7 @@ void ServerConnection::endReceiving()
     isEnding_ = true;
     if (!dismiss()) {
         connection_.endReceiving();
+        hurryExchanges();
     }
 }
 
@@ -78,6 +80,7 @@ void ServerConnection::shutDown()
 {
     isShut_ = true;
     connection_.shutDown();
+    hurryExchanges();
     endSoon();
 }
 
@@ -144,9 +147,11 @@ void ServerConnection::ready(Poller::Events events)
             house_.table.unrest(*this);
             submit();
         }
-    } else if (present == Phase::held && !outlet.isHeldUp()) {
+    } else if (present == Phase::resting && (events & Poller::isCalled) != 0 && !hasExchanges()) {
+        beginIdling();
+    } else if (present == Phase::held && !isHeldUp()) {
         resume();
-    } else if (present == Phase::finishing && !outlet.isWaiting()) {
+    } else if (present == Phase::finishing && isOver()) {
         endFrom(Phase::finishing);
     }
 }
@@ -245,13 +250,13 @@ void ServerConnection::serve(Session::Way way)
         break;
     case Next::hold:
         change(Phase::served, Phase::held);
-        if (!outlet.isHeldUp() || isShut_ || outlet.isLost()) {
+        if (!isHeldUp() || isShut_ || outlet.isLost()) {
             resume();
         }
         break;
     case Next::finish:
         change(Phase::served, Phase::finishing);
-        if (!outlet.isWaiting() || isShut_) {
+        if (isOver() || isShut_) {
             endFrom(Phase::finishing);
         }
         break;
@@ -283,7 +288,7 @@ ServerConnection::Next ServerConnection::answerAll(Session::Turn turn)
         if (!answerNext(turn)) {
             return Next::finish;
         }
-        if (session_.outlet().isHeldUp()) [[unlikely]] {
+        if (isHeldUp()) [[unlikely]] {
             return Next::hold;
         }
         if (turn.isMoreToCome) {
@@ -339,14 +344,59 @@ void ServerConnection::rest()
         releaseStorage(message_, leastStorage);
         connection_.releaseStorage();
     }
+    bool const isIdle = !hasExchanges();
+    if (isIdle) {
+        beginIdling();
+    } else {
+        house_.table.unrest(*this);
+    }
+    {
+        std::lock_guard const lock(mutex_);
+        phase_ = Phase::resting; // from here on it is the poller's
+        wanted_ |= Poller::canReceive;
+        watch();
+    }
+    if (!isIdle && !hasExchanges()) {
+        endSoon(); // the last was released meanwhile
+    }
+}
+
+void ServerConnection::beginIdling()
+{
     Activity busy = Activity::busy; // it may be dismissed
     activity_.compare_exchange_strong(busy, Activity::idle);
     house_.table.rest(*this, Idle::waiting);
-    std::lock_guard const lock(mutex_);
-    phase_ = Phase::resting; // from here on it is the poller's
-    wanted_ |= Poller::canReceive;
-    watch();
 }
+
+std::shared_ptr<TappedExchange::Host> ServerConnection::keep(std::shared_ptr<TappedExchange> exchange)
+{
+    session_.outlet().admitOthers();
+    std::lock_guard const lock(mutex_);
+    exchanges_.push_back(std::move(exchange));
+    ++exchangeCount_;
+    return shared_from_this();
+}
+
+void ServerConnection::release(TappedExchange& exchange)
+{
+    {
+        std::lock_guard const lock(mutex_);
+        std::erase_if(exchanges_, [&exchange](auto const& present) { return present.get() == &exchange; });
+        --exchangeCount_;
+    }
+    endSoon(); // or go on
+}
+
+void ServerConnection::hurryExchanges()
+{
+    std::lock_guard const lock(mutex_);
+    for (std::shared_ptr<TappedExchange> const& exchange : exchanges_) {
+        exchange->hurry();
+    }
+}
+
+bool ServerConnection::isHeldUp() { return session_.outlet().isHeldUp() || exchangeCount_ >= mostExchanges; }
+bool ServerConnection::isOver() { return !hasExchanges() && !session_.outlet().isWaiting(); }
 
 void ServerConnection::endFrom(Phase from)
 {

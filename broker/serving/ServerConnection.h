@@ -13,6 +13,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace trs {
 
@@ -24,6 +25,7 @@ class ConnectionTable;
 class ServerConnection final : public Poller::Watcher,
                                public Workers::Task,
                                public Outlet::Owner,
+                               public TappedExchange::Host,
                                public std::enable_shared_from_this<ServerConnection> {
 public:
     using Clock = Outlet::Clock;
@@ -59,6 +61,14 @@ public:
     // Of the outlet.
     void awaitSending(Clock::time_point due) override;
     void endSoon() override;
+    // Of requests that pass a tap.
+    std::shared_ptr<TappedExchange::Host> keep(std::shared_ptr<TappedExchange> exchange) override;
+    void release(TappedExchange& exchange) override;
+    bool isInAHurry() const override { return isEnding_ || isShut_; }
+    Poller& poller() override { return house_.poller; }
+    Workers& workers() override { return house_.workers; }
+    Total& total() override { return house_.total; }
+    Outlet& outlet() override { return session_.outlet(); }
 
 private:
     friend class ConnectionTable;
@@ -92,6 +102,11 @@ private:
     bool answerNext(Session::Turn const& turn);
     Connection::Received receiveMore();
     void rest();
+    void beginIdling();
+    bool hasExchanges() const { return exchangeCount_ != 0; }
+    bool isHeldUp();
+    bool isOver();
+    void hurryExchanges();
     void endFrom(Phase from);
 
     House const house_;
@@ -102,6 +117,7 @@ private:
     std::optional<Clock::time_point> messageDue_;
     std::atomic<Activity> activity_ = Activity::idle;
     std::atomic<bool> isEnding_ = false;
+    std::atomic<std::size_t> exchangeCount_ = 0; // that wait
     std::atomic<bool> isShut_ = false;
     // Of whoever serves it.
     bool isStaying_ = false;
@@ -111,7 +127,8 @@ private:
     std::mutex mutex_;
     Phase phase_ = Phase::greeting;
     Poller::Events wanted_ = Poller::nothing;
-    std::optional<Clock::time_point> reminder_; // the poller's timer
+    std::optional<Clock::time_point> reminder_;           // the poller's timer
+    std::vector<std::shared_ptr<TappedExchange>> exchanges_; // that wait
 
     // The table's.
     std::list<std::shared_ptr<ServerConnection>>::iterator place_;

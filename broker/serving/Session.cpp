@@ -1,10 +1,7 @@
 #include "broker/serving/Session.h"
 
-#include "broker/objects/Execution.h"
-#include "broker/objects/RunPermission.h"
 #include "broker/objects/SubscriberTable.h"
-
-#include <chrono>
+#include "broker/serving/Request.h"
 
 namespace trs {
 
@@ -13,25 +10,11 @@ namespace {
 constexpr std::size_t mostSubscribed = std::size_t{1024} * 1024; // bytes of one connection
 constexpr std::size_t subscriptionSize = 64;                     // besides the identifier
 
-// The status that the reply has in the end.
-ReplyStatus finishReply(TipprmiStream& reply, ReplyStatus status, std::uint32_t number)
-{
-    if (status != ReplyStatus::done) {
-        reduceReply(reply, status);
-    }
-    if (!finishMessage(reply, number)) {
-        status = ReplyStatus::replyTooLong;
-        reduceReply(reply, status);
-        finishMessage(reply, number);
-    }
-    return status;
-}
-
 } // namespace
 
-Session::Session(Connection& connection, Outlet::Owner& owner, std::string const& endpoint, ServerTap* tap,
-                 RepeatedLines& log)
-    : connection_(connection), endpoint_(endpoint), tap_(tap), log_(log),
+Session::Session(Connection& connection, Outlet::Owner& owner, TappedExchange::Host& host, std::string const& endpoint,
+                 ServerTap* tap, RepeatedLines& log)
+    : connection_(connection), host_(host), endpoint_(endpoint), tap_(tap), log_(log),
       outlet_(std::make_shared<Outlet>(connection, owner, log, endpoint)), lastStub_(StubTable::unbound())
 {
 }
@@ -101,6 +84,9 @@ bool Session::answer(TipprmiStream& message, Turn const& turn)
 
 bool Session::answerRequest(MessageHeader const& header, TipprmiStream& request, Turn const& turn)
 {
+    if (tap_ != nullptr && turn.way == Way::served) [[unlikely]] {
+        return answerTapped(header, request);
+    }
     ObjectAddress address{};
     if (!readAddress(request, address)) {
         logClosed("a malformed message came");
@@ -108,67 +94,22 @@ bool Session::answerRequest(MessageHeader const& header, TipprmiStream& request,
     }
     turn.reply.clear();
     beginMessage(turn.reply, MessageKind::reply);
-    ReplyStatus status = ReplyStatus::busy;
-    if (turn.way == Way::served) [[likely]] {
-        if (tap_ != nullptr) [[unlikely]] {
-            return answerTapped(header, address, request, turn);
-        }
-        status = execute(header.detail != 0, address, request, turn.reply);
-    }
+    ReplyStatus const status = turn.way == Way::served
+                                   ? executeRequest(lastStub_, header.detail != 0, address, request, turn.reply)
+                                   : ReplyStatus::busy;
     turn.tally.count(finishReply(turn.reply, status, header.number));
     return send(turn, turn.isMoreToCome);
 }
 
-bool Session::answerTapped(MessageHeader const& header, ObjectAddress const& address, TipprmiStream& request,
-                           Turn const& turn)
+bool Session::answerTapped(MessageHeader const& header, TipprmiStream const& request)
 {
-    TipprmiStream& reply = turn.reply;
-    std::unique_ptr<TappedCall> const call = tap_->begin(address, request);
-    ReplyStatus status = ReplyStatus::done;
-    if (call->isExecuted(reply, status)) {
-        UntappedCalls const byTheObject;
-        status = execute(header.detail != 0, address, request, reply);
-    }
-    turn.tally.count(finishReply(reply, status, header.number));
-    turn.tally.countOut(reply.size());
-    if (!outlet_->flush()) {
+    outlet_->flush();
+    auto const exchange = std::make_shared<TappedExchange>(host_, header, request);
+    if (!exchange->begin(*tap_)) {
+        logClosed("a malformed message came");
         return false;
     }
-    Outlet::Answer answer(*outlet_);
-    bool const isAnswered = call->answer(
-        reply, [&answer](unsigned char const* bytes, std::size_t length) { return answer.send(bytes, length); });
-    if (!isAnswered) {
-        outlet_->abandon(); // perhaps in the middle of the answer
-    }
-    return isAnswered;
-}
-
-ReplyStatus Session::execute(bool flag, ObjectAddress const& address, TipprmiStream& request, TipprmiStream& reply)
-{
-    TipprmiOID const& last = lastStub_->oid();
-    if (last.getIdString() != address.id || last.getNamespace().value() != address.space) {
-        auto const found = StubTable::instance().findActive(NamespaceId(address.space), address.id);
-        if (!found) {
-            return ReplyStatus::noSuchObject;
-        }
-        lastStub_ = *found;
-    }
-    RunPermissionScope const running;
-    // Looked for under the run permission, which whoever destroys an object holds.
-    TreflectServerObject* const server = lastStub_->localServer();
-    if (server == nullptr) {
-        return ReplyStatus::noSuchObject;
-    }
-    switch (Execution::run(static_cast<TipprmiObjectSkeleton&>(*server), flag, address.classId, address.opIndex,
-                           request, reply)) {
-    case Execution::Outcome::noSuchOperation:
-        return ReplyStatus::noSuchOperation;
-    case Execution::Outcome::unreadableRequest:
-        return ReplyStatus::unreadableRequest;
-    case Execution::Outcome::done:
-        break;
-    }
-    return ReplyStatus::done;
+    return exchange->goOn();
 }
 
 bool Session::answerLocate(MessageHeader const& header, ObjectAddress const& address, Turn const& turn)

@@ -7,6 +7,7 @@
 #include "broker/objects/StubTable.h"
 #include "broker/serving/Outlet.h"
 #include "broker/serving/Tally.h"
+#include "broker/serving/TappedExchange.h"
 #include "broker/transport/Connection.h"
 
 #include <atomic>
@@ -21,8 +22,8 @@ namespace trs {
 class Session {
 public:
     // `tap` may be null; lines about the connection go to `log`. All outlive it.
-    Session(Connection& connection, Outlet::Owner& owner, std::string const& endpoint, ServerTap* tap,
-            RepeatedLines& log);
+    Session(Connection& connection, Outlet::Owner& owner, TappedExchange::Host& host, std::string const& endpoint,
+            ServerTap* tap, RepeatedLines& log);
 
     // The connection has ended, or will: what is sent to its client from now on is thrown away.
     void end();
@@ -50,14 +51,13 @@ public:
 
 private:
     bool answerRequest(MessageHeader const& header, TipprmiStream& request, Turn const& turn);
-    bool answerTapped(MessageHeader const& header, ObjectAddress const& address, TipprmiStream& request,
-                      Turn const& turn);
-    ReplyStatus execute(bool flag, ObjectAddress const& address, TipprmiStream& request, TipprmiStream& reply);
+    bool answerTapped(MessageHeader const& header, TipprmiStream const& request);
     bool answerLocate(MessageHeader const& header, ObjectAddress const& address, Turn const& turn);
     bool answerSubscribe(MessageHeader const& header, ObjectAddress const& address, Turn const& turn);
     bool send(Turn const& turn, bool isMoreToCome);
 
     Connection& connection_;
+    TappedExchange::Host& host_;
     std::string const& endpoint_;
     ServerTap* const tap_;
     RepeatedLines& log_;
