@@ -61,16 +61,16 @@ private:
 
 } // namespace
 
-void road::carry(TipprmiObjectClient const& proxy, CallShape const& shape, Invoke invoke, unsigned long classId,
-                 unsigned long opIndex, void* result, CallShape::Places places)
+void road::carry(TipprmiObjectClient const& proxy, CallShape const& shape, Target target, Invoke invoke, void* result,
+                 CallShape::Places places)
 {
     TreflectObjectStub& stub = *proxy.getStub_();
     TreflectServerObject* server = invoke != nullptr ? stub.getLocalServer() : nullptr;
-    if (server != nullptr && !server->implements(static_cast<std::uint32_t>(classId))) {
+    if (server != nullptr && !server->implements(target.classId)) {
         server = nullptr;
     }
     ShapeCallHook const hook(shape, server, invoke, result, places);
     ShapeInParamHook const in(shape, places);
     ShapeOutParamHook const out(shape, places);
-    ClientCallHelper(hook, in, out, stub, server, classId, opIndex, true);
+    ClientCallHelper(hook, in, out, stub, server, target.classId, target.opIndex, true);
 }

@@ -89,11 +89,18 @@ void appendParam(TipprmiSequence<TipprmiAny>& list, ValueType const& type, void 
 
 namespace road {
 
+// The place of one argument of a call.
+template <class A>
+void* placeOf(A& argument)
+{
+    return const_cast<void*>(static_cast<void const*>(&argument));
+}
+
 // The places of a call's arguments, for as long as the arguments live.
 template <class... A>
 std::array<void*, sizeof...(A) + 1> placesOf(A&... arguments)
 {
-    return {const_cast<void*>(static_cast<void const*>(&arguments))..., nullptr};
+    return {placeOf(arguments)..., nullptr};
 }
 
 } // namespace road

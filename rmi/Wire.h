@@ -174,13 +174,24 @@ struct Wire<TipprmiArray<T, N>> {
     static void read(TipprmiStream& stream, Array& value)
     {
         if constexpr (size != 0) {
-            if (stream.available() >= size) {
+            if (stream.available() >= size) [[likely]] {
                 if (unsigned char const* const place = stream.take(size)) {
                     get(place, value);
                 }
-                return;
+            } else {
+                readPart(stream, value);
+            }
+        } else {
+            for (unsigned long i = 0; i < N; ++i) {
+                Wire<T>::read(stream, value.data()[i]);
             }
         }
+    }
+
+private:
+    // The elements that are there.
+    [[gnu::cold, gnu::noinline]] static void readPart(TipprmiStream& stream, Array& value)
+    {
         for (unsigned long i = 0; i < N; ++i) {
             Wire<T>::read(stream, value.data()[i]);
         }
@@ -314,13 +325,22 @@ struct Wire<T> {
     static void read(TipprmiStream& stream, T& value)
     {
         if constexpr (size != 0) {
-            if (stream.available() >= size) {
+            if (stream.available() >= size) [[likely]] {
                 if (unsigned char const* const place = stream.take(size)) {
                     get(place, value);
                 }
-                return;
+            } else {
+                readPart(stream, value);
             }
+        } else {
+            RecordFields<T>::forEach(value, [&stream]<class Field>(Field& field) { Wire<Field>::read(stream, field); });
         }
+    }
+
+private:
+    // The fields that are there.
+    [[gnu::cold, gnu::noinline]] static void readPart(TipprmiStream& stream, T& value)
+    {
         RecordFields<T>::forEach(value, [&stream]<class Field>(Field& field) { Wire<Field>::read(stream, field); });
     }
 };
@@ -357,9 +377,9 @@ struct Wire<TipprmiSequence<T, N>> {
             stream.fail();
             count = 0;
         }
-        value.setLength(count);
         if constexpr (Wire<T>::size != 0) {
-            if (stream.available() >= count * Wire<T>::size) {
+            value.setLength(count);
+            if (stream.available() >= count * Wire<T>::size) [[likely]] {
                 if (unsigned char const* place = stream.take(count * Wire<T>::size)) {
                     for (T& element : value) {
                         Wire<T>::get(place, element);
@@ -368,7 +388,20 @@ struct Wire<TipprmiSequence<T, N>> {
                     return;
                 }
             }
+            readPart(stream, value);
+        } else {
+            value.setLength(0);
+            value.setLength(count);
+            for (T& element : value) {
+                Wire<T>::read(stream, element);
+            }
         }
+    }
+
+private:
+    // What there is of the elements, the others as if new.
+    [[gnu::cold, gnu::noinline]] static void readPart(TipprmiStream& stream, Sequence& value)
+    {
         for (T& element : value) {
             T received{};
             Wire<T>::read(stream, received);
