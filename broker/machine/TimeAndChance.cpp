@@ -6,7 +6,7 @@ namespace trs {
 
 std::uint64_t TimeAndChance::randomNumber(std::uint64_t most)
 {
-    thread_local std::mt19937_64 numbers{std::random_device{}()};
+    thread_local std::minstd_rand numbers{std::random_device{}()}; // a small one: every thread has it
     return std::uniform_int_distribution<std::uint64_t>(0, most)(numbers);
 }
 

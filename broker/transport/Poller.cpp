@@ -17,7 +17,6 @@ namespace {
 
 constexpr Poller::Number alarmNumber = 0;
 constexpr std::size_t mostAtOnce = 256;
-thread_local std::array<epoll_event, mostAtOnce> readyOnes;
 
 void discardAlarm(int alarm)
 {
@@ -162,10 +161,10 @@ void Poller::takeOver()
     }
 }
 
-void Poller::takeReady(int count)
+void Poller::takeReady(epoll_event const* ready, int count)
 {
     for (int i = 0; i < count; ++i) {
-        epoll_event const& event = readyOnes[static_cast<std::size_t>(i)];
+        epoll_event const& event = ready[i];
         if (event.data.u64 == alarmNumber) {
             discardAlarm(alarm_);
             continue;
@@ -189,10 +188,11 @@ void Poller::run()
         int const time = waitTime();
         isWaiting_ = true;
         lock.unlock();
-        int const count = ::epoll_wait(set_, readyOnes.data(), mostAtOnce, time);
+        std::array<epoll_event, mostAtOnce> ready;
+        int const count = ::epoll_wait(set_, ready.data(), mostAtOnce, time);
         lock.lock();
         isWaiting_ = isWoken_ = false;
-        takeReady(count);
+        takeReady(ready.data(), count);
         takeTold();
         takeOver();
         lock.unlock();

@@ -11,6 +11,8 @@
 #include <unordered_map>
 #include <vector>
 
+struct epoll_event;
+
 namespace trs {
 
 // One thread runs it; everything else may be called from any. Whoever is told of something is known by a number, which
@@ -76,7 +78,7 @@ private:
     int waitTime();
     void takeTold();
     void takeOver();
-    void takeReady(int count);
+    void takeReady(epoll_event const* ready, int count);
 
     Tells const tells_;
     std::string complaint_;
