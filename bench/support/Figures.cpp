@@ -50,5 +50,17 @@ void bench::print(Figure const& figure)
         printLine(figure.work, rate(figure.limit), rate(figure.ours), LogMakeString("%.2f", 1 / times),
                   LogMakeString(">= %.2f", value), verdict(1 / times >= value));
         break;
+    case Aim::most:
+        printLine(figure.work, limit, time(figure.ours), LogMakeString("%.2f", times),
+                  LogMakeString("<= %.0f ms", value * 1e3), verdict(figure.ours <= value));
+        break;
     }
+}
+
+void bench::printCount(Count const& count)
+{
+    auto const text = [&](long value) { return LogMakeString("%ld%s", value, count.unit); };
+    bool const isMet = count.ours >= count.least && (count.most == 0 || count.ours <= count.most);
+    printLine(count.what, text(count.without), text(count.ours), "-",
+              count.least > 0 ? ">= " + text(count.least) : "<= " + text(count.most), verdict(isMet));
 }

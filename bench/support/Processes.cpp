@@ -2,13 +2,16 @@
 
 #include <sched.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 
 namespace {
 
@@ -17,7 +20,7 @@ constexpr char const* thisProgram = "/proc/self/exe";
 [[noreturn]] void runAs(std::vector<std::string> const& arguments)
 {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-    std::vector<char*> pointers{const_cast<char*>("two_process")};
+    std::vector<char*> pointers{program_invocation_short_name};
     for (std::string const& argument : arguments) {
         pointers.push_back(const_cast<char*>(argument.c_str()));
     }
@@ -33,7 +36,7 @@ bench::ServerProcess::ServerProcess(std::vector<std::string> const& arguments)
 {
     int output[2];
     if (pipe(output) != 0 || (id_ = fork()) < 0) {
-        std::perror("two_process: no server process");
+        std::perror("no server process");
         std::exit(1);
     }
     if (id_ == 0) {
@@ -44,9 +47,12 @@ bench::ServerProcess::ServerProcess(std::vector<std::string> const& arguments)
     }
     close(output[1]);
     output_ = output[0];
-    char first;
-    if (read(output_, &first, 1) != 1) {
-        std::fprintf(stderr, "two_process: a server process did not start\n");
+    char next = 0;
+    while (read(output_, &next, 1) == 1 && next != '\n') {
+        line_ += next;
+    }
+    if (next != '\n') {
+        std::fprintf(stderr, "%s: a server process did not start\n", program_invocation_short_name);
         std::exit(1);
     }
 }
@@ -65,6 +71,30 @@ void bench::ServerProcess::pause() const
 }
 
 void bench::ServerProcess::resume() const { kill(id_, SIGCONT); }
+
+bench::Usage bench::usageOf(pid_t process)
+{
+    Usage usage{};
+    std::ifstream status("/proc/" + std::to_string(process) + "/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with("Threads:")) {
+            usage.threads = std::atol(line.c_str() + 8);
+        } else if (line.starts_with("VmRSS:")) {
+            usage.kibibytes = std::atol(line.c_str() + 6);
+        }
+    }
+    return usage;
+}
+
+long bench::allowManyDescriptors()
+{
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    limit.rlim_cur = limit.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &limit);
+    getrlimit(RLIMIT_NOFILE, &limit);
+    return static_cast<long>(limit.rlim_cur);
+}
 
 int bench::runAgain(std::vector<std::string> const& arguments)
 {

@@ -71,7 +71,31 @@ void sendAtOnce(int handle)
     setsockopt(handle, IPPROTO_TCP, TCP_NODELAY, &yes, sizeof yes); // fails on Unix sockets, which have no delay
 }
 
-bool sendAll(int handle, unsigned char const* data, std::size_t length)
+std::size_t bytesOf(raw::Reply reply)
+{
+    return raw::messageBytes + (reply == raw::Reply::table ? bench::tableBytes : 0);
+}
+
+void serveConnection(int handle, raw::Waiting waiting, raw::Reply reply)
+{
+    unsigned char request[raw::messageBytes];
+    std::vector<std::uint16_t> const values = bench::makeFlatTable();
+    std::vector<unsigned char> answer(bytesOf(reply));
+    while (raw::receiveAll(handle, waiting, request, sizeof request)) {
+        if (reply == raw::Reply::table) {
+            swapBytes(reinterpret_cast<std::uint16_t*>(answer.data() + raw::messageBytes), values.data(),
+                      values.size());
+        }
+        if (!raw::sendAll(handle, answer.data(), answer.size())) {
+            break;
+        }
+    }
+    close(handle);
+}
+
+} // namespace
+
+bool raw::sendAll(int handle, unsigned char const* data, std::size_t length)
 {
     while (length > 0) {
         ssize_t const sent = send(handle, data, length, MSG_NOSIGNAL);
@@ -84,9 +108,9 @@ bool sendAll(int handle, unsigned char const* data, std::size_t length)
     return true;
 }
 
-bool receiveAll(int handle, raw::Waiting waiting, unsigned char* data, std::size_t length)
+bool raw::receiveAll(int handle, Waiting waiting, unsigned char* data, std::size_t length)
 {
-    int const flags = waiting == raw::Waiting::yielding ? MSG_DONTWAIT : 0;
+    int const flags = waiting == Waiting::yielding ? MSG_DONTWAIT : 0;
     while (length > 0) {
         ssize_t const received = recv(handle, data, length, flags);
         if (received > 0) {
@@ -101,29 +125,16 @@ bool receiveAll(int handle, raw::Waiting waiting, unsigned char* data, std::size
     return true;
 }
 
-std::size_t bytesOf(raw::Reply reply)
+int raw::open(std::string const& endpoint)
 {
-    return raw::messageBytes + (reply == raw::Reply::table ? bench::tableBytes : 0);
-}
-
-void serveConnection(int handle, raw::Waiting waiting, raw::Reply reply)
-{
-    unsigned char request[raw::messageBytes];
-    std::vector<std::uint16_t> const values = bench::makeFlatTable();
-    std::vector<unsigned char> answer(bytesOf(reply));
-    while (receiveAll(handle, waiting, request, sizeof request)) {
-        if (reply == raw::Reply::table) {
-            swapBytes(reinterpret_cast<std::uint16_t*>(answer.data() + raw::messageBytes), values.data(),
-                      values.size());
-        }
-        if (!sendAll(handle, answer.data(), answer.size())) {
-            break;
-        }
+    Address const address(endpoint);
+    int const handle = openSocket(address);
+    if (connect(handle, address.get(), address.length) != 0) {
+        die("connect");
     }
-    close(handle);
+    sendAtOnce(handle);
+    return handle;
 }
-
-} // namespace
 
 void raw::serve(std::string const& endpoint, Waiting waiting, Reply reply)
 {
@@ -147,14 +158,9 @@ void raw::serve(std::string const& endpoint, Waiting waiting, Reply reply)
 }
 
 raw::Connection::Connection(std::string const& endpoint, Waiting waiting, Reply reply)
-    : waiting_(waiting), received_(bytesOf(reply)), table_((received_.size() - messageBytes) / 2)
+    : socket_(open(endpoint)), waiting_(waiting), received_(bytesOf(reply)),
+      table_((received_.size() - messageBytes) / 2)
 {
-    Address const address(endpoint);
-    socket_ = openSocket(address);
-    if (connect(socket_, address.get(), address.length) != 0) {
-        die("connect");
-    }
-    sendAtOnce(socket_);
 }
 
 raw::Connection::~Connection() { close(socket_); }
@@ -167,4 +173,16 @@ void raw::Connection::call()
         die("call");
     }
     swapBytes(table_.data(), reinterpret_cast<std::uint16_t const*>(received_.data() + messageBytes), table_.size());
+}
+
+void raw::Connection::callAtOnce(std::size_t count)
+{
+    std::vector<unsigned char> const requests(count * messageBytes);
+    bool isDone = sendAll(socket_, requests.data(), requests.size());
+    for (std::size_t i = 0; i < count && isDone; ++i) {
+        isDone = receiveAll(socket_, waiting_, received_.data(), received_.size());
+    }
+    if (!isDone) {
+        die("calls");
+    }
 }

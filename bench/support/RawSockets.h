@@ -23,7 +23,12 @@ enum class Reply {
 };
 
 // Serves every connection to `endpoint` (unix:PATH or tcp:HOST:PORT) by a thread of its own. Does not return.
-void serve(std::string const& endpoint, Waiting waiting, Reply reply);
+[[noreturn]] void serve(std::string const& endpoint, Waiting waiting, Reply reply);
+
+// A connected socket, and transfers of all the bytes over it; false when it has ended.
+int open(std::string const& endpoint);
+bool sendAll(int socket, unsigned char const* data, std::size_t length);
+bool receiveAll(int socket, Waiting waiting, unsigned char* data, std::size_t length);
 
 // A client's connection.
 class Connection {
@@ -35,6 +40,8 @@ public:
 
     // One request and its reply. A table is swapped into host order.
     void call();
+    // That many requests in one piece, and their replies, each received by itself. The server answers one by one.
+    void callAtOnce(std::size_t count);
     // The values of the last table.
     std::vector<std::uint16_t> const& table() const { return table_; }
 
