@@ -5,7 +5,8 @@
 
 namespace trs {
 
-ReplyStatus executeRequest(TreflectStubRef& stub, bool flag, ObjectAddress const& address, TipprmiStream& request, TipprmiStream& reply)
+ReplyStatus executeRequest(TreflectStubRef& stub, bool flag, ObjectAddress const& address, TipprmiStream& request,
+                           TipprmiStream& reply)
 {
     TipprmiOID const& last = stub->oid();
     if (last.getIdString() != address.id || last.getNamespace().value() != address.space) {

@@ -127,7 +127,7 @@ private:
     std::mutex mutex_;
     Phase phase_ = Phase::greeting;
     Poller::Events wanted_ = Poller::nothing;
-    std::optional<Clock::time_point> reminder_;           // the poller's timer
+    std::optional<Clock::time_point> reminder_;              // the poller's timer
     std::vector<std::shared_ptr<TappedExchange>> exchanges_; // that wait
 
     // The table's.

@@ -10,7 +10,9 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <numeric>
 #include <optional>
@@ -36,6 +38,21 @@ std::size_t entriesOf(char const* directory)
 }
 std::size_t threads() { return entriesOf("/proc/self/task"); }
 std::size_t descriptors() { return entriesOf("/proc/self/fd"); }
+
+// What the process has in memory, in pages.
+std::size_t pages()
+{
+    std::size_t all = 0;
+    std::size_t resident = 0;
+    std::ifstream("/proc/self/statm") >> all >> resident;
+    return resident;
+}
+// How long clients come and go: scripts/come-and-go has them do so for long.
+std::chrono::seconds timeToComeAndGo()
+{
+    char const* const seconds = std::getenv("TRSMAN_COME_AND_GO");
+    return std::chrono::seconds(seconds != nullptr ? std::atoi(seconds) : 0);
+}
 
 class FewThreads : public support::BrokerTest {
 protected:
@@ -308,10 +325,15 @@ TEST_F(FewThreads, ConnectionsThatComeAndGoLeaveNothing)
     awaitThat([&] { return server->counters().connections == 0; }, "the end of the first");
     std::size_t const before = descriptors();
     std::size_t const threadsBefore = threads();
-    for (int round = 0; round < 20; ++round) {
+    std::size_t pagesBefore = 0;
+    std::size_t came = 0;
+    auto const end = std::chrono::steady_clock::now() + timeToComeAndGo();
+    for (int round = 0; round < 20 || std::chrono::steady_clock::now() < end; ++round) {
+        pagesBefore = round == 10 ? pages() : pagesBefore; // what is kept for the next is there by then
         std::vector<Descriptor> some;
         for (int each = 0; each < 50; ++each) {
             some.push_back(connectTo(path, each % 5 != 0));
+            ++came;
             if (each % 5 == 1) {
                 expectServed(some.back());
             } else if (each % 5 == 2) {
@@ -324,6 +346,9 @@ TEST_F(FewThreads, ConnectionsThatComeAndGoLeaveNothing)
     awaitThat([&] { return server->counters().connections == 0; }, "the end of all");
     awaitThat([&] { return descriptors() == before; }, "the end of their descriptors");
     EXPECT_LE(threads(), threadsBefore + 64);
+#ifndef TRSMAN_SANITIZED // which keeps what is freed
+    EXPECT_LT(pages(), pagesBefore + 1024) << "after " << came;
+#endif
     server.reset();
     EXPECT_LE(threads(), threadsBefore - 2) << "those of the server have ended";
 }

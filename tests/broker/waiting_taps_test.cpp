@@ -52,8 +52,8 @@ private:
         bool isExecuted(TipprmiStream&, trs::ReplyStatus&) override { return true; }
         bool answer(TipprmiStream const& reply, Send const& send) override
         {
-            std::size_t const count = value_ == answersSlowly ? std::min<std::size_t>(6, reply.size() - sent_)
-                                                              : reply.size();
+            std::size_t const count =
+                value_ == answersSlowly ? std::min<std::size_t>(6, reply.size() - sent_) : reply.size();
             bool const isSent = send(reply.data() + sent_, count);
             sent_ += count;
             isWhole_ = sent_ == reply.size();

@@ -65,6 +65,8 @@ TEST_F(Serving, AnswersEveryKindOfMessageInItsWords)
                 AllOf(HasSubstr("trsadapter_messages_total{kind=\"LoginRequest\",result=\"success\"} 2\n"),
                       HasSubstr("trsadapter_messages_total{kind=\"HttpSupervision\",result=\"success\"} 1\n"),
                       HasSubstr("trsadapter_http_responses_total{code=\"403\"} 2\n"),
+                      HasSubstr("trsadapter_server_calls_total{outcome=\"busy\"} 0\n"),
+                      HasSubstr("trsadapter_server_call_seconds_bucket{le=\"+Inf\"} 0\n"),
                       HasSubstr("trsadapter_session_active 1\n")));
 }
 

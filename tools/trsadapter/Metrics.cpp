@@ -1,10 +1,15 @@
 #include "tools/trsadapter/Metrics.h"
 
+#include "broker/Broker.h"
+#include "catalogue/MessageText.h"
+
 #include <prometheus/counter.h>
 #include <prometheus/gauge.h>
 #include <prometheus/histogram.h>
 #include <prometheus/registry.h>
 #include <prometheus/text_serializer.h>
+
+#include <limits>
 
 namespace trs::adapter {
 
@@ -53,6 +58,60 @@ struct Metrics::Families {
                                  .Add({});
 };
 
+namespace {
+
+using prometheus::MetricType;
+
+prometheus::MetricFamily& add(std::vector<prometheus::MetricFamily>& families, char const* name, char const* help,
+                              MetricType type)
+{
+    prometheus::MetricFamily& family = families.emplace_back();
+    family.name = name;
+    family.help = help;
+    family.type = type;
+    return family;
+}
+
+void addServer(std::vector<prometheus::MetricFamily>& families, ServerCounters const& server)
+{
+    auto const addGauge = [&families](char const* name, char const* help, std::size_t value) {
+        add(families, name, help, MetricType::Gauge).metric.emplace_back().gauge.value = static_cast<double>(value);
+    };
+    addGauge("trsadapter_server_connections", "Connections to the objects here.", server.connections);
+    addGauge("trsadapter_server_threads", "Threads that serve them.", server.threads);
+    addGauge("trsadapter_server_queued", "Connections whose requests wait for a thread.", server.queued);
+    addGauge("trsadapter_server_executing", "Threads that execute requests.", server.executing);
+    addGauge("trsadapter_server_waiting", "Threads that wait for other processes in the middle of requests.",
+             server.waiting);
+    auto& calls = add(families, "trsadapter_server_calls_total", "Requests answered, by outcome.", MetricType::Counter);
+    for (std::size_t outcome = 0; outcome < ServerCounters::outcomes; ++outcome) {
+        prometheus::ClientMetric& metric = calls.metric.emplace_back();
+        metric.label = {{"outcome", catalogue::nameOf(static_cast<ReplyStatus>(outcome))}};
+        metric.counter.value = static_cast<double>(server.calls[outcome]);
+    }
+    auto& bytes = add(families, "trsadapter_server_bytes_total", "Bytes of messages.", MetricType::Counter);
+    for (auto const& [direction, count] : {std::pair("in", server.bytesIn), std::pair("out", server.bytesOut)}) {
+        prometheus::ClientMetric& metric = bytes.metric.emplace_back();
+        metric.label = {{"direction", direction}};
+        metric.counter.value = static_cast<double>(count);
+    }
+    prometheus::ClientMetric::Histogram& times =
+        add(families, "trsadapter_server_call_seconds", "Time from having a request to its answer, of one in eight.",
+            MetricType::Histogram)
+            .metric.emplace_back()
+            .histogram;
+    times.sample_sum = std::chrono::duration<double>(server.timed).count();
+    for (std::size_t bucket = 0; bucket < server.times.size(); ++bucket) {
+        times.sample_count += server.times[bucket];
+        bool const isBounded = bucket < ServerCounters::bounds.size();
+        double const bound = isBounded ? std::chrono::duration<double>(ServerCounters::bounds[bucket]).count()
+                                       : std::numeric_limits<double>::infinity();
+        times.bucket.push_back({times.sample_count, bound});
+    }
+}
+
+} // namespace
+
 Metrics::Metrics() : families_(std::make_unique<Families>()) {}
 
 Metrics::~Metrics() = default;
@@ -90,6 +149,7 @@ std::string Metrics::text(State const& state)
                     {"transport_address", state.unit.transportAddress}};
     metric.gauge.value = 1;
     collected.push_back(std::move(info));
+    addServer(collected, Broker::instance().serverCounters());
     return prometheus::TextSerializer().Serialize(collected);
 }
 

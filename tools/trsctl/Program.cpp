@@ -15,7 +15,8 @@ constexpr char const* description =
 
 constexpr char const* exitCodes =
     "0 done, 1 a difference was found or output was lost, 2 wrong usage, 3 no such object, 4 refused by the unit,\n"
-    "5 no reply in time, 6 unit not reached or lost, 7 malformed reply, 8 no such operation there.";
+    "5 no reply in time, 6 unit not reached or lost, 7 malformed reply, 8 no such operation there,\n"
+    "9 unit has no thread left for the call.";
 
 void addOptions(tools::CommandLine& line, Program::Options& options)
 {
