@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 namespace trs {
@@ -18,7 +19,7 @@ constexpr int cutInterval = 50; // how often whoever waits looks for the cut, in
 int connectSocket(int descriptor, SocketAddress const& address, Deadline const& deadline, Cut const& cut)
 {
     while (::connect(descriptor, address.data(), static_cast<socklen_t>(address.size())) != 0) {
-        bool const isQueueFull = errno == EAGAIN; // a local server's: there is nothing to wait for but time
+        bool const isQueueFull = errno == EAGAIN; // a local server's; it was waited for
         if (errno == EISCONN) {
             return 0;
         }
@@ -30,9 +31,7 @@ int connectSocket(int descriptor, SocketAddress const& address, Deadline const& 
             return remaining == 0 ? ETIMEDOUT : ECANCELED;
         }
         pollfd waiting{descriptor, POLLOUT, 0};
-        if (isQueueFull) {
-            ::poll(nullptr, 0, 1);
-        } else if (::poll(&waiting, 1, std::min(remaining, cutInterval)) > 0) {
+        if (!isQueueFull && ::poll(&waiting, 1, std::min(remaining, cutInterval)) > 0) {
             int error = 0;
             socklen_t size = sizeof error;
             ::getsockopt(descriptor, SOL_SOCKET, SO_ERROR, &error, &size);
@@ -48,7 +47,13 @@ std::unique_ptr<Channel> SocketDialer::dial(std::size_t way, Deadline& deadline,
 {
     SocketAddress const& address = addresses_[way];
     int const family = address.protocol().family();
-    int const descriptor = ::socket(family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    bool const isLocal = family == AF_UNIX;
+    int const descriptor = ::socket(family, SOCK_STREAM | SOCK_CLOEXEC | (isLocal ? 0 : SOCK_NONBLOCK), 0);
+    if (isLocal) {
+        // Its queue can be waited for only so. If many tried again and again, the server would not get to accept them.
+        timeval const interval{0, suseconds_t{std::clamp(deadline.remaining(), 1, cutInterval)} * 1000};
+        ::setsockopt(descriptor, SOL_SOCKET, SO_SNDTIMEO, &interval, sizeof interval);
+    }
     int const error = descriptor < 0 ? errno : connectSocket(descriptor, address, deadline, cut);
     if (error != 0) {
         if (descriptor >= 0) {

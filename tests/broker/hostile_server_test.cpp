@@ -1,11 +1,13 @@
 // A client against servers that do not answer as they should: the call fails, and the next one works.
 #include "broker/CallFailure.h"
+#include "broker/Deadline.h"
 #include "clients/services/PerformanceServiceSkeleton.h"
 #include "rmi/Servant.h"
 #include "tests/support/Sockets.h"
 
 #include <atomic>
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 
 namespace {
 
@@ -288,6 +290,28 @@ TEST_F(HostileServer, ThatIsRemovedIsNotWaitedFor)
         isCalled = true;
         expectRelease();
     }
+}
+
+// Many that did would keep the server from accepting any.
+TEST_F(HostileServer, IsNotAskedAgainAndAgainWhileItsQueueIsFull)
+{
+    Descriptor const full(::socket(AF_UNIX, SOCK_STREAM, 0));
+    sockaddr_un const address = support::addressOf(path);
+    EXPECT_EQ(::bind(full.get(), reinterpret_cast<sockaddr const*>(&address), sizeof address), 0);
+    EXPECT_EQ(::listen(full.get(), 0), 0);
+    Descriptor const queued = support::connectTo(path, false);
+    auto const proxy = support::boundTo<PerformanceServiceClient>(peerAt("unix:" + path), "P");
+    auto const sleeps = [] {
+        rusage usage{};
+        ::getrusage(RUSAGE_THREAD, &usage);
+        return usage.ru_nvcsw;
+    };
+    trs::CallDeadline const brief(std::chrono::milliseconds(400));
+    long const before = sleeps();
+    unsigned long elapsed = 0;
+    EXPECT_FALSE(proxy.getElapsedTime(elapsed));
+    EXPECT_EQ(lastCallFailure().kind, trs::CallFailure::Kind::deadline);
+    EXPECT_LT(sleeps() - before, 60);
 }
 
 } // namespace
