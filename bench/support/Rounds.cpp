@@ -62,7 +62,9 @@ void bench::Side::runRound(int threads, double seconds)
 void bench::takeTurns(Side& limit, Side& ours, int threads, Effort const& effort)
 {
     limit.server.pause();
-    ours.server.pause();
+    if (&ours.server != &limit.server) {
+        ours.server.pause();
+    }
     for (int i = 0; i < effort.rounds; ++i) {
         limit.runRound(threads, effort.seconds);
         ours.runRound(threads, effort.seconds);

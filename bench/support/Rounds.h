@@ -26,7 +26,7 @@ struct Side {
     void runRound(int threads, double seconds);
 };
 
-// Runs the rounds of both; the servers are paused before and after.
+// Runs the rounds of both, which may have one server; it is paused before and after each round.
 void takeTurns(Side& limit, Side& ours, int threads, Effort const& effort);
 
 } // namespace bench
