@@ -1,5 +1,7 @@
 #include "broker/Broker.h"
 
+#include "broker/calls/Engine.h"
+#include "broker/calls/Handlers.h"
 #include "broker/calls/Peer.h"
 #include "broker/calls/TappedRoad.h"
 #include "broker/machine/BusyWait.h"
@@ -194,6 +196,8 @@ void Broker::stop()
         ended = std::move(server_);
     }
     ended.reset();
+    Engine::instance().stop();
+    Handlers::stop();
     LocalNotifier::instance().stop();
 }
 

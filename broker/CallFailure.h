@@ -19,6 +19,7 @@ struct CallFailure {
         connectionLost,  // the connection broke while the reply was awaited
         malformedReply,  // something came back that is no reply to this call
         busy,            // the server has no thread left for it
+        cancelled,       // the caller of an asynchronous call does not wait any more
     };
     enum class CarriedOut { no, yes, unknown };
 

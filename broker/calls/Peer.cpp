@@ -20,7 +20,8 @@ constexpr std::int64_t restMilliseconds = 10;
 } // namespace
 
 Peer::Peer(std::string endpoint, std::unique_ptr<Dialer> dialer, unsigned long number, TimeAndChance timing)
-    : endpoint_(std::move(endpoint)), connector_(std::move(dialer)), number_(number), events_(*this, std::move(timing))
+    : endpoint_(std::move(endpoint)), connector_(std::move(dialer)), number_(number),
+      calls_(std::make_shared<CallLink>(*this)), events_(*this, std::move(timing))
 {
     idle_.reserve(mostIdle);
 }
@@ -28,6 +29,7 @@ Peer::Peer(std::string endpoint, std::unique_ptr<Dialer> dialer, unsigned long n
 void Peer::open()
 {
     cut_.mend();
+    calls_->open();
     isOpen_.store(true, std::memory_order_release);
 }
 
@@ -35,6 +37,7 @@ void Peer::close()
 {
     isOpen_.store(false, std::memory_order_release);
     cut_.cut();
+    calls_->close();
     events_.stop();
     dropIdle();
 }

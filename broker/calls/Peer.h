@@ -2,6 +2,7 @@
 #pragma once
 
 #include "broker/CallFailure.h"
+#include "broker/calls/CallLink.h"
 #include "broker/calls/EventLink.h"
 #include "broker/framing/Message.h"
 #include "broker/transport/Connector.h"
@@ -51,7 +52,10 @@ public:
 
     // A connection of the caller's own.
     std::unique_ptr<Connection> connect(Deadline& deadline, std::string& why);
+    Dialer const& dialer() const { return connector_.dialer(); }
     EventLink& events() { return events_; }
+    // Asynchronous calls.
+    CallLink& calls() { return *calls_; }
 
 private:
     struct Idle {
@@ -76,6 +80,7 @@ private:
     Cut cut_; // of all its connections
     std::mutex mutex_;
     std::vector<Idle> idle_; // the one used last is at the end
+    std::shared_ptr<CallLink> const calls_;
     EventLink events_;
 };
 

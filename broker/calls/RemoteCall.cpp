@@ -21,54 +21,68 @@ bool fail(TipprmiOID const& oid, std::uint32_t classId, std::uint32_t opIndex, P
 bool failByStatus(TipprmiOID const& oid, std::uint32_t classId, std::uint32_t opIndex, Peer const& peer,
                   ReplyStatus status)
 {
-    auto const because = [&](Kind kind, CarriedOut carriedOut, char const* reason) {
-        return fail(oid, classId, opIndex, &peer, kind, carriedOut, reason);
-    };
-    switch (status) {
-    case ReplyStatus::noSuchObject:
-        return because(Kind::noSuchObject, CarriedOut::no, "there is no such object");
-    case ReplyStatus::noSuchOperation:
-        return because(Kind::noSuchOperation, CarriedOut::no, "the object has no such operation");
-    case ReplyStatus::unreadableRequest:
-        return because(Kind::refused, CarriedOut::no, "the arguments could not be read there");
-    case ReplyStatus::replyTooLong:
-        return because(Kind::malformedReply, CarriedOut::yes, "the reply is longer than a message may be");
-    case ReplyStatus::busy:
-        return because(Kind::busy, CarriedOut::no, "the server has no thread left for it");
-    case ReplyStatus::done:
-        break;
+    if (status == ReplyStatus::done) {
+        return true;
     }
-    return true;
+    StatusFailure const failure = failureOf(status);
+    return fail(oid, classId, opIndex, &peer, failure.kind, failure.carriedOut, failure.reason);
 }
 
 } // namespace
 
-Route::Route(TreflectObjectStub& stub, Deadline& deadline)
-    : stub_(stub), deadline_(deadline), isExclusive_(stub.orb() != nullptr)
+StatusFailure failureOf(ReplyStatus status)
+{
+    switch (status) {
+    case ReplyStatus::noSuchObject:
+        return {Kind::noSuchObject, CarriedOut::no, "there is no such object"};
+    case ReplyStatus::noSuchOperation:
+        return {Kind::noSuchOperation, CarriedOut::no, "the object has no such operation"};
+    case ReplyStatus::unreadableRequest:
+        return {Kind::refused, CarriedOut::no, "the arguments could not be read there"};
+    case ReplyStatus::replyTooLong:
+        return {Kind::malformedReply, CarriedOut::yes, "the reply is longer than a message may be"};
+    case ReplyStatus::busy:
+        return {Kind::busy, CarriedOut::no, "the server has no thread left for it"};
+    case ReplyStatus::done:
+        break;
+    }
+    return {Kind::none, CarriedOut::yes, ""};
+}
+
+Candidates::Candidates(TreflectObjectStub const& stub) : isExclusive(stub.orb() != nullptr)
 {
     if (stub.oid().isNull()) {
-        reason_ = "the proxy is bound to no object";
+        reason = "the proxy is bound to no object";
         return;
     }
-    if (isExclusive_) {
-        peer_ = &Peer::of(*stub.orb());
+    if (isExclusive) {
+        peer = &Peer::of(*stub.orb());
         return;
     }
     if (TreflectORB const* const home = stub.home()) {
-        Peer& peer = Peer::of(*home);
-        if (peer.isOpen()) {
-            peer_ = &peer;
+        Peer& itsHome = Peer::of(*home);
+        if (itsHome.isOpen()) {
+            peer = &itsHome;
             return;
         }
     }
-    std::vector<Peer*> const peers = Broker::instance().peers();
-    if (peers.empty()) {
-        reason_ = "the object is not in this process, which has no peer";
-    } else if (peers.size() == 1) {
-        peer_ = peers.front();
-    } else {
+    inQuestion = Broker::instance().peers();
+    if (inQuestion.empty()) {
+        reason = "the object is not in this process, which has no peer";
+    } else if (inQuestion.size() == 1) {
+        peer = inQuestion.front();
+    }
+}
+
+Route::Route(TreflectObjectStub& stub, Deadline& deadline) : stub_(stub), deadline_(deadline)
+{
+    Candidates const candidates(stub);
+    peer_ = candidates.peer;
+    isExclusive_ = candidates.isExclusive;
+    reason_ = candidates.reason;
+    if (peer_ == nullptr && !candidates.inQuestion.empty()) {
         isSearched_ = true;
-        search(peers);
+        search(candidates.inQuestion);
     }
 }
 

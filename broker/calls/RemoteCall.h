@@ -16,6 +16,23 @@ class Peer;
 
 // Which peer to ask for an object: the one that its proxy is connected to; else the one that last answered for it;
 // else the only one; else the first that says it has the object.
+struct Candidates {
+    explicit Candidates(TreflectObjectStub const& stub);
+
+    Peer* peer = nullptr;          // the one to ask
+    std::vector<Peer*> inQuestion; // else those that may have it, in their order
+    bool isExclusive;              // references in the peer's replies lead to that peer only
+    char const* reason = "";       // else there is none
+};
+
+// What a reply of another status than `done` says of its call.
+struct StatusFailure {
+    CallFailure::Kind kind;
+    CallFailure::CarriedOut carriedOut;
+    char const* reason;
+};
+StatusFailure failureOf(ReplyStatus status);
+
 class Route {
 public:
     Route(TreflectObjectStub& stub, Deadline& deadline);
@@ -24,7 +41,6 @@ public:
     Peer* peer() const { return peer_; }
     CallFailure::Kind failure() const { return failure_; }
     char const* reason() const { return reason_; }
-    // References in the peer's replies lead to that peer only.
     bool isExclusive() const { return isExclusive_; }
 
     void rememberAnswer();

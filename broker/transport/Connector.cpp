@@ -1,19 +1,11 @@
 #include "broker/transport/Connector.h"
 
 #include "broker/PrintableText.h"
-#include "broker/framing/Message.h"
 #include "platform/NmaLogHelper.h"
 
 #include <array>
 
 namespace trs {
-
-namespace {
-
-constexpr std::size_t greatestGreeting = 12 + mostReason;
-constexpr char const* closedEarly = "the connection was closed before a greeting came";
-
-} // namespace
 
 bool Connector::greet(Connection& connection, Deadline& deadline, std::string& why)
 {
@@ -36,24 +28,26 @@ bool Connector::greet(Connection& connection, Deadline& deadline, std::string& w
             return false;
         }
     }
+    why = complaint(greeting.data(), length);
+    return why.empty();
+}
+
+std::string Connector::complaint(unsigned char const* greeting, std::size_t length)
+{
     std::string_view reason;
-    switch (checkGreeting(greeting.data(), length, &reason)) {
-    case GreetingCheck::good:
-        return true;
+    switch (checkGreeting(greeting, length, &reason)) {
     case GreetingCheck::full:
-        why = "the server is full";
-        break;
+        return "the server is full";
     case GreetingCheck::refusal:
-        why = escaped(reason);
-        break;
+        return escaped(reason);
     case GreetingCheck::otherVersion:
-        why = "the broker there speaks another version";
-        break;
+        return "the broker there speaks another version";
     case GreetingCheck::foreign:
-        why = "what answers there is no broker";
+        return "what answers there is no broker";
+    case GreetingCheck::good:
         break;
     }
-    return false;
+    return {};
 }
 
 std::unique_ptr<Connection> Connector::connect(Deadline& deadline, Cut& cut, std::string& why) const

@@ -167,9 +167,10 @@ std::pair<std::unique_ptr<Channel>, std::unique_ptr<Channel>> MemoryChannel::mak
 
 MemoryChannel::~MemoryChannel()
 {
-    shutDown();
+    // The poller may be gone before the channel is.
     in_->watchReceiving(nullptr, 0);
     out_->watchSending(nullptr, 0);
+    shutDown();
 }
 
 Channel::Sent MemoryChannel::send(unsigned char const* bytes, std::size_t length, Deadline& deadline)

@@ -21,7 +21,7 @@ constexpr std::size_t mostAtOnce = 256;
 void discardAlarm(int alarm)
 {
     std::uint64_t count = 0;
-    static_cast<void>(!::read(alarm, &count, sizeof count));
+    [[maybe_unused]] ssize_t const length = ::read(alarm, &count, sizeof count);
 }
 
 } // namespace
@@ -106,7 +106,7 @@ void Poller::wake()
     if (isWaiting_ && !isWoken_) {
         isWoken_ = true;
         std::uint64_t const one = 1;
-        static_cast<void>(!::write(alarm_, &one, sizeof one));
+        [[maybe_unused]] ssize_t const length = ::write(alarm_, &one, sizeof one);
     }
 }
 
@@ -181,7 +181,7 @@ void Poller::takeReady(epoll_event const* ready, int count)
     }
 }
 
-void Poller::run()
+void Poller::run(std::function<void()> const& afterwards)
 {
     std::unique_lock lock(mutex_);
     while (!isStopped_) {
@@ -200,8 +200,12 @@ void Poller::run()
             call.watcher->ready(call.events);
         }
         calls_.clear(); // watchers may end with it, and want the lock
+        if (afterwards) {
+            afterwards();
+        }
         lock.lock();
     }
+    isStopped_ = false;
 }
 
 void Poller::stop()

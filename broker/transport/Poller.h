@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -56,8 +57,8 @@ public:
     // Has the watcher told that it is called, or of what a channel knows.
     void tell(Number number, Events events = isCalled);
 
-    // Returns after stop(), and then at once for ever.
-    void run();
+    // Returns after stop(), which may come first. Whenever all that was ready has been told, calls `afterwards`.
+    void run(std::function<void()> const& afterwards = {});
     void stop();
 
     // For channels. The descriptor's closing ends it. False when the system lets it not be watched.

@@ -20,9 +20,9 @@ namespace {
 using namespace std::chrono_literals;
 using trs::Channel;
 using trs::Poller;
-using Ends = std::pair<std::unique_ptr<Channel>, std::unique_ptr<Channel>>;
+using ChannelPair = std::pair<std::unique_ptr<Channel>, std::unique_ptr<Channel>>;
 
-Ends socketPair()
+ChannelPair socketPair()
 {
     std::array<int, 2> descriptors{};
     EXPECT_EQ(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, descriptors.data()), 0);
@@ -81,9 +81,9 @@ private:
     std::thread thread_;
 };
 
-class Pollers : public testing::TestWithParam<Ends (*)()> {
+class Pollers : public testing::TestWithParam<ChannelPair (*)()> {
 protected:
-    Ends ends = GetParam()();
+    ChannelPair ends = GetParam()();
     Channel& near = *ends.first;
     Channel& far = *ends.second;
     std::array<unsigned char, 100> room{};
