@@ -459,6 +459,45 @@ auto asyncCall(TipprmiObjectClient const& proxy, InAndToken&&... inAndToken)
     return initiate();
 }
 
+// What came of a call by numbers: the stream is placed at the result, and empty after a failure.
+class RawReply {
+public:
+    TipprmiStream& stream() { return *stream_; }
+    CallFailure const& failure() const
+    {
+        static CallFailure const none;
+        return failure_ != nullptr ? *failure_ : none;
+    }
+    void setFailure(CallFailure const& failure) { failure_ = std::make_shared<CallFailure const>(failure); }
+
+private:
+    std::shared_ptr<TipprmiStream> stream_ = std::make_shared<TipprmiStream>(100);
+    std::shared_ptr<CallFailure const> failure_;
+};
+
+// Calls the operation of these numbers, whatever proxies know of it. `arguments` holds its in-arguments and nothing
+// else. The completion signature is void(std::error_code, RawReply).
+template <class Token>
+auto asyncDispatch(TipprmiObjectClient const& proxy, unsigned long classId, unsigned long opIndex,
+                   TipprmiStream const& arguments, Token&& token)
+{
+    std::decay_t<Token> own(std::forward<Token>(token));
+    return asio::async_initiate<std::decay_t<Token>, void(std::error_code, RawReply)>(
+        []<class Handler>(Handler&& handler, TreflectStubRef const& stub, unsigned long ofClass, unsigned long index,
+                          TipprmiStream const& given) {
+            async::startCall<Handler, RawReply>(
+                std::forward<Handler>(handler), stub, static_cast<std::uint32_t>(ofClass),
+                static_cast<std::uint32_t>(index),
+                [](TipprmiStream& stream, RawReply& reply) {
+                    std::size_t const length = stream.available();
+                    reply.stream().marshall(stream.take(length), static_cast<int>(length));
+                    reply.stream().setOrigin(stream.origin(), stream.isOriginExclusive());
+                },
+                [&given](TipprmiStream& request) { request.marshall(given.data(), static_cast<int>(given.size())); });
+        },
+        own, TreflectStubRef(proxy.getStub_()), classId, opIndex, arguments);
+}
+
 // The value of a call's future. Like its get(), but the thread gives the run permission back while it waits, as it does
 // in a synchronous call, so that objects here can be called meanwhile.
 class WaitingForCalls {

@@ -2,6 +2,8 @@
 
 #include "platform/TipprmiStream.h"
 
+#include <asio/bind_cancellation_slot.hpp>
+
 namespace trs::catalogue {
 
 namespace {
@@ -85,23 +87,11 @@ std::string writeResults(TipprmiStream& reply, Operation const& operation, Value
     return !wrong.empty() || results.size() == used ? wrong : "one result too many";
 }
 
-Outcome call(TipprmiObjectClient const& object, Operation const& operation, std::vector<Value> const& in)
-{
-    Outcome outcome;
-    TipprmiStream request(100);
-    TipprmiStream reply(100);
-    TipprmiStream& arguments = object.prepareRequestStream_(true, operation.classId, operation.index, request);
-    outcome.wrong = writeArguments(arguments, operation, in);
-    if (!outcome.wrong.empty()) {
-        return outcome;
-    }
+namespace {
 
-    outcome.kind = Outcome::Kind::failed;
-    if (!object.dispatch(true, operation.classId, operation.index, request, reply)) {
-        outcome.failure = lastCallFailure();
-        return outcome;
-    }
-    TipprmiStream& response = object.prepareResponseStream_(true, reply);
+// Of a call that was delivered.
+void readReply(Outcome& outcome, TipprmiObjectClient const& object, Operation const& operation, TipprmiStream& response)
+{
     outcome.kind = Outcome::Kind::done;
     if (operation.result != nullptr) {
         Value result = readValue(response, *operation.result);
@@ -128,6 +118,72 @@ Outcome call(TipprmiObjectClient const& object, Operation const& operation, std:
                            {},
                            response.hasUnmarshallingFailed() ? "the reply ends too early" : "the reply has too much"};
     }
+}
+
+} // namespace
+
+Outcome call(TipprmiObjectClient const& object, Operation const& operation, std::vector<Value> const& in)
+{
+    Outcome outcome;
+    TipprmiStream request(100);
+    TipprmiStream reply(100);
+    TipprmiStream& arguments = object.prepareRequestStream_(true, operation.classId, operation.index, request);
+    outcome.wrong = writeArguments(arguments, operation, in);
+    if (!outcome.wrong.empty()) {
+        return outcome;
+    }
+
+    outcome.kind = Outcome::Kind::failed;
+    if (!object.dispatch(true, operation.classId, operation.index, request, reply)) {
+        outcome.failure = lastCallFailure();
+        return outcome;
+    }
+    readReply(outcome, object, operation, object.prepareResponseStream_(true, reply));
+    return outcome;
+}
+
+StartedCall::StartedCall(TipprmiObjectClient const& object, Operation const& operation, std::vector<Value> const& in)
+    : object_(object), operation_(&operation)
+{
+    if (object.getServer() != nullptr) {
+        outcome_ = call(object, operation, in);
+        return;
+    }
+    TipprmiStream arguments(100);
+    Outcome begun;
+    begun.wrong = writeArguments(arguments, operation, in);
+    if (!begun.wrong.empty()) {
+        outcome_ = std::move(begun);
+    } else {
+        auto const promise = std::make_shared<std::promise<RawReply>>();
+        reply_ = promise->get_future();
+        asyncDispatch(object, operation.classId, operation.index, arguments,
+                      asio::bind_cancellation_slot(ending_->slot(), [promise](std::error_code, RawReply reply) {
+                          promise->set_value(std::move(reply));
+                      }));
+    }
+}
+
+StartedCall::~StartedCall()
+{
+    if (reply_.valid()) {
+        ending_->emit(asio::cancellation_type::terminal);
+    }
+}
+
+Outcome StartedCall::outcome()
+{
+    if (outcome_) {
+        return *std::move(outcome_);
+    }
+    Outcome outcome;
+    RawReply reply = valueOf(std::move(reply_));
+    if (reply.failure().kind != CallFailure::Kind::none) {
+        outcome.kind = Outcome::Kind::failed;
+        outcome.failure = reply.failure();
+        return outcome;
+    }
+    readReply(outcome, object_, *operation_, reply.stream());
     return outcome;
 }
 

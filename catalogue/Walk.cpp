@@ -5,6 +5,7 @@
 #include "catalogue/References.h"
 
 #include <algorithm>
+#include <deque>
 
 namespace trs::catalogue {
 
@@ -17,6 +18,13 @@ bool derives(Class const* type, Class const& base)
     }
     return type != nullptr;
 }
+
+constexpr std::size_t mostUnderWay = 64; // as one connection carries at a time
+
+struct UnderWay {
+    Walk::Call call;
+    StartedCall started;
+};
 
 } // namespace
 
@@ -86,20 +94,35 @@ std::vector<std::string> Walk::answer(Call const& call, Outcome const& outcome)
 
 void makeCalls(Walk& walk, Visitor const& visit, std::optional<std::chrono::steady_clock::time_point> end)
 {
-    for (std::optional<Walk::Call> call = walk.next(); call; call = walk.next()) {
-        std::chrono::milliseconds time = Deadline::current();
-        if (end) {
-            time = std::min(
-                time, std::chrono::duration_cast<std::chrono::milliseconds>(*end - std::chrono::steady_clock::now()));
-        }
-        Outcome outcome;
-        if (time.count() > 0) {
+    std::deque<UnderWay> underWay;
+    bool isHere = false; // where one call after the other is as good
+    for (;;) {
+        while (underWay.size() < mostUnderWay && !(isHere && !underWay.empty())) {
+            std::optional<Walk::Call> const call = walk.next();
+            if (!call) {
+                break;
+            }
+            std::chrono::milliseconds time = Deadline::current();
+            if (end) {
+                time = std::min(time, std::chrono::duration_cast<std::chrono::milliseconds>(
+                                          *end - std::chrono::steady_clock::now()));
+            }
+            if (time.count() <= 0) {
+                return;
+            }
             CallDeadline const deadline(time);
-            outcome =
-                trs::catalogue::call(TipprmiObjectClient(TipprmiOID(call->object->name.id)), *call->operation, {});
+            TipprmiObjectClient const object(TipprmiOID(call->object->name.id));
+            isHere = object.getServer() != nullptr;
+            underWay.push_back({*call, StartedCall(object, *call->operation, {})});
         }
-        std::vector<std::string> const references = walk.answer(*call, outcome);
-        if (time.count() <= 0 || !visit({*call->object, *call->operation, outcome, references})) {
+        if (underWay.empty()) {
+            return;
+        }
+        Walk::Call const call = underWay.front().call;
+        Outcome outcome = underWay.front().started.outcome();
+        underWay.pop_front();
+        std::vector<std::string> const references = walk.answer(call, outcome);
+        if (!visit({*call.object, *call.operation, outcome, references})) {
             return;
         }
     }

@@ -69,8 +69,8 @@ private:
     int level_ = 0; // the depth that calls were told of
 };
 
-// Makes the calls of a walk one after the other and has each visited, until there are no more, until `end`, for which
-// calls wait no longer, or until `visit` returns false. The calling thread is under the run permission.
+// Makes the calls of a walk, many at a time, and has each visited in their order, until there are no more, until `end`,
+// for which calls wait no longer, or until `visit` returns false. The calling thread is under the run permission.
 struct Visit {
     Walk::Object const& object;
     Operation const& operation;

@@ -206,8 +206,18 @@ void AsyncCall::Progress::cancel()
     }
     if (link_ != nullptr) {
         link_->cancel(ticket_);
-    } else {
-        Alarms::instance().post([self = keep()] { self->endHere(Kind::cancelled, "the call was cancelled"); });
+        return;
+    }
+    // At once, so that no worker begins it any more; told later.
+    State waiting = State::waiting;
+    State running = State::running;
+    bool const isUnbegun = state_.compare_exchange_strong(waiting, State::ended);
+    if (isUnbegun || (isHere_ && state_.compare_exchange_strong(running, State::ended))) {
+        Alarms::instance().post([self = keep(), isUnbegun] {
+            CallFailure const failure = self->failureBecause(
+                Kind::cancelled, isUnbegun ? CarriedOut::no : CarriedOut::unknown, "the call was cancelled");
+            self->complete(&failure);
+        });
     }
 }
 

@@ -42,7 +42,7 @@ public:
     explicit Poller(Tells tells);
     Poller(Poller const&) = delete;
     Poller& operator=(Poller const&) = delete;
-    // Nobody runs it any more.
+    // Nobody runs it any more, and it watches no channel.
     ~Poller();
 
     // Empty, or why the system lets none be made.

@@ -206,12 +206,18 @@ TEST_F(AsyncCalls, AreAnsweredInAnyOrderOrNotAtAll)
 
 TEST_F(AsyncCalls, EndOnceWhenTheirPeerDies)
 {
-    support::FakePeer const peer(path, [](Descriptor const& connection) { readAll(connection, 64); });
+    std::promise<void> started;
+    auto const areAllStarted = started.get_future().share();
+    support::FakePeer const peer(path, [&](Descriptor const& connection) {
+        readAll(connection, 64);
+        areAllStarted.wait();
+    });
     auto const proxy = fake();
     Ends ends;
     for (long i = 0; i < 100; ++i) { // more than the window
         trs::asyncCall<&QelLongClient::set>(proxy, i, std::ref(ends));
     }
+    started.set_value();
     auto const errors = ends.await(100);
     EXPECT_EQ(std::ranges::count_if(errors, [](auto error) { return trs::carriedOut(error) == CarriedOut::unknown; }),
               64);

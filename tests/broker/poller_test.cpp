@@ -112,6 +112,7 @@ TEST_P(Pollers, TellOnceForEachTimeThatTheyAreAsked)
     ends.second.reset();
     EXPECT_NE(notebook->next() & Poller::canReceive, 0U);
     EXPECT_EQ(near.receiveNow(room.data(), room.size(), count), Channel::Received::closed);
+    ends.first.reset();
 }
 
 TEST_P(Pollers, TellAsLongAsThereIsSomething)
@@ -137,6 +138,7 @@ TEST_P(Pollers, TellAsLongAsThereIsSomething)
         EXPECT_TRUE(notebook->isQuiet(20ms));
     }
     EXPECT_EQ(received, (std::vector<unsigned char>{1, 2, 3, 4, 5}));
+    ends.first.reset(); // before its poller
 }
 
 TEST_P(Pollers, TellWhenThereIsRoomAgain)
@@ -170,6 +172,7 @@ TEST_P(Pollers, TellWhenThereIsRoomAgain)
         }
     }
     EXPECT_EQ(received, bytes);
+    ends.first.reset();
 }
 
 INSTANTIATE_TEST_SUITE_P(Sockets, Pollers, testing::Values(&socketPair));
