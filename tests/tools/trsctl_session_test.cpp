@@ -62,7 +62,7 @@ protected:
         ::setenv("TRS_UNIT", endpoint.c_str(), 1);
         ::setenv("XDG_STATE_HOME", directory.file("home").c_str(), 1);
         ::setenv("XDG_CONFIG_HOME", directory.file("home").c_str(), 1);
-        std::filesystem::create_directories(directory.file("home") + "/work");
+        std::filesystem::create_directories(directory.file("home") + "/here");
     }
     ~TrsctlSession() override
     {
@@ -80,7 +80,7 @@ protected:
         EXPECT_EQ(run({"--wait", "20", "get", "IpNode", "mtu"}).code, 0);
         std::vector<SessionStep> const steps = stepsOf(source(document));
         for (SessionStep const& step : steps) {
-            Result result = shell("cd " + directory.file("home") + "/work && { " +
+            Result result = shell("cd " + directory.file("home") + "/here && { " +
                                   std::regex_replace(step.command, std::regex("/tmp/trssim.sock"), path) + "\n} 2>&1");
             result.output = std::regex_replace(result.output, std::regex(path), "/tmp/trssim.sock");
             EXPECT_EQ(result.code, step.code) << document << ':' << step.line << ": " << step.command;

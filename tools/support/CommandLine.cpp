@@ -3,6 +3,7 @@
 #include "broker/Log.h"
 #include "broker/PrintableText.h"
 #include "broker/transport/Endpoint.h"
+#include "tools/support/CompletionScript.h"
 #include "tools/support/ManPage.h"
 #include "tools/support/Nearest.h"
 #include "tools/support/StandardStreams.h"
@@ -275,6 +276,10 @@ std::optional<int> CommandLine::parse(std::vector<std::string> words)
     addCommonOptions();
     if (words.size() == 1 && words.front() == "--man") { // for the build
         print(manPage(table_, TRSMAN_VERSION));
+        return 0;
+    }
+    if (words.size() == 2 && words.front() == "--completion") { // likewise
+        print(completionScript(table_, words.back()));
         return 0;
     }
     if (!words.empty() && words.front() == "help") {

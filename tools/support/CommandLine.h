@@ -10,8 +10,8 @@
 
 namespace trs::tools {
 
-// Adds --log-level, --help and --version to the options that a program adds itself, and --man, which writes its manual
-// page.
+// Adds --log-level, --help and --version to the options that a program adds itself, --man, which writes its manual
+// page, and --completion, which writes what a shell completes of a program without verbs.
 class CommandLine {
 public:
     static constexpr int wrongUsage = 2;

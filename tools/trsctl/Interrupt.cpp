@@ -10,13 +10,13 @@ namespace trs::ctl {
 namespace {
 
 std::atomic<bool> hasCome = false;
-int nested = 0; // one ends all that it comes to
+int interruptDepth = 0; // one ends all that it comes to
 
 } // namespace
 
 Interrupt::Interrupt()
 {
-    hasCome = nested++ > 0 && hasCome;
+    hasCome = interruptDepth++ > 0 && hasCome;
     watch_.emplace(std::initializer_list<int>{SIGINT}, [] {
         hasCome = true;
         Broker::instance().removePeers(); // which the next verb adds again
@@ -26,7 +26,7 @@ Interrupt::Interrupt()
 Interrupt::~Interrupt()
 {
     watch_.reset();
-    hasCome = --nested > 0 && hasCome;
+    hasCome = --interruptDepth > 0 && hasCome;
 }
 
 bool Interrupt::came() { return hasCome || tools::isOutputGone(); }

@@ -32,7 +32,7 @@ using catalogue::Value;
 using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds pollInterval{100};
-constexpr std::chrono::milliseconds lookInterval{2000}; // for objects that come and go
+constexpr std::chrono::milliseconds herdInterval{2000}; // for objects that come and go
 
 struct NotificationWords {
     std::string object;
@@ -135,7 +135,7 @@ ExitCode show(Feed& feed, Predicate const& predicate, NotificationWords const& w
     std::optional<Clock::time_point> const end = endOf(words.seconds);
     unsigned long shown = 0;
     while (words.count == 0 || shown < words.count) {
-        std::optional<Clock::time_point> const next = Clock::now() + lookInterval;
+        std::optional<Clock::time_point> const next = Clock::now() + herdInterval;
         std::optional<Value> const event = feed.take(look && (!end || *next < *end) ? next : end);
         if (!event && look && !Interrupt::came() && (!end || Clock::now() < *end)) {
             look();
