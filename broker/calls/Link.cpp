@@ -114,12 +114,12 @@ bool Link::greet()
         std::size_t const had = greeting_.size();
         std::size_t const known = greetingLength(greeting_.data(), had);
         if (known <= had) {
-            std::string complaint = Connector::complaint(greeting_.data(), had);
-            if (complaint.empty()) {
+            std::optional<std::string> complaint = Connector::complaint(greeting_.data(), had);
+            if (!complaint) {
                 greeting_ = {};
                 return true;
             }
-            fail(std::move(complaint));
+            fail(*std::move(complaint));
             return false;
         }
         greeting_.resize(std::min(known, Connector::greatestGreeting));

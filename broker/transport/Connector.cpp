@@ -28,11 +28,12 @@ bool Connector::greet(Connection& connection, Deadline& deadline, std::string& w
             return false;
         }
     }
-    why = complaint(greeting.data(), length);
-    return why.empty();
+    std::optional<std::string> complaint = Connector::complaint(greeting.data(), length);
+    why = complaint ? *std::move(complaint) : why;
+    return !complaint.has_value();
 }
 
-std::string Connector::complaint(unsigned char const* greeting, std::size_t length)
+std::optional<std::string> Connector::complaint(unsigned char const* greeting, std::size_t length)
 {
     std::string_view reason;
     switch (checkGreeting(greeting, length, &reason)) {
@@ -47,7 +48,7 @@ std::string Connector::complaint(unsigned char const* greeting, std::size_t leng
     case GreetingCheck::good:
         break;
     }
-    return {};
+    return std::nullopt;
 }
 
 std::unique_ptr<Connection> Connector::connect(Deadline& deadline, Cut& cut, std::string& why) const

@@ -6,6 +6,7 @@
 #include "broker/transport/Dialer.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace trs {
@@ -18,8 +19,8 @@ public:
     // tells whether it was the time.
     std::unique_ptr<Connection> connect(Deadline& deadline, Cut& cut, std::string& why) const;
     Dialer const& dialer() const { return *dialer_; }
-    // Empty, or why what the accepting side has sent, greetingLength() bytes, is no reason to go on.
-    static std::string complaint(unsigned char const* greeting, std::size_t length);
+    // Nothing, or why what the accepting side has sent, greetingLength() bytes, is no reason to go on.
+    static std::optional<std::string> complaint(unsigned char const* greeting, std::size_t length);
     static constexpr std::size_t greatestGreeting = 12 + mostReason;
     static constexpr char const* closedEarly = "the connection was closed before a greeting came";
 

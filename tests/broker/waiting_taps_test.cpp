@@ -34,10 +34,13 @@ public:
         for (int octet = 0; octet < 4; ++octet) {
             value = value << 8 | *arguments.take(1);
         }
+        ++begun;
+        begun.notify_all();
         return std::make_unique<Call>(value, time);
     }
 
     std::atomic<milliseconds> time{milliseconds(30)};
+    std::atomic<unsigned> begun = 0;
 
 private:
     class Call final : public trs::TappedCall {
@@ -146,6 +149,9 @@ TEST_F(WaitingTaps, AreBoundedInWhatTheyKeepWaiting)
         requests = requests + numberedSetting(each, 1);
     }
     client.write(requests);
+    for (unsigned begun = tap.begun; begun < 64; begun = tap.begun) {
+        tap.begun.wait(begun);
+    }
     Descriptor const other = connectTo(path);
     other.write(numberedSetting(1, 8));
     EXPECT_EQ(other.readMessage(), answered(1));

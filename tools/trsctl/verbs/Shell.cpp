@@ -113,6 +113,9 @@ public:
         std::setlocale(LC_CTYPE, "C.UTF-8"); // keys are read as such
         rl_getc_function = [](FILE*) { return current->keys_ != nullptr ? current->keys_->take() : -1; };
         using_history(); // which initialises the editor with all that was set before
+        // An interrupt flushes what is written otherwise, and at times that is the next prompt.
+        std::string noFlush = "setty -d +noflsh";
+        rl_parse_and_bind(noFlush.data());
         stifle_history(mostRemembered);
         if (!history_.empty()) {
             read_history(history_.c_str());
