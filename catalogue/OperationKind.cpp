@@ -94,7 +94,8 @@ std::string briefNameOf(Operation const& operation)
     // A capital goes on with small letters, or is one of several, the last of which begins the next word.
     std::string name(subjectOf(operation));
     for (std::size_t i = 0; i < name.size() && isUpper(name[i]); ++i) {
-        bool const beginsNext = i > 0 && i + 1 < name.size() && std::islower(static_cast<unsigned char>(name[i + 1]));
+        bool const beginsNext =
+            i > 0 && i + 1 < name.size() && std::islower(static_cast<unsigned char>(name[i + 1])) != 0;
         if (beginsNext) {
             break;
         }

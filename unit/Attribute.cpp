@@ -19,7 +19,7 @@ bool isOf(catalogue::Operation const& operation, std::string_view className)
 
 } // namespace
 
-void serveValueObject(Servant& servant, std::function<void()> clear)
+void serveValueObject(Servant& servant, std::function<void()> const& clear)
 {
     servant.on<&QelBaseClient::isReadonly>([] { return false; })
         .on<&QelBaseClient::isPersistent>([] { return false; })

@@ -10,7 +10,7 @@
 namespace trs::sim {
 
 // Serves what all value objects tell of themselves; `clear` gives the value that it had at first.
-void serveValueObject(Servant& servant, std::function<void()> clear);
+void serveValueObject(Servant& servant, std::function<void()> const& clear);
 
 // The value that an operation such as getPathType() hands out.
 class Attribute {

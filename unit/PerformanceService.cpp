@@ -59,7 +59,29 @@ PerformanceService::Record PerformanceService::Subject::record() const
     return {id, isMonitored, current, history.size(), values()};
 }
 
+namespace {
+
+bool contains(std::string_view name, std::string_view word) { return name.find(word) != std::string_view::npos; }
+
+} // namespace
+
 // What a subject counts is in its constant's name.
+PerformanceService::Kind PerformanceService::kindOf(std::string_view name)
+{
+    if (contains(name, "UAS")) {
+        return Kind::unavailableSeconds;
+    }
+    if (contains(name, "SES")) {
+        return Kind::erroredSeconds;
+    }
+    if (contains(name, "OCT")) {
+        return Kind::octets;
+    }
+    bool const isRare =
+        contains(name, "ERR") || contains(name, "DROP") || contains(name, "DISC") || contains(name, "UNKNOWN");
+    return isRare ? Kind::errors : Kind::packets;
+}
+
 std::vector<PerformanceService::Subject> PerformanceService::subjectsOf(catalogue::Class const& type)
 {
     std::vector<Subject> subjects;
@@ -68,16 +90,8 @@ std::vector<PerformanceService::Subject> PerformanceService::subjectsOf(catalogu
         if (!constant->name.starts_with(prefix)) {
             continue;
         }
-        auto const has = [constant](std::string_view word) {
-            return constant->name.find(word) != std::string_view::npos;
-        };
-        bool const isRare = has("ERR") || has("DROP") || has("DISC") || has("UNKNOWN");
-        Kind const kind = has("UAS")   ? Kind::unavailableSeconds
-                          : has("SES") ? Kind::erroredSeconds
-                          : has("OCT") ? Kind::octets
-                          : isRare     ? Kind::errors
-                                       : Kind::packets;
-        bool const isOut = has("OUT") || has("TX");
+        Kind const kind = kindOf(constant->name);
+        bool const isOut = contains(constant->name, "OUT") || contains(constant->name, "TX");
         unsigned long const packets = isOut ? 800 : 1000; // a second
         subjects.push_back({constant->value.get<unsigned long>(), kind,
                             kind == Kind::octets    ? packets * octetsPerPacket
@@ -149,11 +163,11 @@ std::string PerformanceService::take(catalogue::Value const& told)
     };
     unsigned long const now = object_.inventory().clock().now();
     if (!told.is_object() || !isNumber("to", now) || !isNumber("from", told["to"].get<unsigned long>())) {
-        return "\"from\" and \"to\" are no seconds from 0 to " + std::to_string(now);
+        return R"("from" and "to" are no seconds from 0 to )" + std::to_string(now);
     }
     if (!told.contains("isPassing") || !told["isPassing"].is_boolean() || !told.contains("subjects") ||
         !told["subjects"].is_array()) {
-        return "\"isPassing\" or \"subjects\" is missing";
+        return R"("isPassing" or "subjects" is missing)";
     }
     std::vector<Subject> subjects = subjects_;
     for (catalogue::Value const& each : told["subjects"]) {

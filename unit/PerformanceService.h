@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace trs::sim {
@@ -48,6 +49,7 @@ private:
         Record record() const;
     };
 
+    static Kind kindOf(std::string_view name);
     static std::vector<Subject> subjectsOf(catalogue::Class const& type);
     Subject* find(unsigned long id);
     // Counts what has passed since the last time.

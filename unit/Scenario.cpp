@@ -26,7 +26,6 @@ namespace {
 using catalogue::Class;
 using catalogue::ObjectName;
 using catalogue::Operation;
-using catalogue::OperationKind;
 using catalogue::Outcome;
 using catalogue::Value;
 
@@ -61,7 +60,7 @@ public:
             }
             std::string const wrong = object_.facts().take(name, value);
             if (!wrong.empty() && wrong != Facts::unknown) {
-                return nameOf(object_) + ' ' + name + ": " + wrong;
+                return nameOf(object_).append(" ").append(name).append(": ").append(wrong);
             }
         }
         return {};

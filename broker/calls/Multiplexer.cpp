@@ -1,6 +1,7 @@
 #include "broker/calls/Multiplexer.h"
 
 #include <algorithm>
+#include <ranges>
 #include <utility>
 
 namespace trs {
@@ -168,9 +169,9 @@ Multiplexer::AllEnded Multiplexer::lose()
     isOpen_ = false;
     AllEnded all;
     std::vector<Slot> unsent; // the last one first
-    for (auto place = outgoing_.rbegin(); place != outgoing_.rend(); ++place) {
-        Slot const slot = numbers_.at(place->number);
-        if (place->call != nullptr && !isHalfSent(entries_[slot])) {
+    for (Outgoing const& each : std::views::reverse(outgoing_)) {
+        Slot const slot = numbers_.at(each.number);
+        if (each.call != nullptr && !isHalfSent(entries_[slot])) {
             unsent.push_back(slot);
         }
     }

@@ -69,6 +69,7 @@ std::vector<std::string> unitLabels()
 std::vector<std::string> classes()
 {
     std::vector<std::string> names;
+    names.reserve(catalogue::classes().size());
     for (Class const* const each : catalogue::classes()) {
         names.emplace_back(each->interface);
     }
