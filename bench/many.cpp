@@ -67,6 +67,7 @@ void measurePeers(bench::Place const& place)
 {
     int const count = place.count != 0 ? place.count : 1000;
     std::vector<std::string> endpoints;
+    endpoints.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
         endpoints.push_back(place.endpoint("peer" + std::to_string(i)));
     }
@@ -95,6 +96,7 @@ double longest(int count, std::function<void()> const& act)
 {
     std::barrier start(count + 1);
     std::vector<std::thread> threads;
+    threads.reserve(static_cast<std::size_t>(count));
     std::vector<Clock::time_point> ends(static_cast<std::size_t>(count));
     for (Clock::time_point& end : ends) {
         threads.emplace_back([&] {

@@ -243,7 +243,7 @@ public:
         : AsyncCall(stub, classId, opIndex), read_(itsRead), roll_(rollOf(asio::get_associated_executor(handler)))
     {
         Executor const executor = asio::get_associated_executor(handler);
-        handled_.emplace(std::move(handler), asio::prefer(executor, asio::execution::outstanding_work.tracked));
+        handled_.emplace(std::move(handler), asio::prefer(executor, asio::execution::outstanding_work_t::tracked_t()));
         if (roll_ != nullptr) {
             std::lock_guard const lock(roll_->mutex);
             roll_->members.insert(this);
@@ -259,7 +259,7 @@ public:
 
 private:
     using Tracked = std::decay_t<decltype(asio::prefer(std::declval<Executor const&>(),
-                                                       asio::execution::outstanding_work.tracked))>;
+                                                       asio::execution::outstanding_work_t::tracked_t()))>;
     struct Handled {
         Handled(Handler&& itsHandler, Tracked itsExecutor)
             : handler(std::move(itsHandler)), executor(std::move(itsExecutor))
@@ -437,9 +437,9 @@ auto asyncCall(TipprmiObjectClient const& proxy, InAndToken&&... inAndToken)
 
     auto given = std::forward_as_tuple(std::forward<InAndToken>(inAndToken)...);
     using Token = std::decay_t<std::tuple_element_t<count, decltype(given)>>;
-    Token token(std::get<count>(std::move(given)));
+    Token token(std::forward<std::tuple_element_t<count, decltype(given)>>(std::get<count>(given)));
     InValues values = [&]<std::size_t... I>(std::index_sequence<I...>) {
-        return InValues(std::get<I>(std::move(given))...);
+        return InValues(std::forward<std::tuple_element_t<I, decltype(given)>>(std::get<I>(given))...);
     }(std::make_index_sequence<count>{});
     auto const initiate = [&] {
         return asio::async_initiate<Token, Signature>(
@@ -450,8 +450,8 @@ auto asyncCall(TipprmiObjectClient const& proxy, InAndToken&&... inAndToken)
         if (AsyncCall::isOnItsThread()) {
             return asio::async_initiate<Token, Signature>(
                 [](auto&& handler) {
-                    std::move(handler)(std::make_error_code(std::errc::resource_deadlock_would_occur),
-                                       typename Sides::ReplyType());
+                    std::forward<decltype(handler)>(handler)(
+                        std::make_error_code(std::errc::resource_deadlock_would_occur), typename Sides::ReplyType());
                 },
                 token);
         }

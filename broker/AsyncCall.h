@@ -29,7 +29,7 @@ public:
     static bool isOnItsThread();
 
 protected:
-    AsyncCall(TreflectStubRef stub, std::uint32_t classId, std::uint32_t opIndex);
+    AsyncCall(TreflectStubRef const& stub, std::uint32_t classId, std::uint32_t opIndex);
 
     // The call's one end, on a thread of the broker's: read() and then complete() without a failure, or complete() with
     // one. `reply` is placed at the result.

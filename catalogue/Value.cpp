@@ -137,7 +137,7 @@ std::string writeNumber(TipprmiStream& stream, Type const& type, Value const& va
 std::string writeEnumerator(TipprmiStream& stream, Type const& type, Value const& value)
 {
     if (value.is_string()) {
-        std::string const& name = value.get_ref<std::string const&>();
+        auto const& name = value.get_ref<std::string const&>();
         auto found = std::ranges::find(type.enumerators, name, &Enumerator::name);
         if (found == type.enumerators.end()) { // in whatever case where it can be only one
             auto const isCalled = [&name](Enumerator const& each) { return isSameWord(each.name, name); };

@@ -27,8 +27,8 @@ using Clock = Poller::Clock;
 // after a search for it. All but the beginning, cancel() and a worker's run happens on the engine's thread.
 class AsyncCall::Progress final : public Multiplexer::Call, public Workers::Task {
 public:
-    Progress(AsyncCall& call, TreflectStubRef stub, std::uint32_t classId, std::uint32_t opIndex)
-        : call_(call), stub_(std::move(stub)), classId_(classId), opIndex_(opIndex)
+    Progress(AsyncCall& call, TreflectStubRef const& stub, std::uint32_t classId, std::uint32_t opIndex)
+        : call_(call), stub_(stub), classId_(classId), opIndex_(opIndex)
     {
         beginRequest(message, true, stub_->oid(), classId, opIndex);
     }
@@ -74,15 +74,15 @@ private:
     CallLink::Ticket ticket_ = 0;
 };
 
-AsyncCall::AsyncCall(TreflectStubRef stub, std::uint32_t classId, std::uint32_t opIndex)
-    : progress_(std::make_unique<Progress>(*this, std::move(stub), classId, opIndex))
+AsyncCall::AsyncCall(TreflectStubRef const& stub, std::uint32_t classId, std::uint32_t opIndex)
+    : progress_(std::make_unique<Progress>(*this, stub, classId, opIndex))
 {
 }
 
 AsyncCall::~AsyncCall() = default;
 
 TipprmiStream& AsyncCall::request() { return progress_->message; }
-void AsyncCall::start(std::chrono::milliseconds duration) { progress_->start(duration); }
+void AsyncCall::start(std::chrono::milliseconds time) { progress_->start(time); }
 void AsyncCall::cancel() { progress_->cancel(); }
 bool AsyncCall::isOnItsThread() { return Engine::isOnThread(); }
 

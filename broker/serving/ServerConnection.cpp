@@ -329,7 +329,9 @@ Connection::Received ServerConnection::receiveMore()
         isStaying_ = true;
         house_.table.rest(*this, Idle::staying);
     }
-    activity_.store(Activity::idle);
+    if (!hasExchanges()) { // whose answers nobody may send away
+        activity_.store(Activity::idle);
+    }
     Deadline stay(stayTime);
     return connection_.receiveSoon(message_, stay);
 }

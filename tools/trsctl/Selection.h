@@ -4,6 +4,7 @@
 #include "catalogue/Value.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace trs::ctl {
@@ -31,6 +32,11 @@ private:
         std::string name = {};
         long index = 0;
     };
+
+    static bool takeStep(std::string_view& rest, bool isFirst, Step& step);
+    static bool takeBracketed(std::string_view& rest, Step& step);
+    static void addChildren(catalogue::Value const& base, Step const& step,
+                            std::vector<catalogue::Value const*>& parts);
 
     std::vector<Step> steps_;
 };

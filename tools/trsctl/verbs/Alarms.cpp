@@ -130,8 +130,9 @@ Alarm readAlarm(Program::Options const& options, std::string const& id, Alarm co
     return alarmOf(id, told);
 }
 
-ExitCode watchAlarms(Program::Options const& options, std::map<std::string, Alarm> alarms, double seconds)
+ExitCode watchAlarms(Program::Options const& options, std::map<std::string, Alarm> const& present, double seconds)
 {
+    std::map<std::string, Alarm> alarms = present;
     Feed feed("conditions");
     GapListener const gapListener([&feed](NotificationGap const& gap) { feed.tell(gap); });
     std::list<Listener> listeners;

@@ -19,7 +19,6 @@ namespace trs::ctl {
 
 namespace {
 
-using catalogue::Outcome;
 using catalogue::Value;
 
 // An object, and how its parent leads to it.
