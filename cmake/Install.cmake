@@ -77,7 +77,7 @@ set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "Management library of a base station's 
  Typed client proxies for the unit's managed objects, and the services of the\n site management adapter.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libtrsman-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${library_package} (= ${PROJECT_VERSION}), libexpat1-dev, zlib1g-dev")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${library_package} (= ${PROJECT_VERSION}), libasio-dev, libexpat1-dev, zlib1g-dev")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_RECOMMENDS "nlohmann-json3-dev, libsqlite3-dev, pkg-config")
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "Development with the transport unit's management library\n\
  Headers, the simulated unit to embed in tests, examples and documents.")
