@@ -1,7 +1,6 @@
 #include "broker/calls/Multiplexer.h"
 
 #include <algorithm>
-#include <ranges>
 #include <utility>
 
 namespace trs {
@@ -168,13 +167,14 @@ Multiplexer::AllEnded Multiplexer::lose()
 {
     isOpen_ = false;
     AllEnded all;
-    std::vector<Slot> unsent; // the last one first
-    for (Outgoing const& each : std::views::reverse(outgoing_)) {
+    std::vector<Slot> unsent;
+    for (Outgoing const& each : outgoing_) {
         Slot const slot = numbers_.at(each.number);
         if (each.call != nullptr && !isHalfSent(entries_[slot])) {
             unsent.push_back(slot);
         }
     }
+    std::ranges::reverse(unsent); // as each goes before the others
     for (Slot const slot : unsent) {
         Entry const& entry = entries_[slot];
         leaveFlight(entry);

@@ -24,7 +24,7 @@ public:
 
 private:
     struct Question final : Multiplexer::Call {
-        Question(std::shared_ptr<Search> asking, Peer& asked, TipprmiOID const& oid, std::chrono::milliseconds time);
+        Question(std::shared_ptr<Search> asking, Peer& asked, TipprmiOID const& oid, std::chrono::milliseconds limit);
         void takeAnswer(MessageHeader const& header, TipprmiStream& answer) override;
         void fail(CallFailure::Kind kind, CallFailure::CarriedOut carriedOut, std::string reason) override;
 
