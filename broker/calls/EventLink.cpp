@@ -70,12 +70,12 @@ void EventLink::leave(OperationKey const& key)
 
 void EventLink::send(Subscriptions::Message const& message)
 {
-    using Kind = Subscriptions::Message::Kind;
-    bool const isAsking = message.kind != Kind::unsubscribe;
+    using Asked = Subscriptions::Message::Kind;
+    bool const isAsking = message.kind != Asked::unsubscribe;
     auto const& [oid, classId, opIndex] = message.key;
     TipprmiStream bytes(100);
     beginAddressed(bytes, isAsking ? MessageKind::subscribe : MessageKind::unsubscribe,
-                   message.kind == Kind::renew ? 1 : 0, oid, classId, opIndex);
+                   message.kind == Asked::renew ? 1 : 0, oid, classId, opIndex);
     if (!finishMessage(bytes, message.number) || !connection_->sendNow(bytes)) {
         connection_->shutDown(); // the thread sees it
     }

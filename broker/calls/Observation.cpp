@@ -13,6 +13,8 @@ namespace trs {
 
 namespace {
 
+using Kind = CallFailure::Kind;
+
 // What a removed registration had asked for elsewhere is not wanted any more.
 void unsubscribe(std::vector<ObserverTable::Registration> const& removed)
 {
@@ -44,7 +46,6 @@ EventLink::Answer observeAt(Peer& peer, bool isExclusive, OperationKey const& ke
 bool observe(TipprmiObjectClient const& object, unsigned long classId, unsigned long opIndex,
              TreflectObserver& observer)
 {
-    using Kind = CallFailure::Kind;
     resetCallFailure();
     TreflectObjectStub& stub = *object.getStub_();
     OperationKey const key(stub.oid(), classId, opIndex);
