@@ -27,8 +27,8 @@ enum class Reply {
 
 // A connected socket, and transfers of all the bytes over it; false when it has ended.
 int open(std::string const& endpoint);
-bool sendAll(int socket, unsigned char const* data, std::size_t length);
-bool receiveAll(int socket, Waiting waiting, unsigned char* data, std::size_t length);
+bool sendAll(int handle, unsigned char const* data, std::size_t length);
+bool receiveAll(int handle, Waiting waiting, unsigned char* data, std::size_t length);
 
 // A client's connection.
 class Connection {

@@ -29,8 +29,11 @@ bool Connector::greet(Connection& connection, Deadline& deadline, std::string& w
         }
     }
     std::optional<std::string> complaint = Connector::complaint(greeting.data(), length);
-    why = complaint ? *std::move(complaint) : why;
-    return !complaint.has_value();
+    if (!complaint) {
+        return true;
+    }
+    why = *std::move(complaint);
+    return false;
 }
 
 std::optional<std::string> Connector::complaint(unsigned char const* greeting, std::size_t length)
