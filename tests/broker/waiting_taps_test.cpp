@@ -22,8 +22,6 @@ using support::operator+;
 // Has calls wait by the value that they set: 1 before it, 2 after it, 3 between the bytes of the answer.
 class WaitingTap final : public trs::ServerTap {
 public:
-    static constexpr long executesLate = 1;
-    static constexpr long answersLate = 2;
     static constexpr long answersSlowly = 3;
 
     std::unique_ptr<trs::TappedCall> begin(trs::ObjectAddress const&, TipprmiStream const& request) override
