@@ -10,13 +10,12 @@ namespace trs::ctl {
 namespace {
 
 std::atomic<bool> hasCome = false;
-int interruptDepth = 0; // one ends all that it comes to
 
 } // namespace
 
 Interrupt::Interrupt()
 {
-    hasCome = interruptDepth++ > 0 && hasCome;
+    hasCome = false;
     watch_.emplace(std::initializer_list<int>{SIGINT}, [] {
         hasCome = true;
         Broker::instance().removePeers(); // which the next verb adds again
@@ -26,7 +25,7 @@ Interrupt::Interrupt()
 Interrupt::~Interrupt()
 {
     watch_.reset();
-    hasCome = --interruptDepth > 0 && hasCome;
+    hasCome = false;
 }
 
 bool Interrupt::came() { return hasCome || tools::isOutputGone(); }
