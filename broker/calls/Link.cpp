@@ -97,10 +97,7 @@ bool Link::advance(Poller::Events events)
         }
         isConnected_ = true;
         Greeting const own = makeGreeting();
-        if (channel_->sendSome(own.data(), own.size()) != own.size()) {
-            fail(Connector::closedEarly);
-            return false;
-        }
+        channel_->sendSome(own.data(), own.size()); // if it is not taken, what has come tells why
         channel_->watch(Engine::instance().poller(), number_, Poller::canReceive);
     } else if (isConnected_ && (events & Poller::canReceive) != 0) {
         isOpen_ = greet();

@@ -10,10 +10,8 @@ namespace trs {
 bool Connector::greet(Connection& connection, Deadline& deadline, std::string& why)
 {
     Greeting const own = makeGreeting();
-    if (connection.send(own.data(), own.size(), deadline) != Connection::Sent::all) {
-        why = closedEarly;
-        return false;
-    }
+    // Who refuses need not wait for it: what has come from there tells why it is not taken.
+    connection.send(own.data(), own.size(), deadline);
     std::array<unsigned char, greatestGreeting> greeting{};
     std::size_t length = 0;
     for (std::size_t known = 0; (known = greetingLength(greeting.data(), length)) > length; length = known) {

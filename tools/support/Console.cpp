@@ -49,6 +49,9 @@ Console::Console(std::string const& endCommand, std::function<void()> hurry)
 Console::~Console()
 {
     onOutputGone(nullptr);
+    {
+        std::lock_guard const lock(ending_); // another thread's command may be about to return from end()
+    }
     signals_.reset();
     ::close(ended_);
 }
@@ -61,6 +64,7 @@ void Console::noteEnd()
 
 void Console::end()
 {
+    std::lock_guard const lock(ending_);
     noteEnd();
     signals_->raise();
 }

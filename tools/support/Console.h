@@ -8,6 +8,7 @@
 #include <atomic>
 #include <chrono>
 #include <functional>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -60,6 +61,7 @@ private:
     bool isCut_ = false; // the line that is being received is too long, and its beginning was dropped
     bool isInputAtEnd_ = false;
     std::atomic<bool> isEnded_ = false; // also by a command that another thread executes
+    std::mutex ending_;                 // held by end()
     int ended_;                         // becomes readable then
     std::function<void()> task_;
     std::chrono::milliseconds interval_{};
