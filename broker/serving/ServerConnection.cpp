@@ -14,7 +14,7 @@ constexpr unsigned mostUntold = 256;              // calls that are counted here
 constexpr std::size_t leastRoom = 8192;           // for 64 short requests that come together
 // Streams that have held a longer message are not kept.
 constexpr std::size_t greatestKeptStorage = 65536;
-constexpr std::size_t leastStorage = 256; // within the stream
+constexpr std::size_t leastStorageOfInput = 256; // within the stream
 
 void releaseStorage(TipprmiStream& stream, std::size_t greatest)
 {
@@ -343,7 +343,7 @@ void ServerConnection::rest()
         remind(*messageDue_);
     } else {
         messageDue_.reset();
-        releaseStorage(message_, leastStorage);
+        releaseStorage(message_, leastStorageOfInput);
         connection_.releaseStorage();
     }
     bool const isIdle = !hasExchanges();
