@@ -1,5 +1,5 @@
 // What is decided about the calls that share a connection.
-#include "broker/calls/Multiplexer.h"
+#include "broker/calls/CallLink.h"
 
 #include <gtest/gtest.h>
 
@@ -8,35 +8,39 @@
 #include <numeric>
 #include <random>
 
-struct trs::Multiplexer::Call {
-    std::size_t size = 0;
-    Ticket ticket = 0;
-    std::uint32_t number = 0; // the last that it went out under
-    bool isExecuted = false;  // the peer has the whole message
-    unsigned ends = 0;
-};
-
 namespace {
 
 using namespace std::chrono_literals;
 using trs::Multiplexer;
-using Call = Multiplexer::Call;
 using Why = Multiplexer::Why;
 using Answers = Multiplexer::Answers;
 
+struct Asked final : Multiplexer::Call {
+    void takeAnswer(trs::MessageHeader const&, TipprmiStream&) override {}
+    void fail(trs::CallFailure::Kind, trs::CallFailure::CarriedOut, std::string) override {}
+
+    std::size_t size = 0;
+    Multiplexer::Ticket ticket = 0;
+    bool isExecuted = false; // the peer has the whole message
+    unsigned ends = 0;
+};
+
+Asked& own(Multiplexer::Call* call) { return static_cast<Asked&>(*call); }
+
 constexpr Multiplexer::Time never = Multiplexer::Time::max();
 
-std::vector<Call*> callsOf(std::deque<Multiplexer::Outgoing> const& outgoing)
+std::vector<Asked*> callsOf(std::deque<Multiplexer::Outgoing> const& outgoing)
 {
-    std::vector<Call*> calls;
-    std::ranges::transform(outgoing, std::back_inserter(calls), &Multiplexer::Outgoing::call);
+    std::vector<Asked*> calls;
+    std::ranges::transform(outgoing, std::back_inserter(calls),
+                           [](auto const& each) { return static_cast<Asked*>(each.call); });
     return calls;
 }
 
 TEST(Multiplexers, GiveEachCallerItsTurn)
 {
     Multiplexer decisions({.calls = 3});
-    std::array<Call, 9> calls;
+    std::array<Asked, 9> calls;
     for (std::size_t i = 0; i < 7; ++i) {
         decisions.add(calls[i], 10, never, 1);
     }
@@ -48,7 +52,7 @@ TEST(Multiplexers, GiveEachCallerItsTurn)
     EXPECT_EQ(callsOf(decisions.outgoing()), (std::vector{&calls[0], &calls[7], &calls[8]}));
     decisions.sent(30);
     EXPECT_TRUE(decisions.outgoing().empty()) << "the window is full";
-    Call* answered = nullptr;
+    Multiplexer::Call* answered = nullptr;
     EXPECT_EQ(decisions.answer(3, answered), Answers::call) << "in whatever order";
     EXPECT_EQ(answered, &calls[8]);
     EXPECT_EQ(callsOf(decisions.outgoing()), (std::vector{&calls[1]}));
@@ -57,7 +61,7 @@ TEST(Multiplexers, GiveEachCallerItsTurn)
 TEST(Multiplexers, SendOneLargeMessageButNotTwo)
 {
     Multiplexer decisions({.bytes = 100});
-    std::array<Call, 2> calls;
+    std::array<Asked, 2> calls;
     decisions.open();
     decisions.add(calls[0], 200, never, 1);
     decisions.add(calls[1], 1, never, 1);
@@ -67,13 +71,13 @@ TEST(Multiplexers, SendOneLargeMessageButNotTwo)
 TEST(Multiplexers, TellNobodysAnswersFromNonsense)
 {
     Multiplexer decisions;
-    std::array<Call, 3> calls;
+    std::array<Asked, 3> calls;
     decisions.open();
-    for (Call& call : calls) {
+    for (Asked& call : calls) {
         call.ticket = decisions.add(call, 10, never, 1);
     }
     decisions.sent(25);
-    Call* answered = nullptr;
+    Multiplexer::Call* answered = nullptr;
     EXPECT_EQ(decisions.answer(1, answered), Answers::call);
     EXPECT_EQ(decisions.answer(1, answered), Answers::nobody) << "twice";
     EXPECT_EQ(decisions.answer(3, answered), Answers::nothing) << "it has not got the whole message";
@@ -93,7 +97,7 @@ TEST(Multiplexers, TellNobodysAnswersFromNonsense)
 TEST(Multiplexers, FinishMessagesThatHaveBegun)
 {
     Multiplexer decisions;
-    std::array<Call, 2> calls;
+    std::array<Asked, 2> calls;
     decisions.open();
     calls[0].ticket = decisions.add(calls[0], 10, never, 1);
     calls[1].ticket = decisions.add(calls[1], 10, never, 1);
@@ -113,9 +117,9 @@ TEST(Multiplexers, FinishMessagesThatHaveBegun)
 TEST(Multiplexers, GiveUpAPeerThatLeavesTooManyUnanswered)
 {
     Multiplexer decisions({.abandoned = 2});
-    std::array<Call, 3> calls;
+    std::array<Asked, 3> calls;
     decisions.open();
-    for (Call& call : calls) {
+    for (Asked& call : calls) {
         EXPECT_FALSE(decisions.isOverburdened());
         decisions.add(call, 10, Multiplexer::Time(1s), 1);
         decisions.outgoing();
@@ -197,7 +201,7 @@ private:
     }
     void add()
     {
-        Call& call = *calls_.emplace_back(std::make_unique<Call>());
+        Asked& call = *calls_.emplace_back(std::make_unique<Asked>());
         call.size = 12 + upTo(30);
         call.ticket = decisions_.add(call, call.size, now_ + std::chrono::milliseconds(upTo(20)), upTo(2));
     }
@@ -212,7 +216,7 @@ private:
             ASSERT_NE(first.call, nullptr);
             EXPECT_EQ(first.call->number, first.number);
             partOfFirst_ = 0;
-            first_ = first.call;
+            first_ = &own(first.call);
         }
         ASSERT_EQ(decisions_.sentOfFirst(), partOfFirst_);
         std::size_t const count = 1 + upTo(first_->size - partOfFirst_ - 1);
@@ -230,9 +234,9 @@ private:
             return;
         }
         auto const place = had_.begin() + static_cast<std::ptrdiff_t>(upTo(had_.size() - 1));
-        Call* const asked = *place;
+        Asked* const asked = *place;
         had_.erase(place);
-        Call* call = nullptr;
+        Multiplexer::Call* call = nullptr;
         bool const isWaitedFor = asked->ends == 0;
         EXPECT_EQ(decisions_.answer(asked->number, call), isWaitedFor ? Answers::call : Answers::nobody);
         EXPECT_EQ(call, isWaitedFor ? asked : nullptr);
@@ -245,9 +249,9 @@ private:
     void end(Multiplexer::AllEnded const& all)
     {
         for (auto const& ended : all) {
-            ++ended.call->ends;
+            ++own(ended.call).ends;
             if (!ended.mayBeCarriedOut) {
-                EXPECT_FALSE(ended.call->isExecuted);
+                EXPECT_FALSE(own(ended.call).isExecuted);
             }
             EXPECT_EQ(ended.isHalfSent, isOpen_ && ended.call == first_ && partOfFirst_ != 0);
         }
@@ -258,7 +262,7 @@ private:
         EXPECT_TRUE(isOpen_ || outgoing.empty());
         for (Multiplexer::Outgoing const& each : outgoing) {
             if (each.call != nullptr && each.call->number != each.number) {
-                EXPECT_FALSE(each.call->isExecuted);
+                EXPECT_FALSE(own(each.call).isExecuted);
                 moved += each.call->number != 0 ? 1 : 0;
                 each.call->number = each.number;
             }
@@ -277,9 +281,9 @@ private:
     Multiplexer decisions_{limits};
     Multiplexer::Time now_{1s};
     bool isOpen_ = false;
-    std::vector<std::unique_ptr<Call>> calls_;
-    std::vector<Call*> had_; // by the peer
-    Call* first_ = nullptr;
+    std::vector<std::unique_ptr<Asked>> calls_;
+    std::vector<Asked*> had_; // by the peer
+    Asked* first_ = nullptr;
     std::size_t partOfFirst_ = 0;
 };
 
