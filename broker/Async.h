@@ -24,36 +24,24 @@
 #pragma once
 
 #include "broker/AsyncCall.h"
+#include "broker/BindDeadline.h"
 #include "broker/Deadline.h"
+#include "broker/KeptHandler.h"
+#include "broker/Reply.h"
 #include "platform/TipprmiObjectClient.h"
-#include "rmi/CallShape.h"
 #include "rmi/Operations.h"
 
-#include <asio/associated_allocator.hpp>
 #include <asio/associated_cancellation_slot.hpp>
-#include <asio/associated_executor.hpp>
 #include <asio/async_result.hpp>
-#include <asio/dispatch.hpp>
-#include <asio/execution.hpp>
-#include <asio/execution_context.hpp>
-#include <asio/post.hpp>
-#include <asio/prefer.hpp>
-#include <asio/query.hpp>
-#include <asio/system_executor.hpp>
 
 #include <array>
-#include <chrono>
 #include <cstddef>
 #include <future>
 #include <memory>
-#include <mutex>
-#include <optional>
 #include <system_error>
 #include <tuple>
 #include <type_traits>
-#include <unordered_set>
 #include <utility>
-#include <vector>
 
 namespace trs {
 
@@ -72,211 +60,24 @@ inline std::error_condition make_error_condition(CallFailure::Kind kind)
 // Whether the call that ended so was carried out. Of errors of another category: unknown.
 CallFailure::CarriedOut carriedOut(std::error_code error);
 
-// What an operation gives: its result, unless that is void, and its out-arguments, in their order. get<0>() and
-// structured bindings begin with the result. After a failure the values are those that a failed call returns: false,
-// empty, zero, or a failed status.
-template <class R, class... Out>
-class Reply {
-    static constexpr std::size_t results = std::is_void_v<R> ? 0 : 1;
-
-public:
-    using Values = std::conditional_t<std::is_void_v<R>, std::tuple<Out...>,
-                                      std::tuple<std::conditional_t<std::is_void_v<R>, bool, R>, Out...>>;
-
-    Reply() : values_(makeValues()) {}
-
-    decltype(auto) result() const
-        requires(!std::is_void_v<R>)
-    {
-        return std::get<0>(values_);
-    }
-    // The out-argument of that place among the out-arguments.
-    template <std::size_t I>
-    auto const& out() const
-    {
-        return std::get<I + results>(values_);
-    }
-    template <std::size_t I>
-    auto const& get() const&
-    {
-        return std::get<I>(values_);
-    }
-    template <std::size_t I>
-    auto&& get() &&
-    {
-        return std::get<I>(std::move(values_));
-    }
-
-    // Why there are no values; of a call that was delivered, of kind none.
-    CallFailure const& failure() const
-    {
-        static CallFailure const none;
-        return failure_ != nullptr ? *failure_ : none;
-    }
-    void setFailure(CallFailure const& failure) { failure_ = std::make_shared<CallFailure const>(failure); }
-    Values& values() { return values_; }
-
-private:
-    static Values makeValues()
-    {
-        if constexpr (std::is_void_v<R>) {
-            return Values(road::initial<Out>()...);
-        } else {
-            return Values(road::initial<R>(), road::initial<Out>()...);
-        }
-    }
-
-    Values values_;
-    std::shared_ptr<CallFailure const> failure_;
-};
-
-// The deadline that is associated with a handler, as executors are: by bindDeadline(), however deep it is wrapped.
-template <class T, class Default = std::optional<std::chrono::milliseconds>>
-struct AssociatedDeadline;
-
-// The token with a time for the call, from its start on.
-template <class T>
-class DeadlineBinder {
-public:
-    using DeadlineType = std::chrono::milliseconds;
-
-    template <class U>
-    DeadlineBinder(std::chrono::milliseconds duration, U&& target)
-        : duration_(duration), target_(std::forward<U>(target))
-    {
-    }
-
-    std::chrono::milliseconds getDeadline() const noexcept { return duration_; }
-    T& get() noexcept { return target_; }
-    T const& get() const noexcept { return target_; }
-    template <class... A>
-    decltype(auto) operator()(A&&... arguments)
-    {
-        return target_(std::forward<A>(arguments)...);
-    }
-
-private:
-    std::chrono::milliseconds duration_;
-    T target_;
-};
-
-template <class T>
-DeadlineBinder<std::decay_t<T>> bindDeadline(std::chrono::milliseconds duration, T&& token)
-{
-    return {duration, std::forward<T>(token)};
-}
-
-template <class T, class Default>
-struct AssociatedDeadline {
-    using type = std::optional<std::chrono::milliseconds>;
-
-    static type get(T const& object, Default const& otherwise = Default()) noexcept
-    {
-        if constexpr (requires { typename T::DeadlineType; }) {
-            return object.getDeadline();
-        } else if constexpr (requires { typename asio::associator<AssociatedDeadline, T, Default>::type; }) {
-            return asio::associator<AssociatedDeadline, T, Default>::get(object, otherwise);
-        } else {
-            return otherwise;
-        }
-    }
-};
-
 // What Async.h is made of.
 namespace async {
 
-// The calls whose handlers run in one execution context, which ends them when it is destroyed.
-class Roll {
-public:
-    class Member {
-    public:
-        // Under the roll's lock. What is left of the call, for an end without it.
-        virtual std::shared_ptr<void> dismiss() = 0;
-
-    protected:
-        ~Member() = default;
-    };
-
-    std::mutex mutex;
-    std::unordered_set<Member*> members;
-};
-
-class RollKeeper final : public asio::execution_context::service {
-public:
-    using key_type = RollKeeper;
-    static inline asio::execution_context::id id;
-
-    explicit RollKeeper(asio::execution_context& context) : service(context) {}
-    std::shared_ptr<Roll> const roll = std::make_shared<Roll>();
-
-private:
-    void shutdown() override
-    {
-        std::vector<std::shared_ptr<void>> dismissed;
-        std::lock_guard const lock(roll->mutex);
-        for (Roll::Member* const member : std::exchange(roll->members, {})) {
-            dismissed.push_back(member->dismiss());
-        }
-    }
-};
-
-template <class Executor>
-std::shared_ptr<Roll> rollOf(Executor const& executor)
-{
-    if constexpr (!std::is_same_v<Executor, asio::system_executor> &&
-                  asio::can_query_v<Executor const&, asio::execution::context_t>) {
-        return asio::use_service<RollKeeper>(asio::query(executor, asio::execution::context)).roll;
-    } else {
-        return nullptr;
-    }
-}
-
 // A call with its handler. The types of the call decide how the reply is read, those of the handler where it goes.
-template <class Handler, class ReplyType, class Executor>
-class HandledCall final : public AsyncCall, private Roll::Member {
+template <class Handler, class ReplyType>
+class HandledCall final : public AsyncCall {
 public:
     // Reads the result and the out-arguments, or none of them when the stream's reader fails.
     using Read = void (*)(TipprmiStream& stream, ReplyType& reply);
 
     HandledCall(TreflectStubRef const& stub, std::uint32_t classId, std::uint32_t opIndex, Read itsRead,
                 Handler&& handler)
-        : AsyncCall(stub, classId, opIndex), read_(itsRead), roll_(rollOf(asio::get_associated_executor(handler)))
+        : AsyncCall(stub, classId, opIndex), read_(itsRead), handler_(std::move(handler))
     {
-        Executor const executor = asio::get_associated_executor(handler);
-        handled_.emplace(std::move(handler), asio::prefer(executor, asio::execution::outstanding_work_t::tracked_t()));
-        if (roll_ != nullptr) {
-            std::lock_guard const lock(roll_->mutex);
-            roll_->members.insert(this);
-        }
-    }
-    ~HandledCall() override
-    {
-        if (roll_ != nullptr) {
-            std::lock_guard const lock(roll_->mutex);
-            roll_->members.erase(this);
-        }
     }
 
 private:
-    using Tracked = std::decay_t<decltype(asio::prefer(std::declval<Executor const&>(),
-                                                       asio::execution::outstanding_work_t::tracked_t()))>;
-    struct Handled {
-        Handled(Handler&& itsHandler, Tracked itsExecutor)
-            : handler(std::move(itsHandler)), executor(std::move(itsExecutor))
-        {
-        }
-        Handler handler;
-        Tracked executor; // whose context has work until the handler is called
-    };
-
     void read(TipprmiStream& reply) override { read_(reply, reply_); }
-    std::shared_ptr<void> dismiss() override
-    {
-        auto left = handled_ ? std::make_shared<Handled>(std::move(*handled_)) : nullptr;
-        handled_.reset();
-        return left;
-    }
-
     void complete(CallFailure const* failure) override
     {
         std::error_code error;
@@ -285,41 +86,12 @@ private:
             reply_ = ReplyType();
             reply_.setFailure(*failure);
         }
-        if (roll_ == nullptr) {
-            asio::dispatch(handled_->executor, finish(error));
-            return;
-        }
-        std::lock_guard const lock(roll_->mutex);
-        if (handled_) {
-            asio::post(handled_->executor, finish(error));
-            handled_.reset();
-        }
+        handler_.finish(error, std::move(reply_));
     }
-    auto finish(std::error_code error)
-    {
-        auto const allocator = asio::get_associated_allocator(handled_->handler);
-        return Finish<std::decay_t<decltype(allocator)>>{allocator, std::move(handled_->handler), error,
-                                                         std::move(reply_), handled_->executor};
-    }
-
-    template <class Allocator>
-    struct Finish {
-        using allocator_type = Allocator;
-        allocator_type get_allocator() const noexcept { return allocator; }
-
-        void operator()() { std::move(handler)(error, std::move(reply)); }
-
-        Allocator allocator;
-        Handler handler;
-        std::error_code error;
-        ReplyType reply;
-        Tracked executor;
-    };
 
     Read const read_;
     ReplyType reply_;
-    std::shared_ptr<Roll> const roll_; // null for executors without a context
-    std::optional<Handled> handled_;
+    KeptHandler<Handler, std::error_code, ReplyType> handler_;
 };
 
 template <class T>
@@ -329,15 +101,15 @@ inline constexpr bool isFuture<std::future<T>> = true;
 
 // Starts a call once a token has made a handler of itself.
 template <class Handler, class ReplyType>
-void startCall(Handler&& handler, TreflectStubRef const& stub, std::uint32_t classId, std::uint32_t opIndex,
-               void (*read)(TipprmiStream&, ReplyType&), auto const& writeArguments)
+std::shared_ptr<AsyncCall> startCall(Handler&& handler, TreflectStubRef const& stub, std::uint32_t classId,
+                                     std::uint32_t opIndex, void (*read)(TipprmiStream&, ReplyType&),
+                                     auto const& writeArguments)
 {
     using Plain = std::decay_t<Handler>;
-    using Executor = asio::associated_executor_t<Plain>;
     auto const time = AssociatedDeadline<Plain>::get(handler).value_or(Deadline::current());
     auto const slot = asio::get_associated_cancellation_slot(handler);
-    auto const call = std::make_shared<HandledCall<Plain, ReplyType, Executor>>(stub, classId, opIndex, read,
-                                                                                std::forward<Handler>(handler));
+    auto const call =
+        std::make_shared<HandledCall<Plain, ReplyType>>(stub, classId, opIndex, read, std::forward<Handler>(handler));
     writeArguments(call->request());
     if (slot.is_connected()) {
         // Emitted from anywhere, even later than the end; so it is known to nobody but by itself.
@@ -349,6 +121,7 @@ void startCall(Handler&& handler, TreflectStubRef const& stub, std::uint32_t cla
         });
     }
     call->start(time);
+    return call;
 }
 
 // An operation's types as a call wants them: R its result, A... its arguments, In... and Out... those of either kind.
@@ -393,13 +166,17 @@ void placeValues(std::array<void*, CallShape::mostArguments + 1>& places, Values
     }(std::type_identity<Arguments>{});
 }
 
+template <auto Member>
+using SidesOfOperation =
+    SidesOf<typename OperationRow<Member>::Signature::Result, typename OperationRow<Member>::Signature::Arguments>;
+
 template <class Sides>
 struct Initiation {
     template <class Handler>
-    void operator()(Handler&& handler, TreflectStubRef const& stub, std::uint32_t classId, std::uint32_t opIndex,
-                    typename Sides::InValues const& values) const
+    std::shared_ptr<AsyncCall> operator()(Handler&& handler, TreflectStubRef const& stub, std::uint32_t classId,
+                                          std::uint32_t opIndex, typename Sides::InValues const& values) const
     {
-        startCall<Handler, typename Sides::ReplyType>(
+        return startCall<Handler, typename Sides::ReplyType>(
             std::forward<Handler>(handler), stub, classId, opIndex, &readReply, [&values](TipprmiStream& request) {
                 std::array<void*, CallShape::mostArguments + 1> places{};
                 placeValues<typename Sides::Arguments, true>(
@@ -429,7 +206,7 @@ template <auto Member, class... InAndToken>
 auto asyncCall(TipprmiObjectClient const& proxy, InAndToken&&... inAndToken)
 {
     using Row = OperationRow<Member>;
-    using Sides = async::SidesOf<typename Row::Signature::Result, typename Row::Signature::Arguments>;
+    using Sides = async::SidesOfOperation<Member>;
     using InValues = typename Sides::InValues;
     constexpr std::size_t count = std::tuple_size_v<InValues>;
     static_assert(sizeof...(InAndToken) == count + 1, "the operation's in-arguments and a completion token are needed");
@@ -524,34 +301,3 @@ T valueOf(std::future<T> future)
 
 template <>
 struct std::is_error_condition_enum<trs::CallFailure::Kind> : std::true_type {};
-
-template <class R, class... Out>
-struct std::tuple_size<trs::Reply<R, Out...>> : std::tuple_size<typename trs::Reply<R, Out...>::Values> {};
-template <std::size_t I, class R, class... Out>
-struct std::tuple_element<I, trs::Reply<R, Out...>> : std::tuple_element<I, typename trs::Reply<R, Out...>::Values> {};
-
-// As Asio has it for its own binders.
-template <class T, class Signature>
-class asio::async_result<trs::DeadlineBinder<T>, Signature> {
-public:
-    template <class Initiation, class Token, class... A>
-    static auto initiate(Initiation&& initiation, Token&& token, A&&... arguments)
-    {
-        return asio::async_initiate<T, Signature>(
-            [duration = token.getDeadline(), inner = std::forward<Initiation>(initiation)]<class Handler, class... B>(
-                Handler&& handler, B&&... given) mutable {
-                std::move(inner)(trs::DeadlineBinder<std::decay_t<Handler>>(duration, std::forward<Handler>(handler)),
-                                 std::forward<B>(given)...);
-            },
-            token.get(), std::forward<A>(arguments)...);
-    }
-};
-
-template <template <class, class> class Associator, class T, class Default>
-struct asio::associator<Associator, trs::DeadlineBinder<T>, Default> {
-    using type = typename Associator<T, Default>::type;
-    static type get(trs::DeadlineBinder<T> const& binder, Default const& otherwise = Default()) noexcept
-    {
-        return Associator<T, Default>::get(binder.get(), otherwise);
-    }
-};

@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 
 namespace trs {
@@ -27,6 +28,8 @@ public:
 
     // Whether the calling thread is the one that carries asynchronous calls: who waits there for one waits for ever.
     static bool isOnItsThread();
+    // Calls it on that thread, soon; or within, when there can be none.
+    static void later(std::function<void()> act);
 
 protected:
     AsyncCall(TreflectStubRef const& stub, std::uint32_t classId, std::uint32_t opIndex);

@@ -37,7 +37,12 @@ public:
     void tell(NotificationGap const& gap)
     {
         std::unique_lock lock(mutex_);
-        changed_.wait(lock, [this] { return !isTelling_; });
+        if (isTelling_) {
+            lock.unlock();
+            HandlerWait const waiting;
+            lock.lock();
+            changed_.wait(lock, [this] { return !isTelling_; });
+        }
         isTelling_ = true;
         teller_ = std::this_thread::get_id();
         std::vector<GapListener*> const all = listeners_;

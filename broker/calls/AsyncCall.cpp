@@ -86,6 +86,15 @@ void AsyncCall::start(std::chrono::milliseconds time) { progress_->start(time); 
 void AsyncCall::cancel() { progress_->cancel(); }
 bool AsyncCall::isOnItsThread() { return Engine::isOnThread(); }
 
+void AsyncCall::later(std::function<void()> act)
+{
+    if (Engine::instance().start().empty()) {
+        Alarms::instance().post(std::move(act));
+    } else {
+        act();
+    }
+}
+
 void AsyncCall::Progress::start(std::chrono::milliseconds duration)
 {
     self_ = call_.shared_from_this();

@@ -10,6 +10,10 @@ namespace trs {
 
 namespace {
 
+// All that they do needs the run permission, which one at a time has: more than two would only wait for it. Those who
+// give it back are replaced.
+constexpr Workers::Limits limits{.executing = 2};
+
 constinit std::mutex handlersMutex;
 
 // Never destroyed: it is asked for to the end.
@@ -28,7 +32,7 @@ bool Handlers::submit(std::shared_ptr<Workers::Task> task)
         std::lock_guard const lock(handlersMutex);
         if (handlers() == nullptr) {
             Broker::instance(); // stops them when the process ends
-            handlers() = std::make_shared<Workers>();
+            handlers() = std::make_shared<Workers>(limits);
         }
         workers = handlers();
     }

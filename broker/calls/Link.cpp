@@ -15,6 +15,8 @@ namespace {
 constexpr std::chrono::milliseconds queueInterval{1};
 // Memory that an idle link keeps.
 constexpr std::size_t greatestKeptMessage = 4096;
+// Others on the engine have their turn after so many times its room.
+constexpr int mostRoomsInARow = 4;
 
 } // namespace
 
@@ -35,11 +37,12 @@ void Link::dial()
         bool isTooEarly = false;
         channel_ = dialer_.begin(way_, isTooEarly, why_);
         if (channel_ != nullptr) {
-            isConnected_ = isSendingWatched_ = false;
+            isConnected_ = isReceivingWatched_ = false;
+            isSendingWatched_ = true;
             greeting_.clear();
             assembler_.emplace();
             message_.clear();
-            if (channel_->watch(Engine::instance().poller(), number_, Poller::canSend)) {
+            if (watch()) {
                 return;
             }
             channel_.reset();
@@ -52,6 +55,13 @@ void Link::dial()
         }
     }
     retryAt_ = Poller::Clock::now(); // to tell that there is none
+}
+
+bool Link::watch()
+{
+    return channel_->watch(Engine::instance().poller(), number_,
+                           (isReceivingWatched_ ? Poller::canReceive : Poller::nothing) |
+                               (isSendingWatched_ ? Poller::canSend : Poller::nothing));
 }
 
 std::optional<Link::Time> Link::nextTime() const
@@ -98,7 +108,9 @@ bool Link::advance(Poller::Events events)
         isConnected_ = true;
         Greeting const own = makeGreeting();
         channel_->sendSome(own.data(), own.size()); // if it is not taken, what has come tells why
-        channel_->watch(Engine::instance().poller(), number_, Poller::canReceive);
+        isSendingWatched_ = false;
+        isReceivingWatched_ = true;
+        watch();
     } else if (isConnected_ && (events & Poller::canReceive) != 0) {
         isOpen_ = greet();
     }
@@ -140,7 +152,7 @@ std::size_t Link::send(Pieces pieces)
     std::size_t const taken = channel_->sendSome(pieces);
     if (taken < length && !isSendingWatched_) {
         isSendingWatched_ = true;
-        channel_->watch(Engine::instance().poller(), number_, Poller::canReceive | Poller::canSend);
+        watch();
     }
     return taken;
 }
@@ -149,16 +161,28 @@ void Link::rest()
 {
     if (isSendingWatched_) {
         isSendingWatched_ = false;
-        channel_->watch(Engine::instance().poller(), number_, Poller::canReceive);
+        watch();
     }
+}
+
+void Link::stopReceiving()
+{
+    isReceivingWatched_ = false;
+    watch();
+}
+
+void Link::receiveAgain()
+{
+    isReceivingWatched_ = true;
+    watch();
 }
 
 bool Link::receive(std::function<bool(TipprmiStream& message)> const& take, bool& isMalformed)
 {
     std::span<unsigned char> const room = Engine::instance().room();
     isMalformed = false;
-    std::size_t count = 0;
-    do {
+    std::size_t count = room.size();
+    for (int i = 0; i < mostRoomsInARow && count == room.size(); ++i) {
         switch (channel_->receiveNow(room.data(), room.size(), count)) {
         case Channel::Received::timedOut:
             return true;
@@ -181,7 +205,7 @@ bool Link::receive(std::function<bool(TipprmiStream& message)> const& take, bool
             }
             message_.clear();
         }
-    } while (count == room.size());
+    }
     return true;
 }
 

@@ -14,8 +14,8 @@
 
 namespace trs {
 
-// Without ever waiting: whoever owns it hands on what the poller tells. All on the engine's thread, but for send() and
-// shutDown(), which its owner's lock keeps apart from the rest.
+// Without ever waiting: whoever owns it hands on what the poller tells. Begun, advanced and received from on the
+// engine's thread; its owner keeps the rest, which may come from any, apart from that.
 class Link {
 public:
     using Time = Poller::Clock::time_point;
@@ -38,18 +38,22 @@ public:
     std::size_t send(Pieces pieces);
     // All has been sent that there is.
     void rest();
-    // Takes all that has come, cut into messages, until `take` says that one is none. False when there is no link any
-    // more; `isMalformed` tells whether that is due to what came.
+    // Takes what has come, cut into messages, until `take` says that one is none. False when there is no link any more;
+    // `isMalformed` tells whether that is due to what came. The poller tells of what is left.
     bool receive(std::function<bool(TipprmiStream& message)> const& take, bool& isMalformed);
     // Whether nothing has come that was not received.
     bool isDrained() const { return !channel_->isStale(); }
-    // From any thread; the poller tells.
+    // The poller does not tell of what comes any more, or does again.
+    void stopReceiving();
+    void receiveAgain();
+    // The poller tells of it.
     void shutDown();
     // There is none any more.
     void close();
 
 private:
     void dial();
+    bool watch();
     bool greet();
     void fail(std::string why);
 
@@ -59,6 +63,7 @@ private:
     bool isOpen_ = false;
     bool isConnected_ = false;
     bool isSendingWatched_ = false;
+    bool isReceivingWatched_ = false;
     std::size_t way_ = 0;
     int duration_ = 0; // milliseconds
     Time deadline_;

@@ -21,7 +21,7 @@ constexpr std::int64_t restMilliseconds = 10;
 
 Peer::Peer(std::string endpoint, std::unique_ptr<Dialer> dialer, unsigned long number, TimeAndChance timing)
     : endpoint_(std::move(endpoint)), connector_(std::move(dialer)), number_(number),
-      calls_(std::make_shared<CallLink>(*this)), events_(*this, std::move(timing))
+      calls_(std::make_shared<CallLink>(*this)), events_(std::make_shared<EventLink>(*this, std::move(timing)))
 {
     idle_.reserve(mostIdle);
 }
@@ -38,7 +38,7 @@ void Peer::close()
     isOpen_.store(false, std::memory_order_release);
     cut_.cut();
     calls_->close();
-    events_.stop();
+    events_->stop();
     dropIdle();
 }
 

@@ -53,7 +53,7 @@ public:
     // A connection of the caller's own.
     std::unique_ptr<Connection> connect(Deadline& deadline, std::string& why);
     Dialer const& dialer() const { return connector_.dialer(); }
-    EventLink& events() { return events_; }
+    EventLink& events() { return *events_; }
     // Asynchronous calls.
     CallLink& calls() { return *calls_; }
 
@@ -81,7 +81,7 @@ private:
     std::mutex mutex_;
     std::vector<Idle> idle_; // the one used last is at the end
     std::shared_ptr<CallLink> const calls_;
-    EventLink events_;
+    std::shared_ptr<EventLink> const events_;
 };
 
 } // namespace trs

@@ -131,7 +131,13 @@ void ObserverTable::tell(Registration const& registration, TipprmiSequence<Tippr
 {
     {
         std::unique_lock lock(mutex_);
-        changed_.wait(lock, [&] { return !isRunning(registration.observer) || !isRegistered(registration); });
+        auto const isOver = [&] { return !isRunning(registration.observer) || !isRegistered(registration); };
+        if (!isOver()) {
+            lock.unlock();
+            HandlerWait const waiting;
+            lock.lock();
+            changed_.wait(lock, isOver);
+        }
         if (!isRegistered(registration)) {
             return;
         }

@@ -71,6 +71,20 @@ trs::RunPermissionScope::~RunPermissionScope()
     }
 }
 
+trs::HandlerWait::HandlerWait()
+{
+    if (self.waits != nullptr) {
+        self.waits->begin();
+    }
+}
+
+trs::HandlerWait::~HandlerWait()
+{
+    if (self.waits != nullptr) {
+        self.waits->end();
+    }
+}
+
 bool TreflectORB::isHandlerThread() { return self.isHandler; }
 
 bool TreflectORB::hasRunPermission() { return self.hasPermission; }

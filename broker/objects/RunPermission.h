@@ -50,6 +50,15 @@ private:
     bool const isGiver_;
 };
 
+// For as long as the calling thread waits without the run permission for what other threads of its kind do.
+class HandlerWait {
+public:
+    HandlerWait();
+    HandlerWait(HandlerWait const&) = delete;
+    HandlerWait& operator=(HandlerWait const&) = delete;
+    ~HandlerWait();
+};
+
 // Makes the calling thread one of the broker's, to its end.
 void becomeHandlerThread();
 // Has the waiting of the calling thread told, to the thread's end.

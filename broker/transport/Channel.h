@@ -52,8 +52,9 @@ public:
                                  std::size_t& count) = 0;
     // The same without waiting: timedOut when there is nothing.
     virtual Received receiveNow(unsigned char* place, std::size_t room, std::size_t& count) = 0;
-    // Has the poller tell `number` of these events of the channel, canReceive and canSend, and no others. Of one poller
-    // in the channel's life. False when the system does not allow it.
+    // Has the poller tell `number` of these events of the channel, canReceive and canSend, and no others; of nothing,
+    // not even of its end, when it is neither. Of one poller in the channel's life. False when the system does not
+    // allow it.
     virtual bool watch(Poller& poller, Poller::Number number, Poller::Events events) = 0;
     // Of a channel that Dialer::begin() made and that can be sent to: empty, or why there is no connection.
     virtual std::string connectFailure() const { return {}; }

@@ -120,6 +120,8 @@ bool Poller::watch(int descriptor, Number number, Events events, bool isFirst)
     return ::epoll_ctl(set_, isFirst ? EPOLL_CTL_ADD : EPOLL_CTL_MOD, descriptor, &event) == 0;
 }
 
+bool Poller::ignore(int descriptor) { return ::epoll_ctl(set_, EPOLL_CTL_DEL, descriptor, nullptr) == 0; }
+
 // Milliseconds; under the lock.
 int Poller::waitTime()
 {

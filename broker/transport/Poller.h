@@ -63,6 +63,7 @@ public:
 
     // For channels. The descriptor's closing ends it. False when the system lets it not be watched.
     bool watch(int descriptor, Number number, Events events, bool isFirst);
+    bool ignore(int descriptor);
 
 private:
     struct Entry {

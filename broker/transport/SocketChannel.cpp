@@ -161,9 +161,9 @@ Channel::Received SocketChannel::receiveNow(unsigned char* place, std::size_t ro
 
 bool SocketChannel::watch(Poller& poller, Poller::Number number, Poller::Events events)
 {
-    bool const isFirst = !isWatched_;
-    isWatched_ = true;
-    return poller.watch(descriptor_, number, events, isFirst);
+    bool const wasWatched = isWatched_;
+    isWatched_ = events != Poller::nothing;
+    return isWatched_ ? poller.watch(descriptor_, number, events, !wasWatched) : poller.ignore(descriptor_);
 }
 
 std::string SocketChannel::connectFailure() const

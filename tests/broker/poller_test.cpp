@@ -141,6 +141,25 @@ TEST_P(Pollers, TellAsLongAsThereIsSomething)
     ends.first.reset(); // before its poller
 }
 
+// Not even that it has ended, which would be told again and again.
+TEST_P(Pollers, TellNothingOfAChannelThatIsNotWatchedForAWhile)
+{
+    Poller poller(Poller::Tells::always);
+    Running const running(poller);
+    auto const notebook = std::make_shared<Notebook>([&](Poller::Events) { near.watch(poller, 1, Poller::nothing); });
+    ASSERT_EQ(poller.add(notebook), 1U);
+    ASSERT_TRUE(near.watch(poller, 1, Poller::canReceive));
+    far.sendSome(room.data(), 2);
+    EXPECT_EQ(notebook->next(), Poller::canReceive);
+    ends.second.reset();
+    EXPECT_TRUE(notebook->isQuiet(20ms));
+    ASSERT_TRUE(near.watch(poller, 1, Poller::canReceive));
+    EXPECT_NE(notebook->next() & Poller::canReceive, 0U);
+    EXPECT_EQ(near.receiveNow(room.data(), room.size(), count), Channel::Received::some);
+    EXPECT_EQ(near.receiveNow(room.data(), room.size(), count), Channel::Received::closed);
+    ends.first.reset();
+}
+
 TEST_P(Pollers, TellWhenThereIsRoomAgain)
 {
     Poller poller(Poller::Tells::once);

@@ -95,6 +95,12 @@ public:
         return message;
     }
     bool isClosedByPeer() const { return read(1).empty(); }
+    // Whether something comes, or the peer closes, in that time.
+    bool hasInput(std::chrono::milliseconds time) const
+    {
+        pollfd waiting{value_, POLLIN, 0};
+        return ::poll(&waiting, 1, static_cast<int>(time.count())) > 0;
+    }
 
 private:
     int value_;
