@@ -1,5 +1,6 @@
 // trsctl's verbs on what happens at a unit, on all that it tells, and on how fast it answers.
 #include "catalogue/Text.h"
+#include "tests/support/LongWay.h"
 #include "tests/tools/Trsctl.h"
 #include "tools/trsctl/Predicate.h"
 
@@ -273,6 +274,31 @@ TEST_F(TrsctlLive, ShowsProgressOnATerminalOnly)
     EXPECT_THAT(atTerminal("--timeout 400 walk IpNode"),
                 testing::ContainsRegex("operations \\[#+\\.+\\] [0-9]+ of 31\r\033\\[KIpNode:IpNode getMtu"))
         << "a complaint has a line of its own";
+}
+
+// 20 ms there and back, as to a unit in another country: the answers come together, not one after the other.
+TEST_F(TrsctlLive, AsksForManyThingsAtOnce)
+{
+    using Clock = std::chrono::steady_clock;
+    constexpr std::chrono::milliseconds oneWay{10};
+    std::string const calls = path + ".a";
+    std::string const served = path + ".unit";
+    Unit const logging("unix:" + served, {"--log-calls", calls});
+    support::LongWay const way(path + ".far", served, oneWay);
+    for (char const* const verb : {"snapshot", "tree"}) {
+        std::filesystem::resize_file(calls, 0);
+        auto const begin = Clock::now();
+        ChildProcess child(program("trsctl"), {"--unit", "unix:" + path + ".far", verb});
+        std::size_t const lines = child.readRest().size();
+        EXPECT_EQ(child.waitForExit(), 0);
+        auto const time = Clock::now() - begin;
+        std::ifstream log(calls);
+        auto const count = std::count(std::istreambuf_iterator<char>(log), {}, '\n');
+        EXPECT_GT(count, 100);
+        EXPECT_LE(20 * time, count * 2 * oneWay) << verb << ": " << count << " calls for " << lines << " lines in "
+                                                 << std::chrono::duration<double>(time).count() << " s";
+    }
+    std::filesystem::remove(path + ".far");
 }
 
 } // namespace
