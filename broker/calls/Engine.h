@@ -49,7 +49,7 @@ private:
     void run();
     void flush();
 
-    Poller poller_{Poller::Tells::always};
+    Poller poller_{Poller::Tells::always, Poller::Waits::awakeFirst};
     std::mutex mutex_;
     bool isRunning_ = false;
     Thread thread_;

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <atomic>
-#include <climits>
+#include <limits>
 #include <sched.h>
 
 namespace trs {
@@ -14,6 +14,12 @@ namespace {
 constinit std::atomic<int> boundMicroseconds = 50;
 // Threads of the process that wait awake. One processor is left for those that have something to do.
 constinit std::atomic<unsigned> waitingThreads = 0;
+
+// Between two attempts without anybody in between.
+constinit std::atomic<std::chrono::steady_clock::rep> leastTime =
+    std::numeric_limits<std::chrono::steady_clock::rep>::max();
+// A switch to another thread and back takes more than this many times as long.
+constexpr int switchFactor = 2;
 
 constexpr unsigned char fewMisses = 2;
 constexpr unsigned char mostMisses = 7;
@@ -31,10 +37,15 @@ std::chrono::microseconds BusyWait::bound()
     return std::chrono::microseconds(boundMicroseconds.load(std::memory_order_relaxed));
 }
 
-bool BusyWait::letOthersRun()
+void BusyWait::letOthersRun() { ::sched_yield(); }
+
+bool BusyWait::haveOthersRun(Clock::duration time)
 {
-    ::sched_yield();
-    return true;
+    Clock::rep const least = leastTime.load(std::memory_order_relaxed);
+    if (time.count() < least) {
+        leastTime.store(time.count(), std::memory_order_relaxed);
+    }
+    return time.count() / switchFactor > least;
 }
 
 bool BusyWait::begin()
@@ -54,10 +65,10 @@ bool BusyWait::begin()
     return true;
 }
 
-void BusyWait::finish(bool isOver)
+void BusyWait::finish(bool wasWorthIt)
 {
     waitingThreads.fetch_sub(1, std::memory_order_relaxed);
-    if (isOver) {
+    if (wasWorthIt) {
         misses_ = 0;
         return;
     }

@@ -26,7 +26,7 @@ void discardAlarm(int alarm)
 
 } // namespace
 
-Poller::Poller(Tells tells) : tells_(tells), set_(::epoll_create1(EPOLL_CLOEXEC))
+Poller::Poller(Tells tells, Waits waits) : tells_(tells), waits_(waits), set_(::epoll_create1(EPOLL_CLOEXEC))
 {
     alarm_ = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
     epoll_event event{};
@@ -183,6 +183,16 @@ void Poller::takeReady(epoll_event const* ready, int count)
     }
 }
 
+int Poller::await(epoll_event* ready, int time)
+{
+    int count = 0;
+    if (time != 0 && waits_ == Waits::awakeFirst &&
+        busyWait_.wait([&] { return (count = ::epoll_wait(set_, ready, mostAtOnce, 0)) > 0; })) {
+        return count;
+    }
+    return ::epoll_wait(set_, ready, mostAtOnce, time);
+}
+
 void Poller::run(std::function<void()> const& afterwards)
 {
     std::unique_lock lock(mutex_);
@@ -191,7 +201,7 @@ void Poller::run(std::function<void()> const& afterwards)
         isWaiting_ = true;
         lock.unlock();
         std::array<epoll_event, mostAtOnce> ready;
-        int const count = ::epoll_wait(set_, ready.data(), mostAtOnce, time);
+        int const count = await(ready.data(), time);
         lock.lock();
         isWaiting_ = isWoken_ = false;
         takeReady(ready.data(), count);

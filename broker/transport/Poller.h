@@ -1,6 +1,8 @@
 // Waits for many channels at once.
 #pragma once
 
+#include "broker/machine/BusyWait.h"
+
 #include <chrono>
 #include <cstdint>
 #include <functional>
@@ -38,8 +40,10 @@ public:
     };
     // Whether a channel is told of once for each time that it was asked for, or as long as it is ready.
     enum class Tells { once, always };
+    // Whether it waits awake for a short time before it sleeps (BusyWait).
+    enum class Waits { asleep, awakeFirst };
 
-    explicit Poller(Tells tells);
+    explicit Poller(Tells tells, Waits waits = Waits::asleep);
     Poller(Poller const&) = delete;
     Poller& operator=(Poller const&) = delete;
     // Nobody runs it any more, and it watches no channel.
@@ -77,12 +81,14 @@ private:
     };
 
     void wake();
+    int await(epoll_event* ready, int time);
     int waitTime();
     void takeTold();
     void takeOver();
     void takeReady(epoll_event const* ready, int count);
 
     Tells const tells_;
+    Waits const waits_;
     std::string complaint_;
     int set_ = -1;   // of epoll
     int alarm_ = -1; // an eventfd
@@ -95,7 +101,9 @@ private:
     bool isWaiting_ = false;
     bool isWoken_ = false;
     bool isStopped_ = false;
-    std::vector<Call> calls_; // the running thread's own
+    // The running thread's own.
+    BusyWait busyWait_;
+    std::vector<Call> calls_;
 };
 
 } // namespace trs
