@@ -14,7 +14,6 @@ namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
-using testing::IsEmpty;
 using trs::catalogue::Outcome;
 using trs::catalogue::Value;
 using trs::catalogue::Walk;

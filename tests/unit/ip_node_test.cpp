@@ -8,7 +8,6 @@
 namespace {
 
 using Address = TipprmiArray<short, 4>;
-using testing::HasSubstr;
 
 Address address(short first, short second, short third, short fourth)
 {
