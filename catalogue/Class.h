@@ -64,11 +64,14 @@ struct Operation {
     std::span<Parameter const> parameters;
     std::string_view className; // of the class that declares it
     std::uint32_t classId;
+    bool isLocal; // an object in the caller's process is called as it is, without a message
 
     // As the header declares the parameters, in their order.
     std::vector<std::string_view> parameterNames() const;
     // What the header says of it.
     std::string_view comment() const;
+    // What a parameter that is a number is counted in, as the header says: "octets", "cells per second"; often nothing.
+    std::string_view unitOf(Parameter const& parameter) const;
     // "ResponseInfo<GetClient> getMtu(out long mtu)"
     std::string signature() const;
 };

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <fmt/format.h>
 #include <map>
 
@@ -56,6 +57,26 @@ Declaration const& declarationOf(Operation const& operation)
     return entry != found.end() ? *entry->second : none;
 }
 
+// What a comment says that numbers are counted in: "in octets", "in cells per second".
+std::string_view unitIn(std::string_view comment)
+{
+    constexpr std::string_view units[] = {"octets",  "cells per second", "kbit/s",
+                                          "seconds", "milliseconds",     "microseconds"};
+    constexpr std::string_view word = " in ";
+    for (std::size_t at = comment.find(word); at != std::string_view::npos; at = comment.find(word, at + 1)) {
+        std::string_view const rest = comment.substr(at + word.size());
+        for (std::string_view const unit : units) {
+            bool const isWhole =
+                rest.size() == unit.size() ||
+                (rest.size() > unit.size() && std::isalnum(static_cast<unsigned char>(rest[unit.size()])) == 0);
+            if (rest.starts_with(unit) && isWhole) {
+                return unit;
+            }
+        }
+    }
+    return {};
+}
+
 } // namespace
 
 std::string Type::text() const
@@ -91,6 +112,12 @@ std::vector<std::string_view> Operation::parameterNames() const
 }
 
 std::string_view Operation::comment() const { return declarationOf(*this).comment; }
+
+std::string_view Operation::unitOf(Parameter const& parameter) const
+{
+    bool const isNumber = parameter.type->kind >= Type::Kind::octet && parameter.type->kind <= Type::Kind::unsigned32;
+    return isNumber ? unitIn(comment()) : std::string_view();
+}
 
 std::string Operation::signature() const
 {

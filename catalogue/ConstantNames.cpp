@@ -4,6 +4,7 @@
 #include "catalogue/Constants.h"
 #include "catalogue/LimitNotation.h"
 #include "catalogue/LimitTable.h"
+#include "catalogue/Text.h"
 
 #include <algorithm>
 #include <cctype>
@@ -16,6 +17,7 @@ namespace trs::catalogue {
 namespace {
 
 constexpr std::size_t mostNamed = 12; // constants in a message
+constexpr std::string_view attributeBase = "QelBaseClient";
 
 bool isInteger(Type const& type)
 {
@@ -47,6 +49,7 @@ struct Place {
     Type const* record; // null: none
     std::string_view field;
     std::vector<std::string_view> const& classes;
+    std::string path = {}; // in the value: ".bfdInfo.bfdTimer", "[2]"
 };
 using Act = std::function<void(Value& value, Place const& place)>;
 
@@ -55,8 +58,9 @@ void forEachInteger(Type const& type, Value& value, Place const& place, Act cons
     if (isInteger(type)) {
         act(value, place);
     } else if (type.kind == Type::Kind::sequence && value.is_array()) {
-        for (Value& element : value) {
-            forEachInteger(*type.element, element, place, act);
+        for (std::size_t i = 0; i < value.size(); ++i) {
+            forEachInteger(*type.element, value[i],
+                           {place.record, place.field, place.classes, place.path + '[' + std::to_string(i) + ']'}, act);
         }
     } else if (type.kind == Type::Kind::record && value.is_object()) {
         std::vector<std::string_view> classes = place.classes;
@@ -64,7 +68,7 @@ void forEachInteger(Type const& type, Value& value, Place const& place, Act cons
         for (Field const& field : type.fields) {
             std::string const name(field.name);
             if (value.contains(name)) {
-                forEachInteger(*field.type, value[name], {&type, field.name, classes}, act);
+                forEachInteger(*field.type, value[name], {&type, field.name, classes, place.path + '.' + name}, act);
             }
         }
     }
@@ -164,10 +168,29 @@ std::optional<std::int64_t> numberNamed(std::string_view name, Place const& plac
                                                             : numberOf(name);
 }
 
+// The same for a name in whatever case, where it can be only one.
+std::optional<std::int64_t> numberCalled(std::string_view name, Place const& place,
+                                         std::vector<NamedValue> const& names)
+{
+    std::vector<std::string_view> found;
+    auto const add = [&](std::string_view each) {
+        if (isSameWord(each, name) && std::ranges::find(found, each) == found.end()) {
+            found.push_back(each);
+        }
+    };
+    for (std::string_view const className : place.classes) {
+        if (Class const* const type = findClass(className)) {
+            std::ranges::for_each(constantsOf(*type), [&](Constant const* each) { add(each->name); });
+        }
+    }
+    std::ranges::for_each(names, [&](NamedValue const& each) { add(each.name); });
+    return found.size() == 1 ? numberNamed(found.front(), place, names) : std::nullopt;
+}
+
 // Why a word stands for no number at that place.
 std::string unknown(std::string_view word, Place const& place, std::vector<NamedValue> const& names)
 {
-    std::string text = '\'' + printable(word) + "' is neither a number nor ";
+    std::string text = place.path + (place.path.empty() ? "'" : ": '") + printable(word) + "' is neither a number nor ";
     if (names.empty() || names.size() > mostNamed) {
         return text + "a constant of " + std::string(place.classes[0]);
     }
@@ -188,7 +211,8 @@ std::string resolve(std::string const& text, Place const& place, Value& value)
     std::vector<NamedValue> const names = namesAt(place);
     std::int64_t bits = 0;
     for (std::string_view const part : parts) {
-        std::optional<std::int64_t> const number = numberNamed(part, place, names);
+        std::optional<std::int64_t> number = numberNamed(part, place, names);
+        number = number ? number : numberCalled(part, place, names);
         if (!number) {
             return unknown(part, place, names);
         }
@@ -218,6 +242,22 @@ std::string resolveConstants(Class const& type, Operation const& operation, Type
         }
     });
     return wrong;
+}
+
+void nameConstants(Class const& type, Operation const& operation, Value& values)
+{
+    // What an attribute object keeps is one of the constants of its class, if that has any.
+    if (operation.classId != type.id && values.contains("result") && values["result"].is_number_integer()) {
+        Class const* const declares = findClass(operation.classId);
+        bool const isAttribute = declares != nullptr && declares->baseName == attributeBase;
+        auto const constants = isAttribute ? constantsOf(type) : std::vector<Constant const*>();
+        auto const found =
+            std::ranges::find_if(constants, [&](Constant const* each) { return each->value == values["result"]; });
+        if (found != constants.end()) {
+            values["result"] = (*found)->name;
+        }
+    }
+    nameConstants(operation, values);
 }
 
 void nameConstants(Operation const& operation, Value& values)

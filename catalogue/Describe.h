@@ -171,7 +171,7 @@ struct OperationsOf<Proxy, RowList<Row...>> {
     static constexpr std::array<Operation, sizeof...(Row)> all{
         Operation{Row::name, Row::index, resultType<typename Row::Signature::Result>(),
                   ParametersOf<typename Row::Signature::Arguments>::all, Operations<Proxy>::className,
-                  Operations<Proxy>::classId}...};
+                  Operations<Proxy>::classId, Row::isLocal}...};
 };
 
 template <class Proxy>

@@ -1,5 +1,6 @@
 #include "catalogue/OperationKind.h"
 
+#include "catalogue/Text.h"
 #include "rmi/NameOf.h"
 #include "rmi/ResponseInfo.h"
 
@@ -53,12 +54,6 @@ Word const* wordOf(Operation const& operation)
                : found;
 }
 
-bool isSame(std::string_view one, std::string_view other)
-{
-    return std::ranges::equal(one, other,
-                              [](unsigned char a, unsigned char b) { return std::tolower(a) == std::tolower(b); });
-}
-
 bool isUpper(char letter) { return std::isupper(static_cast<unsigned char>(letter)) != 0; }
 
 // Whether the operation reads what the other one, which begins with that word, sets.
@@ -66,7 +61,7 @@ bool isReaderOf(Operation const& reader, Operation const& writer)
 {
     Word const* const reading = wordOf(reader);
     if (reading == nullptr || reading->kind != OperationKind::read || !reading->leadsToSubject ||
-        !isSame(subjectOf(reader), subjectOf(writer))) {
+        !isSameWord(subjectOf(reader), subjectOf(writer))) {
         return false;
     }
     std::vector<Type const*> types = typesOf(reader, true);
@@ -118,13 +113,16 @@ Operation const* find(Class const& type, std::string_view name, OperationKind ki
     std::vector<Operation const*> const all = type.operations();
     for (Word const& word : nameWords) {
         auto const found = std::find_if(all.rbegin(), all.rend(), [&](Operation const* candidate) {
-            return word.kind == kind && wordOf(*candidate) == &word && isSame(subjectOf(*candidate), name);
+            return word.kind == kind && wordOf(*candidate) == &word && isSameWord(subjectOf(*candidate), name);
         });
         if (found != all.rend()) {
             return *found;
         }
     }
-    return exact;
+    // Its name in another case, where only one is called so.
+    auto const isCalled = [&](Operation const* candidate) { return isSameWord(candidate->name, name); };
+    auto const other = std::ranges::find_if(all, isCalled);
+    return exact != nullptr || std::ranges::count_if(all, isCalled) != 1 ? exact : *other;
 }
 
 std::vector<Type const*> typesOf(Operation const& operation, bool isIn)

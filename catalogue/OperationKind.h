@@ -31,8 +31,8 @@ std::string_view subjectOf(Operation const& operation);
 std::string briefNameOf(Operation const& operation);
 
 // The operation that a person means: one of the kind that has that name or that subject, the latter in whatever case
-// letters are, getX before isX before hasX, a class's own before its base's; else one of that name and another kind.
-// Null when there is none.
+// letters are, getX before isX before hasX, a class's own before its base's; else one of that name and another kind, or
+// the only one of that name in another case. Null when there is none.
 Operation const* find(Class const& type, std::string_view name, OperationKind kind);
 
 // The types that an operation takes or tells, in order; a status is not told.

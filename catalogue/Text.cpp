@@ -2,7 +2,9 @@
 
 #include "broker/PrintableText.h"
 
+#include <algorithm>
 #include <array>
+#include <cctype>
 #include <charconv>
 #include <ctime>
 #include <fmt/format.h>
@@ -55,6 +57,12 @@ std::string splitWords(std::string_view line, Words& words)
         }
     }
     return quote == 0 ? "" : "the quote that opens '" + printable(line.substr(opened + 1)) + "' is not closed";
+}
+
+bool isSameWord(std::string_view one, std::string_view other)
+{
+    return std::ranges::equal(one, other,
+                              [](unsigned char a, unsigned char b) { return std::tolower(a) == std::tolower(b); });
 }
 
 bool parseNumber(std::string_view text, long least, long most, long& number)

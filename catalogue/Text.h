@@ -14,6 +14,9 @@ using Words = std::vector<std::string>;
 // begins a comment. Empty, or what is wrong with the line; the words before that are there.
 std::string splitWords(std::string_view line, Words& words);
 
+// Whether two words of ASCII differ in the case of letters at most.
+bool isSameWord(std::string_view one, std::string_view other);
+
 // A decimal number from `least` to `most`. False, with `number` as it was, when the text is none.
 bool parseNumber(std::string_view text, long least, long most, long& number);
 

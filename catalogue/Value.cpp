@@ -3,6 +3,7 @@
 #include "broker/PrintableText.h"
 #include "catalogue/Json.h"
 #include "catalogue/ObjectName.h"
+#include "catalogue/Text.h"
 #include "rmi/ResponseInfo.h"
 #include "rmi/Wire.h"
 
@@ -136,7 +137,14 @@ std::string writeNumber(TipprmiStream& stream, Type const& type, Value const& va
 std::string writeEnumerator(TipprmiStream& stream, Type const& type, Value const& value)
 {
     if (value.is_string()) {
-        auto const found = std::ranges::find(type.enumerators, value.get_ref<std::string const&>(), &Enumerator::name);
+        auto const& name = value.get_ref<std::string const&>();
+        auto found = std::ranges::find(type.enumerators, name, &Enumerator::name);
+        if (found == type.enumerators.end()) { // in whatever case where it can be only one
+            auto const isCalled = [&name](Enumerator const& each) { return isSameWord(each.name, name); };
+            found = std::ranges::count_if(type.enumerators, isCalled) == 1
+                        ? std::ranges::find_if(type.enumerators, isCalled)
+                        : found;
+        }
         if (found != type.enumerators.end()) {
             return writeNumber(stream, type, found->value);
         }

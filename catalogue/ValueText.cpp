@@ -16,7 +16,8 @@ std::string parseComposed(std::string const& text, Value& value)
 {
     std::string json = text;
     if (text.starts_with('@')) {
-        if (std::string why = readWholeFile(text.substr(1), json); !why.empty()) {
+        std::string const file = text.substr(1);
+        if (std::string why = file == "-" ? readStandardInput(json) : readWholeFile(file, json); !why.empty()) {
             return why;
         }
     }
@@ -39,6 +40,15 @@ Value readNumber(std::string const& text)
 
 std::string parseValue(Type const& type, std::string const& text, Value& value)
 {
+    bool const isSimple = type.kind != Type::Kind::record && type.kind != Type::Kind::sequence &&
+                          (type.kind != Type::Kind::array || isAddress(type));
+    if (isSimple && text == "@-") {
+        std::string given;
+        std::string why = readStandardInput(given);
+        bool const isLine = type.kind != Type::Kind::text && given.ends_with('\n');
+        given.resize(given.size() - (isLine ? 1 : 0));
+        return !why.empty() ? why : given == "@-" ? "standard input refers to itself" : parseValue(type, given, value);
+    }
     bool const isComposed = type.kind == Type::Kind::record || type.kind == Type::Kind::sequence ||
                             (type.kind == Type::Kind::array && (!isAddress(type) || text.starts_with('[')));
     if (isComposed) {

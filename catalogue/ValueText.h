@@ -10,7 +10,8 @@
 namespace trs::catalogue {
 
 // A value from text: a number (also 0x...), true or false, a name, an address, a plain text; for records, sequences and
-// arrays JSON, or that of the file FILE as "@FILE". Empty, or what is wrong with the text; writeValue() tells the rest.
+// arrays JSON, or that of the file FILE as "@FILE"; any of them from standard input as "@-". Empty, or what is wrong
+// with the text; writeValue() tells the rest.
 std::string parseValue(Type const& type, std::string const& text, Value& value);
 
 // Calls `visit` with each part that has none of its own, and its path, such as "addresses[0].ipAddress". An empty

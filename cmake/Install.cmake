@@ -36,12 +36,14 @@ if(TRSMAN_BUILD_TOOLS)
         install(FILES ${CMAKE_BINARY_DIR}/man/${program}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
     endforeach()
     set(completions ${CMAKE_BINARY_DIR}/completions)
-    install(FILES ${completions}/bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME trsctl
-        COMPONENT tools)
-    install(FILES ${completions}/zsh DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions RENAME _trsctl
-        COMPONENT tools)
-    install(FILES ${completions}/fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d RENAME trsctl.fish
-        COMPONENT tools)
+    foreach(program IN LISTS tool_programs)
+        install(FILES ${completions}/${program}.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+            RENAME ${program} COMPONENT tools)
+        install(FILES ${completions}/${program}.zsh DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions
+            RENAME _${program} COMPONENT tools)
+        install(FILES ${completions}/${program}.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d
+            COMPONENT tools)
+    endforeach()
 endif()
 
 # For scripts/check-install: the headers that the libraries have in their lists, one a line.

@@ -68,6 +68,41 @@ TEST_F(TrsctlTable, NoVerbAndNoOptionIsMissing)
     }
 }
 
+TEST_F(TrsctlTable, TheOtherProgramsAreCompletedToo)
+{
+    ChildProcess bash("/bin/bash", {"-c", "PATH=" + program("") +
+                                              ":$PATH\neval \"$(trssim --completion bash)\"\n"
+                                              "COMP_WORDS=(trssim --clock s) COMP_CWORD=2\n_trssim\n"
+                                              "printf '%s\\n' \"${COMPREPLY[@]}\"\n"
+                                              "COMP_WORDS=(trssim --sc) COMP_CWORD=1\n_trssim\n"
+                                              "printf '%s\\n' \"${COMPREPLY[@]}\""});
+    EXPECT_EQ(bash.waitForExit(), 0);
+    EXPECT_THAT(bash.readRest(), ElementsAre("stepped", "--scenario"));
+    for (char const* const name : {"trssim", "trsadapter"}) {
+        ChildProcess fish("/usr/bin/fish", {"-N", "-c",
+                                            program(name) +
+                                                " --completion fish | source; "
+                                                "complete -C '" +
+                                                std::string(name) + " --log-level e'"});
+        EXPECT_EQ(fish.waitForExit(), 0);
+        EXPECT_THAT(fish.readRest(), Contains(testing::StartsWith("error"))) << name;
+        ChildProcess zsh("/bin/zsh",
+                         {"-f", "-n", "-c", joined(ChildProcess(program(name), {"--completion", "zsh"}).readRest())});
+        EXPECT_EQ(zsh.waitForExit(), 0) << name;
+    }
+}
+
+TEST_F(TrsctlTable, ValuesAreCompleted)
+{
+    EXPECT_THAT(complete({"set", "IpNode", "transportMode", ""}),
+                IsSupersetOf({"mode=", "TRANSPORT_MODE_IUBIP", "TRANSPORT_MODE_DUALIUB"}));
+    EXPECT_THAT(complete({"set", "IpNode", "transportMode", "mode=TRANSPORT_MODE_I"}),
+                ElementsAre("mode=TRANSPORT_MODE_IUBIP"));
+    EXPECT_THAT(complete({"call", "IpNode", "setIpConfig", "nu"}), ElementsAre("number="));
+    EXPECT_THAT(complete({"set", "IpNode", "mplaneActivated", "t"}), ElementsAre("true"));
+    EXPECT_THAT(complete({"call", "RmAccess:x", "setRestrictedMode", ""}), Contains("RESTRICTED_MODE_STATE_0"));
+}
+
 TEST_F(TrsctlTable, ManualPagesAreWellFormed)
 {
     for (char const* const name : {"trsctl", "trssim", "trsadapter"}) {

@@ -176,7 +176,8 @@ TEST_F(TrsctlTraffic, TellsEverybodyOfAUnitThatIsNotReached)
                             {"--unit", line.substr(9, line.find(' ', 9) - 9), "get", "IpNode", "mtu"});
         EXPECT_EQ(client.waitForExit(), 6);
         EXPECT_THAT(client.readLine(ChildProcess::Stream::error), testing::Optional(HasSubstr(": " + why + "; ")));
-        EXPECT_EQ(trace.readLine(ChildProcess::Stream::error), why);
+        EXPECT_THAT(trace.readLine(ChildProcess::Stream::error),
+                    testing::Optional(HasSubstr("{\"error\":\"" + why + "\",\"kind\":\"notConnected\"")));
         Value const refusal = Value::parse(trace.readUntil("from unit"), nullptr, false);
         EXPECT_EQ(refusal["kind"], "greeting");
         EXPECT_EQ(refusal["status"], "refused");
@@ -208,10 +209,10 @@ TEST_F(TrsctlTraffic, CapturesForLater)
     Value const counted = Value::parse(output({"stats", file, "--format", "json"}), nullptr, false);
     ASSERT_EQ(counted.size(), 4U);
     EXPECT_EQ(counted[0]["operation"], "IfNetClient.getMtu");
-    EXPECT_EQ(counted[0]["errors"], "1");
+    EXPECT_EQ(counted[0]["errors"], 1);
     EXPECT_EQ(counted[3]["operation"], "IpNodeClient.setMtu");
-    EXPECT_EQ(counted[3]["calls"], "1");
-    EXPECT_EQ(counted[3]["bytesFromUnit"], "20");
+    EXPECT_EQ(counted[3]["calls"], 1);
+    EXPECT_EQ(counted[3]["bytesFromUnit"], 20);
 
     // A capture that is cut shows what is whole, and says so.
     std::filesystem::resize_file(file, std::filesystem::file_size(file) - 3);

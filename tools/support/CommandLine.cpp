@@ -3,7 +3,9 @@
 #include "broker/Log.h"
 #include "broker/PrintableText.h"
 #include "broker/transport/Endpoint.h"
+#include "tools/support/CompletionScript.h"
 #include "tools/support/ManPage.h"
+#include "tools/support/Nearest.h"
 #include "tools/support/StandardStreams.h"
 
 #include <CLI/CLI.hpp>
@@ -51,7 +53,7 @@ struct Adder {
 
     CLI::Option* operator()(std::monostate /*unused*/) const
     {
-        return option.name == "--help"
+        return option.longName() == "--help"
                    ? app.set_help_flag(option.name, option.help)
                    : app.set_version_flag(option.name, app.get_name() + " " TRSMAN_VERSION, option.help);
     }
@@ -99,7 +101,12 @@ void addTo(CLI::App& app, Option const& option)
         added->check(CLI::Validator([check = option.check](std::string const& text) { return check(text); }, ""));
     }
     if (auto const* const take = std::get_if<Option::Take>(&option.target)) {
-        added->check(CLI::Validator([take = *take](std::string const& text) { return take(text); }, ""));
+        added->check(CLI::Validator(
+            [take = *take](std::string text) {
+                unguard(text);
+                return take(text);
+            },
+            ""));
     }
     if (!option.environment.empty()) {
         added->envname(option.environment);
@@ -115,6 +122,22 @@ std::string footerOf(OptionTable const& table)
     return table.exitCodes.empty() ? std::string() : "Exit codes: " + table.exitCodes;
 }
 
+// What the help of a verb says under its options: an example, and what all verbs take.
+std::string footerOf(OptionTable const& table, Verb const& verb)
+{
+    constexpr std::size_t widest = 30;
+    std::string text = verb.example.empty() ? "" : "Example: " + table.program + ' ' + verb.example + "\n\n";
+    text += "Options of all verbs:\n";
+    for (Option const& option : table.options) {
+        if (!option.isArgument()) {
+            std::string const name = "  " + option.name + (option.takesValue() ? ' ' + option.valueName() : "");
+            std::string const margin = name.size() + 2 > widest ? '\n' + std::string(widest, ' ') : std::string();
+            text += fmt::format("{:{}}{}{}\n", name, margin.empty() ? widest : 0, margin, option.help);
+        }
+    }
+    return text;
+}
+
 void addTo(CLI::App& app, OptionTable const& table)
 {
     for (Option const& option : table.options) {
@@ -124,9 +147,7 @@ void addTo(CLI::App& app, OptionTable const& table)
         CLI::App& added = *app.add_subcommand(verb.name, verb.help);
         added.fallthrough(); // the program's own options may also follow
         added.group(verb.isHidden ? "" : "Subcommands");
-        if (!verb.example.empty()) {
-            added.footer("Example: " + table.program + " " + verb.example);
-        }
+        added.footer([&table, &verb] { return footerOf(table, verb); });
         if (verb.chosen) {
             added.final_callback(verb.chosen);
         }
@@ -138,15 +159,49 @@ void addTo(CLI::App& app, OptionTable const& table)
     app.footer(footerOf(table));
 }
 
-// Says why the command line ends the program, be it what was asked for or wrong. The exit code.
-int tell(CLI::App const& app, CLI::Error const& end)
+// The names of all options that a verb, or without one the program, takes.
+std::vector<std::string> optionNames(OptionTable const& table, Verb const* verb)
 {
-    std::ostringstream asked;
-    std::ostringstream wrong;
-    int const code = app.exit(end, asked, wrong);
-    print(asked.str());
-    std::fputs(wrong.str().c_str(), stderr);
-    return code == 0 ? 0 : CommandLine::wrongUsage;
+    std::vector<std::string> names;
+    auto const add = [&names](std::vector<Option> const& options) {
+        for (Option const& each : options) {
+            if (!each.isArgument()) {
+                names.emplace_back(each.longName());
+            }
+        }
+    };
+    add(table.options);
+    if (verb != nullptr) {
+        add(verb->options);
+    }
+    return names;
+}
+
+// What is wrong with words that nothing takes.
+std::string whyUnknown(OptionTable const& table, CLI::App const& app)
+{
+    std::vector<std::string> const left = app.remaining(true);
+    std::string word = left.empty() ? "" : left.front();
+    unguard(word);
+    std::string const quoted = '\'' + printable(word) + '\'';
+    std::vector<CLI::App*> const chosen = app.get_subcommands();
+    auto const verb = std::ranges::find_if(
+        table.verbs, [&](Verb const& each) { return !chosen.empty() && each.name == chosen.front()->get_name(); });
+    bool const isVerb = verb != table.verbs.end();
+    std::string const taker = table.program + (isVerb ? ' ' + verb->name : "");
+    if (word.starts_with('-')) {
+        std::vector<std::string> const names = optionNames(table, isVerb ? &*verb : nullptr);
+        return quoted + " is no option of " + taker + didYouMean(word.substr(0, word.find('=')), names);
+    }
+    if (table.needsVerb && !isVerb) {
+        std::vector<std::string> verbs;
+        for (Verb const& each : table.verbs) {
+            verbs.push_back(each.isHidden ? "" : each.name);
+        }
+        return quoted + " is no verb of " + table.program + "; " + table.program + " --help lists them" +
+               didYouMean(word, verbs);
+    }
+    return quoted + " is one word too many for " + taker;
 }
 
 } // namespace
@@ -203,7 +258,17 @@ void CommandLine::addCommonOptions()
                     {{"none", 0}, {"error", 3}, {"warning", 4}, {"info", 6}, {"debug", 7}},
                     [this](int severity) { logLevel_ = severity; }));
     add({.name = "--version", .help = "Print the version and end"});
-    add({.name = "--help", .help = "Print this help and end"});
+    add({.name = "-h,--help", .help = "Print this help and end"});
+}
+
+int CommandLine::complain(std::string const& what) const
+{
+    if (wrong_) {
+        wrong_(what);
+    } else {
+        std::fprintf(stderr, "%s\n", what.c_str());
+    }
+    return wrongUsage;
 }
 
 std::optional<int> CommandLine::parse(std::vector<std::string> words)
@@ -213,6 +278,14 @@ std::optional<int> CommandLine::parse(std::vector<std::string> words)
         print(manPage(table_, TRSMAN_VERSION));
         return 0;
     }
+    if (words.size() == 2 && words.front() == "--completion") { // likewise
+        print(completionScript(table_, words.back()));
+        return 0;
+    }
+    if (!words.empty() && words.front() == "help") {
+        words.erase(words.begin());
+        words.emplace_back("--help");
+    }
     for (std::string& word : words) {
         guard(word);
     }
@@ -221,18 +294,21 @@ std::optional<int> CommandLine::parse(std::vector<std::string> words)
     try {
         addTo(app, table_);
         app.parse(std::move(words));
+    } catch (CLI::Success const& end) {
+        std::ostringstream asked;
+        app.exit(end, asked, asked);
+        print(asked.str());
+        return 0;
+    } catch (CLI::ExtrasError const&) {
+        return complain(whyUnknown(table_, app));
     } catch (CLI::RequiredError const& end) {
         if (!table_.needsVerb || !app.get_subcommands().empty()) {
-            return tell(app, end);
+            return complain(end.what());
         }
-        std::vector<std::string> const unknown = app.remaining();
-        std::string const wrong = unknown.empty()
-                                      ? "a verb is required"
-                                      : '\'' + printable(unknown.front()) + "' is no verb of " + table_.program;
-        std::fprintf(stderr, "%s; %s --help lists them\n", wrong.c_str(), table_.program.c_str());
-        return wrongUsage;
+        return complain(app.remaining().empty() ? "a verb is required; " + table_.program + " --help lists them"
+                                                : whyUnknown(table_, app));
     } catch (CLI::ParseError const& end) {
-        return tell(app, end);
+        return complain(end.what());
     }
     setLogLevel(logLevel_);
     return std::nullopt;

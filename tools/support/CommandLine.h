@@ -3,14 +3,15 @@
 
 #include "tools/support/OptionTable.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace trs::tools {
 
-// Adds --log-level, --help and --version to the options that a program adds itself, and --man, which writes its manual
-// page.
+// Adds --log-level, --help and --version to the options that a program adds itself, --man, which writes its manual
+// page, and --completion, which writes what a shell completes of a program without verbs.
 class CommandLine {
 public:
     static constexpr int wrongUsage = 2;
@@ -27,7 +28,11 @@ public:
     // Adds the options that all programs have, so that they come behind its own. parse() does when nobody did.
     void addCommonOptions();
 
-    // Reads the command line and sets the log level. The exit code, when the program is to end: 0 after --help and
+    // Has what is wrong with a command line said by `say` instead of written to standard error.
+    void onWrong(std::function<void(std::string const&)> say) { wrong_ = std::move(say); }
+
+    // Reads the command line and sets the log level. `help` in front, and -h, are --help: `help VERB`. The exit code,
+    // when the program is to end: 0 after --help and
     // --version, wrongUsage after saying what is wrong.
     std::optional<int> parse(std::vector<std::string> words);
     std::optional<int> parse(int argc, char** argv) { return parse({argv + 1, argv + argc}); }
@@ -43,7 +48,10 @@ public:
     static Option timeoutOption(int& milliseconds);
 
 private:
+    int complain(std::string const& what) const;
+
     OptionTable table_;
+    std::function<void(std::string const&)> wrong_;
     int logLevel_;
     bool hasCommonOptions_ = false;
     bool exitsOnEof_ = false;

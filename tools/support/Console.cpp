@@ -39,10 +39,12 @@ Console::Console(std::string const& endCommand, std::function<void()> hurry)
              sayHelp();
              return std::string();
          }});
-    add({endCommand, "", "ends the program", [this](catalogue::Words const&) {
-             end();
-             return std::string();
-         }});
+    for (std::string const& name : {endCommand, std::string("exit"), std::string("quit")}) {
+        add({name, "", name == endCommand ? "ends the program" : "the same", [this](catalogue::Words const&) {
+                 end();
+                 return std::string();
+             }});
+    }
     onOutputGone([this] { end(); });
 }
 

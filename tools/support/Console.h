@@ -26,7 +26,7 @@ struct Command {
 };
 
 // From construction on, SIGTERM and SIGINT end run() and nothing else, as standard output does that takes no more. The
-// commands `help` and one that ends the program are there from the start.
+// commands `help` and one that ends the program, which `exit` and `quit` do too, are there from the start.
 class Console {
 public:
     // `endCommand`: the name of the command that ends the program. `hurry`, if any, is called on a thread of its own

@@ -1,7 +1,5 @@
 #include "tools/traffic/Statistics.h"
 
-#include "tools/support/Quantiles.h"
-
 namespace trs::traffic {
 
 void Statistics::add(Packet const& packet, Conversation::Told const& told)
@@ -13,7 +11,7 @@ void Statistics::add(Packet const& packet, Conversation::Told const& told)
     entry.errors += told.value["status"] != "done" || told.value.contains("wrong") ? 1U : 0U;
     entry.bytesToUnit += told.requestSize;
     entry.bytesFromUnit += packet.message.size();
-    entry.durations.push_back(told.duration->count());
+    entry.durations.add(told.duration->count());
 }
 
 std::vector<std::string> Statistics::head()
@@ -21,13 +19,12 @@ std::vector<std::string> Statistics::head()
     return {"operation", "calls", "errors", "p50us", "p99us", "bytesToUnit", "bytesFromUnit"};
 }
 
-std::vector<std::vector<std::string>> Statistics::rows() const
+std::vector<std::vector<catalogue::Value>> Statistics::rows() const
 {
-    std::vector<std::vector<std::string>> rows;
+    std::vector<std::vector<catalogue::Value>> rows;
     for (auto const& [operation, entry] : entries_) {
-        std::vector<std::string> const spread = tools::quantiles(entry.durations, {0.5, 0.99});
-        rows.push_back({operation, std::to_string(entry.durations.size()), std::to_string(entry.errors), spread[0],
-                        spread[1], std::to_string(entry.bytesToUnit), std::to_string(entry.bytesFromUnit)});
+        rows.push_back({operation, entry.durations.count(), entry.errors, entry.durations.quantile(0.5),
+                        entry.durations.quantile(0.99), entry.bytesToUnit, entry.bytesFromUnit});
     }
     return rows;
 }

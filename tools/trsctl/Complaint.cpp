@@ -1,13 +1,98 @@
 #include "tools/trsctl/Complaint.h"
 
+#include "broker/PrintableText.h"
+#include "catalogue/Json.h"
+
+#include <algorithm>
+#include <atomic>
 #include <cstdio>
 
 namespace trs::ctl {
 
-ExitCode complain(std::string const& what, ExitCode code)
+namespace {
+
+std::atomic<Format> complaintFormat = Format::text;
+
+// What an exit code stands for, and the failure of a call that has it.
+std::string_view kindOf(ExitCode code)
 {
-    std::fprintf(stderr, "%s\n", what.c_str());
+    switch (code) {
+    case ExitCode::usage:
+        return "usage";
+    case ExitCode::noSuchObject:
+        return "noSuchObject";
+    case ExitCode::refused:
+        return "refused";
+    case ExitCode::deadline:
+        return "deadline";
+    case ExitCode::unreachable:
+        return "notConnected";
+    case ExitCode::malformedReply:
+        return "malformedReply";
+    case ExitCode::noSuchOperation:
+        return "noSuchOperation";
+    default:
+        return "incomplete";
+    }
+}
+
+// For a terminal: lines stay lines, and backslashes stay, as what is quoted from elsewhere is escaped already.
+std::string escapedLines(std::string_view text)
+{
+    constexpr std::string_view backslash = "\\x5c";
+    std::string lines;
+    for (;;) {
+        std::size_t const length = std::min(text.find('\n'), text.size());
+        std::string line = escaped(text.substr(0, length));
+        for (std::size_t at = line.find(backslash); at != std::string::npos; at = line.find(backslash, at + 1)) {
+            line.replace(at, backslash.size(), "\\");
+        }
+        lines += line + '\n';
+        if (length == text.size()) {
+            return lines;
+        }
+        text.remove_prefix(length + 1);
+    }
+}
+
+void writeError(std::string const& text) { std::fputs(text.c_str(), stderr); }
+
+ExitCode say(std::string const& what, std::string_view kind, std::string_view carriedOut, ExitCode code)
+{
+    if (complaintFormat == Format::json) {
+        catalogue::Value const value{
+            {"error", what}, {"kind", kind}, {"carriedOut", carriedOut}, {"exitCode", static_cast<int>(code)}};
+        writeError(catalogue::toJson(value, -1) + '\n');
+    } else {
+        writeError(escapedLines(what));
+    }
     return code;
+}
+
+} // namespace
+
+void setComplaintFormat(Format format) { complaintFormat = format; }
+
+ExitCode complain(std::string const& what, ExitCode code, std::string_view carriedOut)
+{
+    return say(what, kindOf(code), carriedOut, code);
+}
+
+ExitCode complain(std::string const& what, CallFailure const& failure)
+{
+    using CarriedOut = CallFailure::CarriedOut;
+    ExitCode const code = exitCodeOf(failure);
+    return say(what, failure.kind == CallFailure::Kind::connectionLost ? "connectionLost" : kindOf(code),
+               failure.carriedOut == CarriedOut::no    ? "no"
+               : failure.carriedOut == CarriedOut::yes ? "yes"
+                                                       : "unknown",
+               code);
+}
+
+void note(std::string const& what)
+{
+    writeError(complaintFormat == Format::json ? catalogue::toJson(catalogue::Value{{"note", what}}, -1) + '\n'
+                                               : "note: " + escapedLines(what));
 }
 
 } // namespace trs::ctl

@@ -1,9 +1,11 @@
 #include "tools/trsctl/Completion.h"
 
 #include "broker/PrintableText.h"
-#include "catalogue/Walk.h"
+#include "catalogue/Limits.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/trsctl/Target.h"
+#include "tools/trsctl/UnitWalk.h"
+#include "tools/trsctl/Units.h"
 
 #include <algorithm>
 #include <set>
@@ -33,9 +35,8 @@ std::vector<std::string> objectsOf(Program::Options options)
     catalogue::Walk walk({.mostObjects = mostCandidates});
     walk.begin(target.name);
     TreflectHandlerState const running;
-    catalogue::makeCalls(
-        walk, [](catalogue::Visit const& visit) { return !isUnitLost(visit.outcome); },
-        std::chrono::steady_clock::now() + patience);
+    walkUnit(walk, {[](catalogue::Visit const& visit) { return !isUnitLost(visit.outcome); }, [](KeyedVisit const&) {}},
+             std::chrono::steady_clock::now() + patience);
     for (catalogue::Walk::Object const& object : walk.objects()) {
         // What a terminal must not be shown cannot be typed either.
         if (std::string const name = object.name.text(); object.from != nullptr && escaped(name) == name) {
@@ -45,9 +46,30 @@ std::vector<std::string> objectsOf(Program::Options options)
     return found;
 }
 
+std::vector<std::string> unitNames()
+{
+    std::vector<NamedUnit> units;
+    readUnits(units);
+    std::vector<std::string> names;
+    std::ranges::transform(units, std::back_inserter(names), &NamedUnit::name);
+    return names;
+}
+
+std::vector<std::string> unitLabels()
+{
+    std::vector<NamedUnit> units;
+    readUnits(units);
+    std::vector<std::string> labels;
+    for (NamedUnit const& each : units) {
+        std::ranges::copy(each.labels, std::back_inserter(labels));
+    }
+    return labels;
+}
+
 std::vector<std::string> classes()
 {
     std::vector<std::string> names;
+    names.reserve(catalogue::classes().size());
     for (Class const* const each : catalogue::classes()) {
         names.emplace_back(each->interface);
     }
@@ -64,7 +86,6 @@ std::vector<catalogue::Operation const*> operationsOf(std::string const& object)
 std::vector<std::string> namesOf(std::vector<catalogue::Operation const*> const& operations)
 {
     std::vector<std::string> names;
-    names.reserve(operations.size());
     for (catalogue::Operation const* const each : operations) {
         names.emplace_back(each->name);
     }
@@ -97,6 +118,61 @@ std::vector<std::string> classesOrOperations(std::string const& typed)
         names.push_back(typed.substr(0, dot + 1) + std::string(each->name));
     }
     return names;
+}
+
+// What may stand behind "NAME=" of a value, or in its place: true and false, enumerators, and the constants that its
+// limits name.
+std::vector<std::string> valuesOf(catalogue::Operation const& operation, std::size_t parameter)
+{
+    catalogue::Type const& type = *operation.parameters[parameter].type;
+    std::vector<std::string> values;
+    if (type.kind == catalogue::Type::Kind::boolean) {
+        values = {"true", "false"};
+    }
+    for (catalogue::Enumerator const& each : type.enumerators) {
+        values.emplace_back(each.name);
+    }
+    for (catalogue::LimitedPart const& part : catalogue::limitedParts(operation)) {
+        if (part.path == operation.parameterNames()[parameter]) {
+            for (catalogue::NamedValue const& each : part.limit->names) {
+                values.emplace_back(each.name);
+            }
+        }
+    }
+    return values;
+}
+
+// The arguments of an operation: parameter names with "=", and the values of the one that is typed, or comes next.
+std::vector<std::string> argumentsOf(std::string const& object, std::string const& name, OperationKind kind,
+                                     std::size_t given, std::string const& word)
+{
+    ObjectName named;
+    Class const* const type =
+        ObjectName::parse(object, named).empty() ? catalogue::findClass(named.className) : nullptr;
+    catalogue::Operation const* const operation = type != nullptr ? catalogue::find(*type, name, kind) : nullptr;
+    std::vector<std::string> found;
+    if (operation == nullptr) {
+        return found;
+    }
+    std::vector<std::string_view> const names = operation->parameterNames();
+    std::size_t place = 0; // among the in-parameters
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (!operation->parameters[i].isIn) {
+            continue;
+        }
+        std::string const prefix = std::string(names[i]) + '=';
+        std::vector<std::string> const values = valuesOf(*operation, i);
+        if (word.starts_with(prefix)) {
+            std::ranges::transform(values, std::back_inserter(found),
+                                   [&prefix](std::string const& each) { return prefix + each; });
+        } else {
+            found.push_back(prefix);
+        }
+        if (place++ == given) {
+            std::ranges::copy(values, std::back_inserter(found));
+        }
+    }
+    return found;
 }
 
 // What was typed before the word to be completed.
@@ -164,7 +240,9 @@ std::vector<std::string> candidates(Typed const& typed, std::string const& word,
 {
     std::vector<std::string> found;
     if (typed.open != nullptr) {
-        return typed.open->choices;
+        return typed.open->name == "--unit"       ? unitNames()
+               : typed.open->name == "--selector" ? unitLabels()
+                                                  : typed.open->choices;
     }
     if (word.starts_with('-')) {
         for (tools::Option const* const option : typed.options([](auto const& each) { return !each.isArgument(); })) {
@@ -193,6 +271,12 @@ std::vector<std::string> candidates(Typed const& typed, std::string const& word,
     if (place.name == "NAME") {
         return namesOf(object, typed.verb->name == "set" ? OperationKind::write : OperationKind::read);
     }
+    if (place.name == "VALUE" && typed.arguments.size() >= 2) {
+        OperationKind const kind = typed.verb->name == "set"   ? OperationKind::write
+                                   : typed.verb->name == "get" ? OperationKind::read
+                                                               : OperationKind::execute;
+        return argumentsOf(object, typed.arguments[1], kind, typed.arguments.size() - 2, word);
+    }
     return place.name == "CLASS"               ? classes()
            : place.name == "CLASS[.OPERATION]" ? classesOrOperations(word)
                                                : place.choices;
@@ -205,6 +289,10 @@ std::vector<std::string> completions(Program& program, std::vector<std::string> 
     std::string const word = words.empty() ? "" : words.back();
     Program::Options options = program.shared();
     Typed const typed = read(program.table(), words, options);
+    std::vector<NamedUnit> chosen;
+    if (chooseUnits({options.unit}, "", chosen).empty()) {
+        options.unit = chosen.front().endpoint; // of a name
+    }
     std::vector<std::string> found = candidates(typed, word, options);
     std::set<std::string> seen;
     std::erase_if(found, [&](std::string const& each) {

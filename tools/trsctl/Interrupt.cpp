@@ -10,12 +10,13 @@ namespace trs::ctl {
 namespace {
 
 std::atomic<bool> hasCome = false;
+int interruptDepth = 0; // one ends all that it comes to
 
 } // namespace
 
 Interrupt::Interrupt()
 {
-    hasCome = false;
+    hasCome = interruptDepth++ > 0 && hasCome;
     watch_.emplace(std::initializer_list<int>{SIGINT}, [] {
         hasCome = true;
         Broker::instance().removePeers(); // which the next verb adds again
@@ -25,7 +26,7 @@ Interrupt::Interrupt()
 Interrupt::~Interrupt()
 {
     watch_.reset();
-    hasCome = false;
+    hasCome = --interruptDepth > 0 && hasCome;
 }
 
 bool Interrupt::came() { return hasCome || tools::isOutputGone(); }

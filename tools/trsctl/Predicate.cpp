@@ -1,6 +1,5 @@
 #include "tools/trsctl/Predicate.h"
 
-#include "broker/PrintableText.h"
 #include "catalogue/ValueText.h"
 
 #include <algorithm>
@@ -52,13 +51,20 @@ std::string Predicate::parse(std::string const& text, Predicate& predicate)
             sign == std::string::npos ? "" : part.substr(sign, std::min(operand, part.size()) - sign);
         constexpr std::string_view known[] = {"=", "!=", "<", "<=", ">", ">=", "~"};
         if (sign == 0 || std::find(std::begin(known), std::end(known), comparator) == std::end(known)) {
-            return '\'' + printable(part) + "' is no comparison: PATH=VALUE, or with != < <= > >= ~";
+            return '\'' + part + "' is no comparison: PATH=VALUE, or with != < <= > >= ~";
         }
         predicate.comparisons_.push_back({trimmed(part.substr(0, sign)), comparator,
                                           operand == std::string::npos ? "" : trimmed(part.substr(operand))});
         begin = end + conjunction.size();
     }
     return {};
+}
+
+std::vector<std::string> Predicate::paths() const
+{
+    std::vector<std::string> paths;
+    std::ranges::transform(comparisons_, std::back_inserter(paths), &Comparison::path);
+    return paths;
 }
 
 bool Predicate::holds(catalogue::Value const& value) const

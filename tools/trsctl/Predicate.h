@@ -18,6 +18,9 @@ public:
     // Empty, or what is wrong with the text.
     static std::string parse(std::string const& text, Predicate& predicate);
 
+    // What is compared, in the order of the text.
+    std::vector<std::string> paths() const;
+
     // A value without the path makes the comparison false.
     bool holds(catalogue::Value const& value) const;
 

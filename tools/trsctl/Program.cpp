@@ -1,8 +1,11 @@
 #include "tools/trsctl/Program.h"
 
+#include "tools/trsctl/Complaint.h"
+#include "tools/trsctl/ManyUnits.h"
 #include "tools/trsctl/Verbs.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 namespace trs::ctl {
@@ -18,9 +21,33 @@ constexpr char const* exitCodes =
     "5 no reply in time, 6 unit not reached or lost, 7 malformed reply, 8 no such operation there,\n"
     "9 unit has no thread left for the call.";
 
-void addOptions(tools::CommandLine& line, Program::Options& options)
+std::vector<std::string> splitList(std::string const& text)
 {
-    line.add(tools::CommandLine::unitOption(options.unit));
+    std::vector<std::string> words;
+    for (std::size_t begin = 0; begin <= text.size();) {
+        std::size_t const end = std::min(text.find(',', begin), text.size());
+        words.push_back(text.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    return words;
+}
+
+void addOptions(tools::CommandLine& line, Program::Options& options, std::vector<std::string>& units,
+                std::string& selector)
+{
+    tools::Option unit = tools::CommandLine::unitOption(options.unit);
+    unit.target = &units;
+    unit.check = nullptr;
+    unit.type = "UNIT";
+    unit.environment.clear(); // which counts where nothing else is said, also in a shell
+    unit.help = "Where the unit serves, or its name in ~/.config/trsman/units; may be given several times (default: "
+                "$TRS_UNIT, else " +
+                std::string(tools::CommandLine::defaultEndpointText) + ")";
+    line.add(std::move(unit));
+    line.add({.name = "--selector",
+              .target = &selector,
+              .help = "All units of that file with these labels, joined by commas",
+              .type = "LABEL=VALUE"});
     line.add(tools::CommandLine::timeoutOption(options.timeout));
     line.add({.name = "--wait",
               .target = &options.wait,
@@ -35,15 +62,69 @@ void addOptions(tools::CommandLine& line, Program::Options& options)
          {"always", tools::UseOfColour::always},
          {"never", tools::UseOfColour::never}},
         [&options](tools::UseOfColour chosen) { options.colour = chosen; }));
+    line.add({.name = "--select",
+              .target = tools::Option::Take(
+                  [&options](std::string const& text) { return Selection::parse(text, options.view.selection); }),
+              .help = "Write the parts of results that a path selects: $.name, [0], ['name'], [*], ..name",
+              .type = "PATH"});
+    line.add({.name = "--value-only",
+              .target = &options.view.valuesAlone,
+              .help = "Write values without their names, and tables without a head"});
+    line.add({.name = "--columns",
+              .target = tools::Option::Take([&options](std::string const& text) {
+                  options.view.columns = splitList(text);
+                  return std::string();
+              }),
+              .help = "The columns of tables, joined by commas",
+              .type = "NAMES"});
+    line.add({.name = "--sort",
+              .target = &options.view.sort,
+              .help = "The column that tables are sorted by; -NAME: the greatest first",
+              .type = "NAME"});
+    line.add({.name = "--narrow",
+              .target = &options.view.isNarrow,
+              .help = "Leave out columns of tables that are the same in all rows"});
     line.table().exitCodes = exitCodes;
     line.table().needsVerb = true;
+}
+
+// Whether what is wrong with the words is to be said in JSON, as far as they can be read.
+bool asksForJson(std::vector<std::string> const& words, Format usual)
+{
+    bool isJson = usual == Format::json;
+    for (auto word = words.begin(); word != words.end(); ++word) {
+        if (*word == "--format" && word + 1 != words.end()) {
+            isJson = *(word + 1) == "json";
+        } else if (word->starts_with("--format=")) {
+            isJson = *word == "--format=json";
+        }
+    }
+    return isJson;
+}
+
+// The words but for those that name units.
+std::vector<std::string> withoutUnits(std::vector<std::string> const& words)
+{
+    std::vector<std::string> left;
+    for (auto word = words.begin(); word != words.end(); ++word) {
+        if (*word == "--") {
+            left.insert(left.end(), word, words.end());
+            break;
+        }
+        if (*word == "--unit" || *word == "--selector") {
+            word += word + 1 != words.end() ? 1 : 0;
+        } else if (!word->starts_with("--unit=") && !word->starts_with("--selector=")) {
+            left.push_back(*word);
+        }
+    }
+    return left;
 }
 
 } // namespace
 
 Program::Program(Options defaults) : options_(std::move(defaults)), line_("trsctl", description, 0)
 {
-    addOptions(line_, options_);
+    addOptions(line_, options_, units_, selector_);
 #define VERBS_OF(Name) add##Name##Verbs(*this);
 #include "tools/trsctl/Verbs.inc"
 #undef VERBS_OF
@@ -51,9 +132,12 @@ Program::Program(Options defaults) : options_(std::move(defaults)), line_("trsct
     line_.addCommonOptions();
 }
 
-void Program::add(tools::Verb verb, Action action)
+void Program::add(tools::Verb verb, Action action, Units units)
 {
-    verb.chosen = [this, action = std::move(action)] { action_ = action; };
+    verb.chosen = [this, action = std::move(action), units] {
+        action_ = action;
+        goesToAll_ = units == Units::none;
+    };
     line_.table().verbs.push_back(std::move(verb));
 }
 
@@ -69,15 +153,48 @@ tools::Option Program::valuesArgument(std::vector<std::string>& values)
 {
     return {.name = "VALUE",
             .target = &values,
-            .help = "NAME=VALUE, or VALUE in the order of the signature; JSON or @FILE for records"};
+            .help =
+                "NAME=VALUE, VALUE in the order of the signature, or NAME.PART=VALUE to change a part; JSON or @FILE "
+                "for records, @- for standard input"};
+}
+
+std::string Program::usualUnit()
+{
+    char const* const unit = std::getenv("TRS_UNIT");
+    return unit != nullptr && *unit != '\0' ? unit : tools::CommandLine::defaultEndpoint();
 }
 
 int Program::run(std::vector<std::string> words)
 {
-    if (std::optional<int> const code = line_.parse(std::move(words))) {
-        return *code;
-    }
+    Format const usual = options_.format;
+    bool const isJson = asksForJson(words, usual);
+    setComplaintFormat(isJson ? Format::json : usual);
+    line_.onWrong([](std::string const& what) { complain(what); });
+    std::optional<int> const code = line_.parse(words);
+    int const end = code ? *code : runVerb(words, isJson);
+    setComplaintFormat(usual); // of a batch or a shell that this was a line of
+    return end;
+}
+
+int Program::runVerb(std::vector<std::string> const& words, bool isJson)
+{
+    std::vector<NamedUnit> units;
+    setComplaintFormat(options_.format);
     tools::setUseOfColour(options_.colour);
+    setView(options_.view);
+    std::vector<std::string> const usual{options_.unit};
+    bool const isUsual = units_.empty() && selector_.empty();
+    if (std::string const wrong = goesToAll_ ? "" : chooseUnits(isUsual ? usual : units_, selector_, units);
+        !wrong.empty()) {
+        setComplaintFormat(isJson ? Format::json : options_.format);
+        return static_cast<int>(complain(wrong));
+    }
+    if (units.size() > 1 && !goesToAll_) {
+        return static_cast<int>(runOnUnits(units, withoutUnits(words), options_.format));
+    }
+    options_.unit = !units.empty()   ? units.front().endpoint
+                    : units_.empty() ? options_.unit
+                                     : units_.front(); // for a verb that asks it as it likes
     return static_cast<int>(action_(options_));
 }
 

@@ -15,13 +15,16 @@ namespace trs::ctl {
 // One command line: made, told its verbs, and run once.
 class Program {
 public:
+    // $TRS_UNIT, else where a simulated unit serves unless told.
+    static std::string usualUnit();
     // What the options that all verbs share say.
     struct Options {
-        std::string unit = tools::CommandLine::defaultEndpoint();
-        int timeout = 5000; // of a call, in milliseconds
-        double wait = 0;    // for the unit to be up, in seconds
+        std::string unit = usualUnit(); // where it serves, or its name
+        int timeout = 5000;             // of a call, in milliseconds
+        double wait = 0;                // for the unit to be up, in seconds
         Format format = Format::text;
         tools::UseOfColour colour = tools::UseOfColour::whereItIsSeen;
+        View view = {};
     };
     using Action = std::function<ExitCode(Options const&)>;
 
@@ -30,8 +33,9 @@ public:
     Program(Program const&) = delete;
     Program& operator=(Program const&) = delete;
 
-    // Adds a verb, and what to do when it is chosen.
-    void add(tools::Verb verb, Action action);
+    // Adds a verb, and what to do when it is chosen. One that asks no unit, or several itself, is not run on each.
+    enum class Units { each, none };
+    void add(tools::Verb verb, Action action, Units units = Units::each);
     tools::OptionTable const& table() { return line_.table(); }
     Options const& shared() const { return options_; }
 
@@ -44,8 +48,13 @@ public:
     static tools::Option valuesArgument(std::vector<std::string>& values);
 
 private:
+    int runVerb(std::vector<std::string> const& words, bool isJson);
+
     Options options_;
+    std::vector<std::string> units_; // as the command line names them
+    std::string selector_;
     Action action_;
+    bool goesToAll_ = false; // the verb asks no unit, or several itself
     tools::CommandLine line_;
 };
 

@@ -1,10 +1,11 @@
 #include "tools/trsctl/Target.h"
 
 #include "broker/Broker.h"
-#include "broker/PrintableText.h"
-#include "catalogue/ConstantNames.h"
 #include "catalogue/Limits.h"
-#include "catalogue/ValueText.h"
+#include "catalogue/Text.h"
+#include "rmi/TreflectHandlerState.h"
+#include "tools/support/Nearest.h"
+#include "tools/trsctl/Arguments.h"
 #include "tools/trsctl/Complaint.h"
 #include "tools/trsctl/Interrupt.h"
 
@@ -20,67 +21,67 @@ using catalogue::Class;
 using catalogue::Type;
 using catalogue::Value;
 
-// The values of the in-parameters from "NAME=VALUE" and plain "VALUE" arguments. Empty, or what is wrong.
-std::string parseArguments(Class const& type, catalogue::Operation const& operation,
-                           std::vector<std::string> const& arguments, std::vector<Value>& values)
-{
-    std::vector<std::string_view> const names = operation.parameterNames();
-    std::vector<std::string> texts(operation.parameters.size());
-    std::vector<bool> isGiven(operation.parameters.size());
-    for (std::size_t i = 0; i < operation.parameters.size(); ++i) {
-        isGiven[i] = !operation.parameters[i].isIn; // not to be given
-    }
-    for (std::string const& argument : arguments) {
-        std::size_t const sign = argument.find('=');
-        auto const named = std::find(names.begin(), names.end(), std::string_view(argument).substr(0, sign));
-        bool const isNamed = sign != std::string::npos && named != names.end();
-        auto const place =
-            isNamed ? static_cast<std::size_t>(named - names.begin())
-                    : static_cast<std::size_t>(std::find(isGiven.begin(), isGiven.end(), false) - isGiven.begin());
-        if (place >= isGiven.size()) {
-            return '\'' + printable(argument) + "' is one argument too many";
-        }
-        if (isGiven[place]) {
-            return '\'' + printable(argument) + "' is given twice, or is not to be given";
-        }
-        texts[place] = isNamed ? argument.substr(sign + 1) : argument;
-        isGiven[place] = true;
-    }
-    for (std::size_t i = 0; i < isGiven.size(); ++i) {
-        if (!isGiven[i]) {
-            return std::string(names[i]) + " is missing";
-        }
-        if (operation.parameters[i].isIn) {
-            Type const& parameter = *operation.parameters[i].type;
-            std::string wrong = catalogue::parseValue(parameter, texts[i], values.emplace_back());
-            wrong = wrong.empty() ? catalogue::resolveConstants(type, operation, parameter, values.back()) : wrong;
-            if (!wrong.empty()) {
-                return std::string(names[i]) + ": " + wrong;
-            }
-        }
-    }
-    for (catalogue::Violation const& violation : catalogue::violations(operation, values)) {
-        complain("note: " + violation.text());
-    }
-    return {};
-}
-
 ExitCode complainOfArguments(catalogue::Operation const& operation, std::string const& wrong)
 {
     return complain(wrong + '\n' + operation.signature());
 }
 
+// What a setter would have to be given for nothing to change; nothing where no operation tells that.
+ExitCode readPresent(Target const& target, catalogue::Operation const& writer, std::vector<Value>& values)
+{
+    catalogue::Operation const* const reader = readerOf(*target.type, writer);
+    if (reader == nullptr || !catalogue::typesOf(*reader, true).empty()) {
+        return ExitCode::good;
+    }
+    TreflectHandlerState const running;
+    catalogue::Outcome const outcome = catalogue::call(target.object, *reader, {});
+    if (outcome.kind != catalogue::Outcome::Kind::done) {
+        return complain(target, *reader, outcome);
+    }
+    for (Value const& each : outcome.results) {
+        values.push_back(each);
+    }
+    return ExitCode::good;
+}
+
 } // namespace
+
+Class const* findClass(std::string const& name)
+{
+    if (Class const* const exact = catalogue::findClass(name)) {
+        return exact;
+    }
+    std::vector<Class const*> called;
+    std::vector<std::string> names;
+    for (Class const* const each : catalogue::classes()) {
+        if (catalogue::isSameWord(each->name, name) || catalogue::isSameWord(each->interface, name)) {
+            called.push_back(each);
+        }
+        names.emplace_back(name.ends_with("Client") ? each->name : each->interface);
+    }
+    if (called.size() == 1) {
+        return called.front();
+    }
+    complain(fmt::format("'{}' is no class; `trsctl list` tells them{}", name, tools::didYouMean(name, names)));
+    return nullptr;
+}
 
 ExitCode findTarget(Program::Options const& options, std::string const& text, Target& target)
 {
-    if (std::string const wrong = catalogue::ObjectName::parse(text, target.name); !wrong.empty()) {
+    auto const known =
+        std::ranges::find_if(catalogue::ObjectName::wellKnown(), [&text](catalogue::ObjectName const& each) {
+            return catalogue::isSameWord(each.id, text);
+        });
+    bool const isWellKnown = known != catalogue::ObjectName::wellKnown().end();
+    if (std::string const wrong = catalogue::ObjectName::parse(isWellKnown ? known->id : text, target.name);
+        !wrong.empty()) {
         return complain(wrong);
     }
-    target.type = catalogue::findClass(target.name.className);
+    target.type = findClass(target.name.className);
     if (target.type == nullptr) {
-        return complain(fmt::format("'{}' is no class; `trsctl list` tells them", printable(target.name.className)));
+        return ExitCode::usage;
     }
+    target.name.className = target.type->name;
     Broker::setDeadline(std::chrono::milliseconds(options.timeout));
     Broker& broker = Broker::instance();
     static std::string asked; // the unit of the last command line, when there are several
@@ -88,8 +89,11 @@ ExitCode findTarget(Program::Options const& options, std::string const& text, Ta
         broker.removePeers();
         asked = options.unit;
     }
+    if (std::string const wrong = tools::CommandLine::checkEndpoint(options.unit); !wrong.empty()) {
+        return complain(wrong);
+    }
     if (std::string const why = broker.addPeer(options.unit); !why.empty()) {
-        return complain(why);
+        return complain(why, ExitCode::unreachable);
     }
     target.unit = options.unit;
     target.object = TipprmiObjectClient(TipprmiOID(target.name.id));
@@ -110,8 +114,15 @@ catalogue::Operation const* findOperation(Class const& type, std::string const& 
 {
     catalogue::Operation const* const operation = catalogue::find(type, name, kind);
     if (operation == nullptr) {
-        complain(fmt::format("'{}' is no operation of {}; `trsctl list {}` tells them", printable(name), type.name,
-                             type.name));
+        std::vector<std::string> names;
+        for (catalogue::Operation const* const each : type.operations()) {
+            names.emplace_back(each->name);
+            if (kindOf(*each) == kind) {
+                names.push_back(briefNameOf(*each));
+            }
+        }
+        complain(fmt::format("'{}' is no operation of {}; `trsctl list {}` tells them{}", name, type.name, type.name,
+                             tools::didYouMean(name, names)));
     }
     return operation;
 }
@@ -119,36 +130,89 @@ catalogue::Operation const* findOperation(Class const& type, std::string const& 
 ExitCode readArguments(Target const& target, catalogue::Operation const& operation,
                        std::vector<std::string> const& words, std::vector<Value>& values)
 {
-    std::string const wrong = parseArguments(*target.type, operation, words, values);
+    Arguments arguments(operation);
+    std::string wrong;
+    for (auto word = words.begin(); word != words.end() && wrong.empty(); ++word) {
+        wrong = arguments.take(*word);
+    }
+    std::vector<Value> now;
+    if (wrong.empty() && arguments.hasParts()) {
+        if (ExitCode const code = readPresent(target, operation, now); code != ExitCode::good) {
+            return code;
+        }
+    }
+    wrong = wrong.empty() ? arguments.read(*target.type, now, values) : wrong;
     return wrong.empty() ? ExitCode::good : complainOfArguments(operation, wrong);
 }
 
-std::string whyNoResults(catalogue::Operation const& operation, catalogue::Outcome const& outcome)
+catalogue::Outcome callTarget(Target const& target, catalogue::Operation const& operation, std::vector<Value> const& in)
 {
-    if (outcome.kind == catalogue::Outcome::Kind::refused) {
-        std::string text =
-            outcome.subSystem == 0 ? "refused" : fmt::format("refused by subsystem {}", outcome.subSystem);
-        for (std::size_t i = 0; i < operation.parameters.size(); ++i) {
-            if (operation.parameters[i].isIn || operation.parameters[i].type->kind != Type::Kind::text) {
-                continue;
-            }
-            auto const told = outcome.results[std::string(operation.parameterNames()[i])].get<std::string>();
-            text += told.empty() ? "" : ": " + told;
-        }
-        return text + "; it was carried out";
-    }
-    return outcome.failure.reason + "; " + outcome.failure.effect();
+    catalogue::Outcome outcome = catalogue::call(target.object, operation, in);
+    bool const saysNo = outcome.kind == catalogue::Outcome::Kind::done && operation.result != nullptr &&
+                        operation.result->kind == Type::Kind::boolean && outcome.results["result"] == false &&
+                        kindOf(operation) != catalogue::OperationKind::read;
+    outcome.kind = saysNo ? catalogue::Outcome::Kind::refused : outcome.kind;
+    return outcome;
 }
 
-ExitCode complain(Target const& target, catalogue::Operation const& operation, catalogue::Outcome const& outcome)
+std::string whyNoResults(catalogue::Operation const& operation, catalogue::Outcome const& outcome,
+                         std::vector<Value> const& in)
+{
+    if (outcome.kind != catalogue::Outcome::Kind::refused) {
+        return outcome.failure.reason + "; " + outcome.failure.effect();
+    }
+    std::string text = "refused by the unit";
+    text += outcome.subSystem == 0 ? "" : fmt::format(", subsystem {}", outcome.subSystem);
+    for (std::size_t i = 0; i < operation.parameters.size(); ++i) {
+        if (operation.parameters[i].isIn || operation.parameters[i].type->kind != Type::Kind::text) {
+            continue;
+        }
+        auto const told = outcome.results[std::string(operation.parameterNames()[i])].get<std::string>();
+        text += told.empty() ? "" : ": " + told;
+    }
+    for (catalogue::Violation const& violation : catalogue::violations(operation, in)) {
+        text += "; " + violation.text();
+    }
+    return text + (kindOf(operation) == catalogue::OperationKind::read ? "" : "; nothing is known to have changed");
+}
+
+ExitCode complain(Target const& target, catalogue::Operation const& operation, catalogue::Outcome const& outcome,
+                  std::vector<Value> const& in)
 {
     if (outcome.kind == catalogue::Outcome::Kind::wrong) {
         return complainOfArguments(operation, outcome.wrong);
     }
-    return complain(fmt::format("{} {} at {}: {}", target.name.text(), operation.name, target.unit,
-                                escaped(whyNoResults(operation, outcome))),
-                    outcome.kind == catalogue::Outcome::Kind::refused ? ExitCode::refused
-                                                                      : exitCodeOf(outcome.failure));
+    std::string const what = fmt::format("{} {} at {}: {}", target.name.text(), operation.name, target.unit,
+                                         whyNoResults(operation, outcome, in));
+    return outcome.kind == catalogue::Outcome::Kind::refused ? complain(what, ExitCode::refused, "unknown")
+                                                             : complain(what, outcome.failure);
+}
+
+void noteLimits(catalogue::Operation const& operation, std::vector<Value> const& in)
+{
+    for (catalogue::Violation const& violation : catalogue::violations(operation, in)) {
+        note(violation.text());
+    }
+}
+
+Identification::Identification(Class const& type)
+{
+    for (Class const* each = &type; each != nullptr && judge_ == 0; each = each->base()) {
+        unanswered_ = static_cast<std::size_t>(std::ranges::count_if(each->own, catalogue::isPlainRead));
+        judge_ = unanswered_ > 0 ? each->id : 0;
+    }
+}
+
+void Identification::add(catalogue::Operation const& operation, catalogue::Outcome const& outcome)
+{
+    bool const isFailed = outcome.kind == catalogue::Outcome::Kind::failed;
+    bool const isMissing = isFailed && outcome.failure.kind == CallFailure::Kind::noSuchObject;
+    bool const hasNot = isFailed && outcome.failure.kind == CallFailure::Kind::noSuchOperation;
+    unanswered_ -= operation.classId == judge_ && hasNot ? 1 : 0;
+    if (failed_ == nullptr && (isMissing || (operation.classId == judge_ && unanswered_ == 0))) {
+        failed_ = &operation;
+        outcome_ = outcome;
+    }
 }
 
 } // namespace trs::ctl

@@ -2,12 +2,14 @@
 
 #include "catalogue/ConstantNames.h"
 #include "catalogue/SimulatorClient.h"
-#include "catalogue/Walk.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Progress.h"
 #include "tools/trsctl/Target.h"
+#include "tools/trsctl/UnitWalk.h"
 
+#include <algorithm>
 #include <map>
+#include <set>
 
 namespace trs::ctl {
 
@@ -16,41 +18,45 @@ namespace {
 using catalogue::Outcome;
 using catalogue::Value;
 
-// What all objects tell that walks come to.
+// What all objects tell that a walk comes to.
 class Collector {
 public:
-    explicit Collector(Program::Options const& options) : options_(options) {}
-
-    // Adds all that is reached from the object. What is wrong is said.
-    ExitCode add(std::string const& object)
+    // `roots`: the first is the target. What is wrong is said.
+    ExitCode read(Target const& target, std::vector<catalogue::ObjectName> const& roots, MoreKeys const& keys)
     {
-        Target target;
-        if (ExitCode const code = findTarget(options_, object, target); code != ExitCode::good) {
-            return code;
-        }
         TreflectHandlerState const running;
-        walk_.begin(target.name);
+        std::ranges::for_each(roots, [this](catalogue::ObjectName const& each) { walk_.begin(each); });
         tools::Progress progress("objects");
+        Identification identification(*target.type);
         ExitCode end = ExitCode::good;
-        catalogue::makeCalls(walk_, [&](catalogue::Visit const& visit) {
-            if (isUnitLost(visit.outcome)) {
-                progress.clear();
-                end = complain({target.unit, visit.object.name, visit.object.type, {}}, visit.operation, visit.outcome);
-                return false;
-            }
-            told_[visit.object.name.id][std::string(visit.operation.name)] = whatItTold(visit);
-            progress.show(told_.size(), walk_.objects().size());
-            return true;
-        });
+        walkUnit(walk_, {[&](catalogue::Visit const& visit) {
+                             if (isUnitLost(visit.outcome)) {
+                                 progress.clear();
+                                 end = complain({target.unit, visit.object.name, visit.object.type, {}},
+                                                visit.operation, visit.outcome);
+                                 return false;
+                             }
+                             if (visit.object.name.id == target.name.id) {
+                                 identification.add(visit.operation, visit.outcome);
+                             }
+                             take(visit);
+                             progress.show(told_.size(), walk_.objects().size());
+                             return true;
+                         },
+                         [this](KeyedVisit const& visit) { take(visit); }, keys});
+        if (end == ExitCode::good && identification.failed() != nullptr) {
+            progress.clear();
+            return complain(target, *identification.failed(), identification.outcome());
+        }
         return end;
     }
 
     // In a stable order.
-    Value document()
+    Value objects()
     {
         std::map<std::string, Value> objects;
         for (catalogue::Walk::Object const& object : walk_.objects()) {
-            if (object.type != nullptr) {
+            if (object.type != nullptr && !missing_.contains(object.name.id)) {
                 Value& told = told_[object.name.id];
                 objects[object.name.text()] = told.is_null() ? Value::object() : std::move(told);
             }
@@ -59,44 +65,74 @@ public:
         for (auto& [name, told] : objects) {
             all[name] = std::move(told);
         }
-        return {{"objects", std::move(all)}};
+        return all;
     }
 
 private:
-    static Value whatItTold(catalogue::Visit const& visit)
+    void take(catalogue::Visit const& visit)
     {
-        if (visit.outcome.kind != Outcome::Kind::done) {
-            return {{"error", whyNoResults(visit.operation, visit.outcome)}};
+        bool const isMissing = visit.object.from == nullptr && visit.outcome.kind == Outcome::Kind::failed &&
+                               visit.outcome.failure.kind == CallFailure::Kind::noSuchObject;
+        if (isMissing) { // not every unit has all roots
+            missing_.insert(visit.object.name.id);
+            return;
         }
-        catalogue::nameConstants(visit.operation, visit.outcome.results);
-        return std::move(visit.outcome.results);
+        Value& told = told_[visit.object.name.id][std::string(visit.operation.name)];
+        if (visit.outcome.kind == Outcome::Kind::done) {
+            catalogue::nameConstants(*visit.object.type, visit.operation, visit.outcome.results);
+            told = std::move(visit.outcome.results);
+        } else {
+            told = {{"error", whyNoResults(visit.operation, visit.outcome)}};
+        }
     }
 
-    Program::Options const& options_;
+    void take(KeyedVisit const& visit)
+    {
+        Value entry = Value::object();
+        std::vector<std::string_view> const names = visit.operation.parameterNames();
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            if (visit.operation.parameters[i].isIn) {
+                entry[std::string(names[i])] = visit.key;
+            }
+        }
+        entry.update(visit.outcome.results);
+        catalogue::nameConstants(*visit.object.type, visit.operation, entry);
+        told_[visit.object.name.id][std::string(visit.operation.name)].push_back(std::move(entry));
+    }
+
     catalogue::Walk walk_;
     std::map<std::string, Value> told_; // by identifier
+    std::set<std::string> missing_;
 };
 
 } // namespace
 
-ExitCode readUnit(Program::Options const& options, std::string const& object, Value& document)
+std::vector<catalogue::ObjectName> unitRoots()
 {
-    Collector collector(options);
-    if (!object.empty()) {
-        ExitCode const code = collector.add(object);
-        document = collector.document();
+    std::vector<catalogue::ObjectName> roots;
+    std::ranges::copy_if(catalogue::ObjectName::wellKnown(), std::back_inserter(roots),
+                         [](catalogue::ObjectName const& each) { return each.id != SimulatorClient::SIMULATOR_OID; });
+    roots.push_back({"ApplicationObjectClient", "AppObject-1"}); // which nothing leads to
+    return roots;
+}
+
+ExitCode readUnit(Program::Options const& options, std::string const& object, Value& document, MoreKeys const& keys)
+{
+    std::vector<catalogue::ObjectName> roots = unitRoots(); // the Simulator tells how often it was called
+    Target target;
+    if (ExitCode const code = findTarget(options, object.empty() ? roots.front().text() : object, target);
+        code != ExitCode::good) {
         return code;
     }
-    for (catalogue::ObjectName const& root : catalogue::ObjectName::wellKnown()) {
-        if (root.id == SimulatorClient::SIMULATOR_OID) {
-            continue; // which tells how often it was called
-        }
-        if (ExitCode const code = collector.add(root.id); code != ExitCode::good) {
-            return code;
-        }
+    Collector collector;
+    ExitCode const code =
+        collector.read(target, object.empty() ? roots : std::vector<catalogue::ObjectName>{target.name}, keys);
+    document = Value::object();
+    if (object.empty()) {
+        document["complete"] = true;
     }
-    document = collector.document();
-    return ExitCode::good;
+    document["objects"] = collector.objects();
+    return code;
 }
 
 } // namespace trs::ctl

@@ -1,9 +1,8 @@
 // trsctl batch: many command lines, one after the other, over one connection.
-#include "broker/PrintableText.h"
 #include "catalogue/File.h"
 #include "catalogue/Text.h"
-#include "tools/support/StandardStreams.h"
 #include "tools/trsctl/Complaint.h"
+#include "tools/trsctl/Interrupt.h"
 #include "tools/trsctl/Program.h"
 #include "tools/trsctl/Verbs.h"
 
@@ -28,7 +27,7 @@ ExitCode runLines(std::istream& lines, std::string const& name, bool goesOn, Pro
 {
     ExitCode first = ExitCode::good; // that was not good
     unsigned long number = 0;
-    for (std::string line; !tools::isOutputGone() && std::getline(lines, line);) {
+    for (std::string line; !Interrupt::came() && std::getline(lines, line);) {
         ++number;
         std::vector<std::string> words;
         std::string const wrong = catalogue::splitWords(line, words);
@@ -38,7 +37,7 @@ ExitCode runLines(std::istream& lines, std::string const& name, bool goesOn, Pro
         auto const code = wrong.empty() ? static_cast<ExitCode>(Program(defaults).run(words)) : ExitCode::usage;
         if (code != ExitCode::good) {
             complain(
-                fmt::format("{}:{}: {}", printable(name), number,
+                fmt::format("{}:{}: {}", name, number,
                             wrong.empty() ? fmt::format("ended with exit code {}", static_cast<int>(code)) : wrong));
             first = first == ExitCode::good ? code : first;
             if (!goesOn) {
@@ -72,7 +71,7 @@ ExitCode batch(BatchWords const& words, Program::Options const& options)
 {
     static int nested = 0;
     if (nested == mostNested) {
-        return complain(fmt::format("'{}': batches are nested more than {} deep", printable(words.file), mostNested));
+        return complain(fmt::format("'{}': batches are nested more than {} deep", words.file, mostNested));
     }
     ++nested;
     ExitCode const code = runFile(words, options);

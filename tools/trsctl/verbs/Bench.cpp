@@ -1,15 +1,18 @@
 // trsctl bench: how fast a unit answers.
 #include "rmi/TreflectHandlerState.h"
+#include "tools/support/Histogram.h"
 #include "tools/support/Progress.h"
-#include "tools/support/Quantiles.h"
 #include "tools/trsctl/Interrupt.h"
 #include "tools/trsctl/Target.h"
 #include "tools/trsctl/Verbs.h"
 
 #include <algorithm>
 #include <atomic>
-#include <fmt/format.h>
+#include <cmath>
+#include <condition_variable>
+#include <latch>
 #include <memory>
+#include <mutex>
 #include <thread>
 
 namespace trs::ctl {
@@ -39,14 +42,15 @@ class Load {
 public:
     Load(BenchWords const& words, TipprmiObjectClient const& object, catalogue::Operation const& operation,
          std::vector<Value> in)
-        : words_(words), object_(object), operation_(operation), in_(std::move(in)), begin_(Clock::now())
+        : words_(words), object_(object), operation_(operation), in_(std::move(in)), ready_(words.threads + 1)
     {
     }
 
-    // One thread's calls; their durations in nanoseconds.
-    std::vector<std::int64_t> work()
+    // One thread's calls, from the common beginning on.
+    void work()
     {
-        std::vector<std::int64_t> durations;
+        ready_.arrive_and_wait();
+        tools::Histogram durations;
         for (unsigned long number = begun_++; number < words_.count && !isOver(); number = begun_++) {
             if (words_.rate > 0) {
                 std::this_thread::sleep_until(
@@ -56,19 +60,29 @@ public:
             TreflectHandlerState const running;
             auto const start = Clock::now();
             Outcome const outcome = catalogue::call(object_, operation_, in_);
-            durations.push_back(std::chrono::nanoseconds(Clock::now() - start).count());
+            auto const duration = Clock::now() - start;
+            if (outcome.kind == Outcome::Kind::failed && Interrupt::came()) {
+                break; // which is why it failed
+            }
+            durations.add(std::chrono::nanoseconds(duration).count());
             refused_ += outcome.kind == Outcome::Kind::refused ? 1 : 0;
             failed_ += outcome.kind == Outcome::Kind::failed ? 1 : 0;
             ++done_;
         }
+        std::lock_guard const lock(mutex_);
+        durations_.add(durations);
+        end_ = Clock::now();
         ++ended_;
-        return durations;
+        changed_.notify_one();
     }
-    void showProgress()
+    // Has the threads begin, and shows how far they are until all have ended.
+    void begin()
     {
+        begin_ = Clock::now();
+        ready_.arrive_and_wait();
         tools::Progress progress("calls");
-        while (ended_ < words_.threads) {
-            std::this_thread::sleep_for(progressInterval);
+        std::unique_lock lock(mutex_);
+        while (!changed_.wait_for(lock, progressInterval, [this] { return ended_ == words_.threads; })) {
             if (words_.seconds > 0) {
                 auto const passed = std::chrono::duration<double>(Clock::now() - begin_).count();
                 progress.show(static_cast<std::size_t>(passed), static_cast<std::size_t>(words_.seconds));
@@ -77,19 +91,20 @@ public:
             }
         }
     }
-    Value result(std::vector<std::int64_t> durations) const
+    Value result() const
     {
-        double const seconds = std::chrono::duration<double>(Clock::now() - begin_).count();
-        std::size_t const count = durations.size();
-        std::vector<std::string> const spread = tools::quantiles(std::move(durations), {0, 0.5, 0.9, 0.99, 1});
-        return {
-            {"calls", count},
-            {"refused", refused_.load()},
-            {"failed", failed_.load()},
-            {"seconds", fmt::format("{:.3f}", seconds)},
-            {"callsPerSecond", fmt::format("{:.0f}", static_cast<double>(count) / seconds)},
-            {"microseconds",
-             {{"least", spread[0]}, {"p50", spread[1]}, {"p90", spread[2]}, {"p99", spread[3]}, {"most", spread[4]}}}};
+        double const seconds = std::chrono::duration<double>(end_ - begin_).count();
+        Value spread;
+        for (auto const& [name, share] : std::initializer_list<std::pair<char const*, double>>{
+                 {"least", 0}, {"p50", 0.5}, {"p90", 0.9}, {"p99", 0.99}, {"most", 1}}) {
+            spread[name] = durations_.quantile(share);
+        }
+        return {{"calls", durations_.count()},
+                {"refused", refused_.load()},
+                {"failed", failed_.load()},
+                {"seconds", std::round(seconds * 1e6) / 1e6},
+                {"callsPerSecond", std::llround(static_cast<double>(durations_.count()) / seconds)},
+                {"microseconds", std::move(spread)}};
     }
     bool hasFailures() const { return failed_ != 0; }
 
@@ -104,12 +119,17 @@ private:
     TipprmiObjectClient const object_;
     catalogue::Operation const& operation_;
     std::vector<Value> const in_;
-    Clock::time_point const begin_;
+    std::latch ready_; // the threads, and `begin_`
+    Clock::time_point begin_;
     std::atomic<unsigned long> begun_ = 0;
     std::atomic<unsigned long> done_ = 0;
     std::atomic<unsigned long> refused_ = 0;
     std::atomic<unsigned long> failed_ = 0;
-    std::atomic<unsigned> ended_ = 0;
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    tools::Histogram durations_; // of threads that have ended
+    Clock::time_point end_;
+    unsigned ended_ = 0;
 };
 
 ExitCode bench(Program::Options const& options, BenchWords const& words)
@@ -126,6 +146,7 @@ ExitCode bench(Program::Options const& options, BenchWords const& words)
     if (ExitCode const code = readArguments(target, *operation, words.arguments, in); code != ExitCode::good) {
         return code;
     }
+    noteLimits(*operation, in);
     {
         TreflectHandlerState const running;
         Outcome const first = catalogue::call(target.object, *operation, in);
@@ -133,20 +154,16 @@ ExitCode bench(Program::Options const& options, BenchWords const& words)
             return complain(target, *operation, first);
         }
     }
+    Interrupt const interrupt;
     Load load(words, target.object, *operation, in);
-    std::vector<std::vector<std::int64_t>> durations(words.threads);
     std::vector<std::thread> threads;
     threads.reserve(words.threads);
-    for (std::vector<std::int64_t>& own : durations) {
-        threads.emplace_back([&load, &own] { own = load.work(); });
-    }
-    load.showProgress();
-    std::vector<std::int64_t> all;
     for (unsigned i = 0; i < words.threads; ++i) {
-        threads[i].join();
-        all.insert(all.end(), durations[i].begin(), durations[i].end());
+        threads.emplace_back([&load] { load.work(); });
     }
-    writeResults(load.result(std::move(all)), options.format);
+    load.begin();
+    std::ranges::for_each(threads, &std::thread::join);
+    writeResults(load.result(), options.format);
     return load.hasFailures() ? ExitCode::malformedReply : ExitCode::good;
 }
 
@@ -156,7 +173,7 @@ void addBenchVerbs(Program& program)
 {
     auto const words = std::make_shared<BenchWords>();
     program.add({.name = "bench",
-                 .help = "Measure how fast calls are answered",
+                 .help = "Measure how fast calls are answered; an interrupt ends it with what was measured",
                  .example = "bench IpNode mtu --threads 4 --for 5",
                  .options =
                      {

@@ -1,13 +1,19 @@
 // trsctl get, set and call.
+#include "broker/PrintableText.h"
 #include "catalogue/ConstantNames.h"
+#include "catalogue/Text.h"
+#include "clients/ip/IfNetClient.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/trsctl/Complaint.h"
 #include "tools/trsctl/Target.h"
 #include "tools/trsctl/Verbs.h"
 
+#include <algorithm>
+#include <cstdio>
 #include <fmt/format.h>
 #include <memory>
 #include <optional>
+#include <unistd.h>
 
 namespace trs::ctl {
 
@@ -35,21 +41,52 @@ struct CallWords {
     std::string object;
     std::string name;
     std::vector<std::string> arguments;
+    bool isSure = false;
 };
 
-ExitCode carryOut(Target const& target, catalogue::Operation const& operation,
-                  std::vector<std::string> const& arguments, Format format)
+// Whether a call takes something away for good, or an interface down that the session may go over.
+bool destroys(catalogue::Operation const& operation, std::vector<Value> const& in)
+{
+    constexpr std::string_view words[] = {"delete", "destroy", "reset", "removeAll", "clear"};
+    bool const takesDown = operation.name == "setFlags" && !in.empty() && in[0].is_number_integer() &&
+                           (in[0].get<long>() & IfNetClient::IFF__UP) == 0;
+    return takesDown ||
+           std::ranges::any_of(words, [&](std::string_view each) { return operation.name.starts_with(each); });
+}
+
+// Asks at a terminal; elsewhere nobody is there to ask.
+bool isConfirmed(Target const& target, catalogue::Operation const& operation)
+{
+    if (::isatty(STDIN_FILENO) == 0 || ::isatty(STDERR_FILENO) == 0) {
+        return true;
+    }
+    std::fprintf(stderr, "%s %s at %s: sure? [y/N] ", escaped(target.name.text()).c_str(),
+                 std::string(operation.name).c_str(), target.unit.c_str());
+    std::string answer;
+    for (char each = 0; ::read(STDIN_FILENO, &each, 1) == 1 && each != '\n';) {
+        answer += each;
+    }
+    return catalogue::isSameWord(answer, "y") || catalogue::isSameWord(answer, "yes");
+}
+
+ExitCode carryOut(Target const& target, catalogue::Operation const& operation, CallWords const& words, Format format)
 {
     std::vector<Value> values;
-    if (ExitCode const code = readArguments(target, operation, arguments, values); code != ExitCode::good) {
+    if (ExitCode const code = readArguments(target, operation, words.arguments, values); code != ExitCode::good) {
         return code;
     }
-    TreflectHandlerState const running;
-    Outcome outcome = catalogue::call(target.object, operation, values);
-    if (outcome.kind != Outcome::Kind::done) {
-        return complain(target, operation, outcome);
+    if (destroys(operation, values) && !words.isSure && !isConfirmed(target, operation)) {
+        return complain("nothing is done");
     }
-    catalogue::nameConstants(operation, outcome.results);
+    TreflectHandlerState const running;
+    Outcome outcome = callTarget(target, operation, values);
+    if (outcome.kind != Outcome::Kind::refused && outcome.kind != Outcome::Kind::wrong) {
+        noteLimits(operation, values);
+    }
+    if (outcome.kind != Outcome::Kind::done) {
+        return complain(target, operation, outcome, values);
+    }
+    catalogue::nameConstants(*target.type, operation, outcome.results);
     writeResults(outcome.results, format);
     return ExitCode::good;
 }
@@ -69,7 +106,7 @@ ExitCode callOne(CallVerb const& verb, CallWords const& words, Program::Options 
         return complain(fmt::format("{} does not {} anything; `trsctl call` calls any operation", operation->name,
                                     *verb.kind == OperationKind::read ? "read" : "set"));
     }
-    return carryOut(target, *operation, words.arguments, options.format);
+    return carryOut(target, *operation, words, options.format);
 }
 
 } // namespace
@@ -78,20 +115,20 @@ void addCallVerbs(Program& program)
 {
     for (CallVerb const& verb : callVerbs) {
         auto const words = std::make_shared<CallWords>();
-        program.add(
-            {.name = verb.name,
-             .help = verb.help,
-             .example = verb.example,
-             .options =
-                 {
-                     Program::objectArgument(words->object),
-                     {.name = verb.kind ? "NAME" : "OPERATION",
-                      .target = &words->name,
-                      .help = verb.kind ? "What is read or set, or the operation's name" : "The operation's name",
-                      .isRequired = true},
-                     Program::valuesArgument(words->arguments),
-                 }},
-            [words, &verb](Program::Options const& options) { return callOne(verb, *words, options); });
+        std::vector<tools::Option> options{
+            Program::objectArgument(words->object),
+            {.name = verb.kind ? "NAME" : "OPERATION",
+             .target = &words->name,
+             .help = verb.kind ? "What is read or set, or the operation's name" : "The operation's name",
+             .isRequired = true},
+            Program::valuesArgument(words->arguments)};
+        if (verb.kind != OperationKind::read) {
+            options.push_back({.name = "--yes",
+                               .target = &words->isSure,
+                               .help = "Do not ask at a terminal before something is deleted, reset or taken down"});
+        }
+        program.add({.name = verb.name, .help = verb.help, .example = verb.example, .options = std::move(options)},
+                    [words, &verb](Program::Options const& shared) { return callOne(verb, *words, shared); });
     }
 }
 

@@ -72,28 +72,32 @@ ExitCode writeScript(std::string const& shell, tools::OptionTable const& table)
 void addCompletionVerbs(Program& program)
 {
     auto const shell = std::make_shared<std::string>();
-    program.add({.name = "completion",
-                 .help = "Write a shell's completion of trsctl",
-                 .example = "completion bash >~/.trsctl && . ~/.trsctl",
-                 .options = {{.name = "SHELL",
-                              .target = shell.get(),
-                              .help = "For which shell",
-                              .choices = {"bash", "zsh", "fish"},
-                              .isRequired = true}}},
-                [&program, shell](Program::Options const&) { return writeScript(*shell, program.table()); });
+    program.add(
+        {.name = "completion",
+         .help = "Write a shell's completion of trsctl",
+         .example = "completion bash >~/.trsctl && . ~/.trsctl",
+         .options = {{.name = "SHELL",
+                      .target = shell.get(),
+                      .help = "For which shell",
+                      .choices = {"bash", "zsh", "fish"},
+                      .isRequired = true}}},
+        [&program, shell](Program::Options const&) { return writeScript(*shell, program.table()); },
+        Program::Units::none);
 
     auto const words = std::make_shared<std::vector<std::string>>();
-    program.add({.name = "complete", // for the scripts
-                 .help = "Write what goes on with the last word",
-                 .example = "complete -- get Ip",
-                 .options = {{.name = "WORD", .target = words.get(), .help = "The words that are typed"}},
-                 .isHidden = true},
-                [&program, words](Program::Options const&) {
-                    for (std::string const& each : completions(program, *words)) {
-                        tools::say(each);
-                    }
-                    return ExitCode::good;
-                });
+    program.add(
+        {.name = "complete", // for the scripts
+         .help = "Write what goes on with the last word",
+         .example = "complete -- get Ip",
+         .options = {{.name = "WORD", .target = words.get(), .help = "The words that are typed"}},
+         .isHidden = true},
+        [&program, words](Program::Options const&) {
+            for (std::string const& each : completions(program, *words)) {
+                tools::say(each);
+            }
+            return ExitCode::good;
+        },
+        Program::Units::none);
 }
 
 } // namespace trs::ctl

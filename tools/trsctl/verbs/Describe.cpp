@@ -1,5 +1,4 @@
 // trsctl list and describe: what the catalogue says, without a unit.
-#include "broker/PrintableText.h"
 #include "catalogue/Class.h"
 #include "catalogue/Constants.h"
 #include "catalogue/Json.h"
@@ -26,16 +25,13 @@ std::string hexadecimal(std::uint32_t id) { return fmt::format("0x{:08x}", id); 
 // A class by name, interface name or identifier; null, and said why, when there is none.
 Class const* find(std::string const& name)
 {
-    Class const* found = catalogue::findClass(name);
-    if (found == nullptr && name.starts_with("0x")) {
+    Class const* found = nullptr;
+    if (name.starts_with("0x")) {
         std::uint32_t id = 0;
         auto const [end, error] = std::from_chars(name.data() + 2, name.data() + name.size(), id, 16);
         found = error == std::errc() && end == name.data() + name.size() ? catalogue::findClass(id) : nullptr;
     }
-    if (found == nullptr) {
-        complain(fmt::format("'{}' is no class; `trsctl list` tells them", printable(name)));
-    }
-    return found;
+    return found != nullptr ? found : findClass(name);
 }
 
 // The records and enumerations that a type consists of, each once, in the order in which they are met.
@@ -80,6 +76,55 @@ Value limitsOf(catalogue::Operation const& operation, Format format)
     return limits;
 }
 
+// The names of limits of a parameter and its parts, without the parameter's own: "" and ".vlanId".
+Value limitsOf(catalogue::Operation const& operation, std::string const& parameter)
+{
+    Value limits = Value::object();
+    for (catalogue::LimitedPart const& part : catalogue::limitedParts(operation)) {
+        bool const isPart = part.path.starts_with(parameter) &&
+                            (part.path.size() == parameter.size() || part.path[parameter.size()] == '.' ||
+                             part.path[parameter.size()] == '[');
+        if (isPart) {
+            limits[part.path.substr(parameter.size())].update(part.limit->json());
+        }
+    }
+    return limits;
+}
+
+// As programs read it: what it takes and tells, each with type, direction, limits and unit where there are any.
+Value parametersOf(catalogue::Operation const& operation)
+{
+    Value parameters = Value::array();
+    std::vector<std::string_view> const names = operation.parameterNames();
+    for (std::size_t i = 0; i < operation.parameters.size(); ++i) {
+        catalogue::Parameter const& each = operation.parameters[i];
+        Value parameter{{"name", names[i]}, {"type", each.type->text()}, {"direction", each.isIn ? "in" : "out"}};
+        if (Value limits = limitsOf(operation, std::string(names[i])); !limits.empty()) {
+            parameter["limits"] = limits.size() == 1 && limits.contains("") ? limits[""] : std::move(limits);
+        }
+        if (std::string_view const unit = operation.unitOf(each); !unit.empty()) {
+            parameter["unit"] = unit;
+        }
+        parameters.push_back(std::move(parameter));
+    }
+    return parameters;
+}
+
+char const* roadOf(catalogue::Operation const& operation) { return operation.isLocal ? "local" : "remote"; }
+
+// An operation in the list of its class.
+Value summary(catalogue::Operation const& operation, Format format)
+{
+    if (format != Format::json) {
+        return fmt::format("{} {}", operation.index, operation.signature());
+    }
+    return {{"name", operation.name},
+            {"index", operation.index},
+            {"road", roadOf(operation)},
+            {"result", operation.result != nullptr ? operation.result->text() : "void"},
+            {"parameters", parametersOf(operation)}};
+}
+
 Value described(catalogue::Operation const& operation, Format format)
 {
     std::vector<Type const*> types;
@@ -93,12 +138,22 @@ Value described(catalogue::Operation const& operation, Format format)
     for (Type const* const type : types) {
         named[std::string(type->name)] = partsOf(*type);
     }
-    Value value{{"operation", operation.name},
-                {"class", operation.className},
-                {"classId", hexadecimal(operation.classId)},
-                {"index", operation.index},
-                {"signature", operation.signature()},
-                {"comment", operation.comment()}};
+    Value value{
+        {"operation", operation.name},   {"class", operation.className}, {"classId", hexadecimal(operation.classId)},
+        {"index", operation.index},      {"road", roadOf(operation)},    {"signature", operation.signature()},
+        {"comment", operation.comment()}};
+    if (format == Format::json) {
+        value["result"] = operation.result != nullptr ? operation.result->text() : "void";
+        value["parameters"] = parametersOf(operation);
+    } else {
+        std::vector<std::string_view> const names = operation.parameterNames();
+        for (std::size_t i = 0; i < operation.parameters.size(); ++i) {
+            std::string_view const unit = operation.unitOf(operation.parameters[i]);
+            if (!unit.empty()) {
+                value["units"][std::string(names[i])] = unit;
+            }
+        }
+    }
     if (!named.empty()) {
         value["types"] = named;
     }
@@ -110,11 +165,10 @@ Value described(catalogue::Operation const& operation, Format format)
 
 ExitCode list(std::string const& className, Format format)
 {
-    std::vector<std::vector<std::string>> rows;
+    std::vector<Row> rows;
     if (className.empty()) {
         for (Class const* const each : catalogue::classes()) {
-            rows.push_back({std::string(each->name), hexadecimal(each->id), std::to_string(each->own.size()),
-                            std::string(each->baseName)});
+            rows.push_back({each->name, hexadecimal(each->id), each->own.size(), each->baseName});
         }
         writeRows({"class", "identifier", "operations", "base"}, rows, format);
         return ExitCode::good;
@@ -124,7 +178,7 @@ ExitCode list(std::string const& className, Format format)
         return ExitCode::usage;
     }
     for (catalogue::Operation const* const operation : found->operations()) {
-        rows.push_back({std::string(operation->className), std::to_string(operation->index), operation->signature()});
+        rows.push_back({operation->className, operation->index, operation->signature()});
     }
     writeRows({"class", "index", "signature"}, rows, format);
     return ExitCode::good;
@@ -136,7 +190,7 @@ ExitCode writeTemplate(catalogue::Operation const& operation, std::string const&
     std::vector<std::string_view> const names = operation.parameterNames();
     auto const found = std::ranges::find(names, parameter);
     if (found == names.end()) {
-        return complain(fmt::format("'{}' is no parameter\n{}", printable(parameter), operation.signature()));
+        return complain(fmt::format("'{}' is no parameter\n{}", parameter, operation.signature()));
     }
     auto const end = operation.parameters.begin() + (found - names.begin());
     std::vector<Value> in;
@@ -166,7 +220,7 @@ ExitCode describe(std::string const& name, std::string const& parameter, Format 
     if (dot == std::string::npos) {
         Value operations = Value::array();
         for (catalogue::Operation const& operation : found->own) {
-            operations.push_back(fmt::format("{} {}", operation.index, operation.signature()));
+            operations.push_back(summary(operation, format));
         }
         Value value{{"class", found->name},
                     {"interface", found->interface},
@@ -195,11 +249,12 @@ ExitCode describe(std::string const& name, std::string const& parameter, Format 
 void addDescribeVerbs(Program& program)
 {
     auto const name = std::make_shared<std::string>();
-    program.add({.name = "list",
-                 .help = "List the classes, or the operations of one",
-                 .example = "list EthIfNet",
-                 .options = {{.name = "CLASS", .target = name.get(), .help = "With or without Client"}}},
-                [name](Program::Options const& options) { return list(*name, options.format); });
+    program.add(
+        {.name = "list",
+         .help = "List the classes, or the operations of one",
+         .example = "list EthIfNet",
+         .options = {{.name = "CLASS", .target = name.get(), .help = "With or without Client"}}},
+        [name](Program::Options const& options) { return list(*name, options.format); }, Program::Units::none);
 
     auto const parameter = std::make_shared<std::string>();
     program.add(
@@ -217,7 +272,8 @@ void addDescribeVerbs(Program& program)
                   .help = "Write a value of this parameter to fill in, as JSON",
                   .type = "PARAMETER"},
              }},
-        [name, parameter](Program::Options const& options) { return describe(*name, *parameter, options.format); });
+        [name, parameter](Program::Options const& options) { return describe(*name, *parameter, options.format); },
+        Program::Units::none);
 }
 
 } // namespace trs::ctl

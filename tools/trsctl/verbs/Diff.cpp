@@ -43,7 +43,7 @@ ExitCode load(Program::Options options, std::string const& source, Value& docume
         bool const isSnapshot = document.is_object() && document.contains("objects") && document["objects"].is_object();
         wrong = isSnapshot ? "" : "no snapshot";
     }
-    return wrong.empty() ? ExitCode::good : complain('\'' + printable(source) + "' is " + wrong);
+    return wrong.empty() ? ExitCode::good : complain('\'' + source + "' is " + wrong);
 }
 
 std::string placeOf(std::string place, std::string const& path)
@@ -171,7 +171,8 @@ void addDiffVerbs(Program& program)
                   .help = "Places to leave out, as the output has them, with * and ?; may be given several times",
                   .type = "PATTERN"},
              }},
-        [compared](Program::Options const& options) { return diff(options, compared->sides, compared->ignored); });
+        [compared](Program::Options const& options) { return diff(options, compared->sides, compared->ignored); },
+        Program::Units::none);
 }
 
 } // namespace trs::ctl

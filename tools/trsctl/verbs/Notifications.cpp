@@ -2,22 +2,22 @@
 #include "broker/CallFailure.h"
 #include "broker/NotificationGap.h"
 #include "broker/PrintableText.h"
-#include "broker/calls/Observation.h"
 #include "catalogue/ConstantNames.h"
 #include "catalogue/Json.h"
-#include "catalogue/MessageText.h"
 #include "catalogue/Text.h"
 #include "catalogue/ValueText.h"
-#include "platform/TreflectObserver.h"
-#include "rmi/TipprmiAny.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Console.h"
-#include "tools/trsctl/Feed.h"
+#include "tools/trsctl/Complaint.h"
+#include "tools/trsctl/Herd.h"
 #include "tools/trsctl/Interrupt.h"
+#include "tools/trsctl/Paths.h"
 #include "tools/trsctl/Predicate.h"
 #include "tools/trsctl/Target.h"
 #include "tools/trsctl/Verbs.h"
 
+#include <fmt/format.h>
+#include <functional>
 #include <list>
 #include <memory>
 #include <optional>
@@ -32,6 +32,7 @@ using catalogue::Value;
 using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds pollInterval{100};
+constexpr std::chrono::milliseconds herdInterval{2000}; // for objects that come and go
 
 struct NotificationWords {
     std::string object;
@@ -39,34 +40,7 @@ struct NotificationWords {
     std::string where;
     double seconds = 0; // 0: without end
     unsigned long count = 0;
-};
-
-// Tells a feed of the executions of one operation.
-class Listener final : public TreflectObserver {
-public:
-    Listener(Target const& target, catalogue::Operation const& operation, Feed& feed)
-        : TreflectObserver(target.object.getOID(), nullptr, "trsctl"), name_(target.name.text()), operation_(operation),
-          feed_(feed)
-    {
-    }
-    ~Listener() override { withdraw(); }
-
-    bool detected() override { return true; }
-    bool notify(TipprmiSequence<TipprmiAny> const& parameters) override
-    {
-        Value values = catalogue::unpackParameters(operation_, parameters);
-        catalogue::nameConstants(operation_, values);
-        feed_.put({{"time", catalogue::timestamp(std::chrono::system_clock::now())},
-                   {"object", name_},
-                   {"operation", operation_.name},
-                   {"parameters", std::move(values)}});
-        return true;
-    }
-
-private:
-    std::string const name_;
-    catalogue::Operation const& operation_;
-    Feed& feed_;
+    bool isWait = false;
 };
 
 void show(Value const& event, Format format)
@@ -94,37 +68,26 @@ std::optional<Clock::time_point> endOf(double seconds)
     return Clock::now() + std::chrono::milliseconds(static_cast<long>(seconds * 1000));
 }
 
-// Why an object cannot be observed.
-Outcome whyNotObserved()
-{
-    Outcome outcome;
-    outcome.kind = Outcome::Kind::failed;
-    outcome.failure = lastCallFailure();
-    return outcome;
-}
+void sayWatching(std::string const& what) { std::fprintf(stderr, "watching %s\n", escaped(what).c_str()); }
 
-// Has the feed told of the operations. What is wrong is said.
-ExitCode listen(Target const& target, std::vector<catalogue::Operation const*> const& operations, Feed& feed,
-                std::list<Listener>& listeners)
+ExitCode readPredicate(NotificationWords const& words, std::vector<catalogue::Operation const*> const& operations,
+                       Predicate& predicate)
 {
-    TreflectHandlerState const running;
-    for (catalogue::Operation const* const operation : operations) {
-        Listener& listener = listeners.emplace_back(target, *operation, feed);
-        if (!observe(target.object, operation->classId, operation->index, listener)) {
-            return complain(target, *operation, whyNotObserved());
+    if (std::string const wrong = words.where.empty() ? "" : Predicate::parse(words.where, predicate); !wrong.empty()) {
+        return complain("--where: " + wrong);
+    }
+    bool const isPolled = !words.operations.empty() && isPlainRead(*operations.front()) && words.isWait;
+    for (std::string const& path : predicate.paths()) {
+        if (std::string const wrong = whyNoPath(path, operations, !isPolled); !wrong.empty()) {
+            return complain("--where: " + wrong);
         }
     }
-    std::fprintf(stderr, "watching %s\n", target.name.text().c_str());
     return ExitCode::good;
 }
 
 ExitCode readWords(Program::Options const& options, NotificationWords const& words, Target& target,
                    std::vector<catalogue::Operation const*>& operations, Predicate& predicate)
 {
-    if (std::string const wrong = words.where.empty() ? "" : Predicate::parse(words.where, predicate); !wrong.empty()) {
-        std::fprintf(stderr, "--where: %s\n", wrong.c_str());
-        return ExitCode::usage;
-    }
     if (ExitCode const code = findTarget(options, words.object, target); code != ExitCode::good) {
         return code;
     }
@@ -134,12 +97,8 @@ ExitCode readWords(Program::Options const& options, NotificationWords const& wor
             return ExitCode::usage;
         }
     }
-    if (operations.empty()) {
-        operations = target.type->operations();
-        std::erase_if(operations,
-                      [](catalogue::Operation const* each) { return kindOf(*each) == catalogue::OperationKind::read; });
-    }
-    return ExitCode::good;
+    operations = operations.empty() ? changesOf(*target.type) : operations;
+    return readPredicate(words, operations, predicate);
 }
 
 // What may be missing in what was shown.
@@ -153,11 +112,12 @@ public:
         }
     }
     // Says so on standard error.
-    void say(Target const& target) const
+    void say(std::string const& object) const
     {
         if (count_ != 0) {
-            std::fprintf(stderr, "%s: notifications may be missing: %zu gap%s, the first since %s\n",
-                         target.name.text().c_str(), count_, count_ == 1 ? "" : "s", first_.c_str());
+            complain(fmt::format("{}: notifications may be missing: {} gap{}, the first since {}", object, count_,
+                                 count_ == 1 ? "" : "s", first_),
+                     ExitCode::incomplete);
         }
     }
     bool isAny() const { return count_ != 0; }
@@ -168,6 +128,33 @@ private:
 };
 
 // Shows `words.count` notifications that satisfy the predicate, and the gaps among them; 0: until the time is over.
+// `look` is called every now and then.
+ExitCode show(Feed& feed, Predicate const& predicate, NotificationWords const& words, Format format, Gaps& gaps,
+              std::function<void()> const& look = nullptr)
+{
+    std::optional<Clock::time_point> const end = endOf(words.seconds);
+    unsigned long shown = 0;
+    while (words.count == 0 || shown < words.count) {
+        std::optional<Clock::time_point> const next = Clock::now() + herdInterval;
+        std::optional<Value> const event = feed.take(look && (!end || *next < *end) ? next : end);
+        if (!event && look && !Interrupt::came() && (!end || Clock::now() < *end)) {
+            look();
+            continue;
+        }
+        if (!event) {
+            break;
+        }
+        if (Feed::isGap(*event)) {
+            show(*event, format);
+            gaps.add((*event)["gap"]);
+        } else if (predicate.holds((*event)["parameters"])) {
+            show(*event, format);
+            ++shown;
+        }
+    }
+    return words.count == 0 || shown == words.count ? ExitCode::good : ExitCode::deadline;
+}
+
 ExitCode follow(Program::Options const& options, Target const& target,
                 std::vector<catalogue::Operation const*> const& operations, Predicate const& predicate,
                 NotificationWords const& words, Gaps& gaps)
@@ -178,37 +165,51 @@ ExitCode follow(Program::Options const& options, Target const& target,
     if (ExitCode const code = listen(target, operations, feed, listeners); code != ExitCode::good) {
         return code;
     }
-    std::optional<Clock::time_point> const end = endOf(words.seconds);
-    unsigned long shown = 0;
-    while (words.count == 0 || shown < words.count) {
-        std::optional<Value> const event = feed.take(end);
-        if (!event) {
-            break;
-        }
-        if (Feed::isGap(*event)) {
-            show(*event, options.format);
-            gaps.add((*event)["gap"]);
-        } else if (predicate.holds((*event)["parameters"])) {
-            show(*event, options.format);
-            ++shown;
-        }
+    sayWatching(target.name.text());
+    ExitCode const code = show(feed, predicate, words, options.format, gaps);
+    gaps.say(target.name.text());
+    return code;
+}
+
+// The same of all objects that a pattern matches.
+ExitCode followPattern(Program::Options const& options, NotificationWords const& words, Gaps& gaps)
+{
+    Feed feed(words.object);
+    GapListener const gapListener([&feed](NotificationGap const& gap) { feed.tell(gap); });
+    Herd herd(options, words.object, words.operations, feed);
+    if (ExitCode const code = herd.look(true); code != ExitCode::good) {
+        return code;
     }
-    gaps.say(target);
-    return words.count == 0 || shown == words.count ? ExitCode::good : ExitCode::deadline;
+    if (herd.size() == 0) {
+        note("no object is there yet that '" + words.object + "' matches");
+    }
+    Predicate predicate;
+    if (ExitCode const code = readPredicate(words, herd.operations(), predicate); code != ExitCode::good) {
+        return code;
+    }
+    sayWatching(fmt::format("{}: {} objects", words.object, herd.size()));
+    ExitCode const code = show(feed, predicate, words, options.format, gaps, [&herd] { herd.look(false); });
+    gaps.say(words.object);
+    return code;
 }
 
 // Until it has shown what it was to, or is interrupted.
 ExitCode watch(Program::Options const& options, NotificationWords const& words)
 {
-    Target target;
-    std::vector<catalogue::Operation const*> operations;
-    Predicate predicate;
-    if (ExitCode const code = readWords(options, words, target, operations, predicate); code != ExitCode::good) {
-        return code;
-    }
     Interrupt const interrupt;
     Gaps gaps;
-    ExitCode const code = follow(options, target, operations, predicate, words, gaps);
+    ExitCode code = ExitCode::good;
+    if (words.object.find_first_of("*?") != std::string::npos) {
+        code = followPattern(options, words, gaps);
+    } else {
+        Target target;
+        std::vector<catalogue::Operation const*> operations;
+        Predicate predicate;
+        if (code = readWords(options, words, target, operations, predicate); code != ExitCode::good) {
+            return code;
+        }
+        code = follow(options, target, operations, predicate, words, gaps);
+    }
     bool const isOver = code == ExitCode::good || (code == ExitCode::deadline && Interrupt::came());
     return !isOver ? code : gaps.isAny() ? ExitCode::incomplete : ExitCode::good;
 }
@@ -225,7 +226,7 @@ ExitCode poll(Program::Options const& options, Target const& target, catalogue::
             outcome = catalogue::call(target.object, operation, {});
         }
         if (outcome.kind == Outcome::Kind::done) {
-            catalogue::nameConstants(operation, outcome.results);
+            catalogue::nameConstants(*target.type, operation, outcome.results);
             if (predicate.holds(outcome.results)) {
                 writeResults(outcome.results, options.format);
                 return ExitCode::good;
@@ -238,9 +239,8 @@ ExitCode poll(Program::Options const& options, Target const& target, catalogue::
             if (outcome.kind != Outcome::Kind::done) {
                 return complain(target, operation, outcome);
             }
-            std::fprintf(stderr, "%s %s does not satisfy it in time\n", target.name.text().c_str(),
-                         std::string(operation.name).c_str());
-            return ExitCode::deadline;
+            return complain(fmt::format("{} {} does not satisfy it in time", target.name.text(), operation.name),
+                            ExitCode::deadline);
         }
         std::this_thread::sleep_for(pollInterval);
     }
@@ -260,7 +260,7 @@ ExitCode wait(Program::Options const& options, NotificationWords const& words)
     Gaps gaps;
     ExitCode const code = follow(options, target, operations, predicate, words, gaps);
     if (code == ExitCode::deadline) {
-        std::fprintf(stderr, "no such notification came in time\n");
+        complain("no such notification came in time", ExitCode::deadline);
     }
     return code;
 }
@@ -288,8 +288,8 @@ void addNotificationsVerbs(Program& program)
 {
     auto const watched = std::make_shared<NotificationWords>();
     program.add({.name = "watch",
-                 .help = "Show what happens to an object",
-                 .example = "watch NmiRmiAdapterServer notifyPublicIpAddrChangeRmi",
+                 .help = "Show what happens to an object, or to all that a pattern matches",
+                 .example = "watch 'IfNet/**'",
                  .options =
                      {
                          Program::objectArgument(watched->object),
@@ -304,6 +304,7 @@ void addNotificationsVerbs(Program& program)
 
     auto const awaited = std::make_shared<NotificationWords>();
     awaited->count = 1;
+    awaited->isWait = true;
     program.add(
         {.name = "wait",
          .help = "Wait until something happens, or something read is so",

@@ -1,15 +1,19 @@
 // trsctl shell: command lines from somebody at a terminal, over one connection.
 #include "catalogue/Text.h"
+#include "tools/support/SignalWatch.h"
 #include "tools/support/StandardStreams.h"
 #include "tools/trsctl/Complaint.h"
 #include "tools/trsctl/Completion.h"
 #include "tools/trsctl/Interrupt.h"
 #include "tools/trsctl/Program.h"
+#include "tools/trsctl/StateDirectory.h"
 #include "tools/trsctl/Verbs.h"
+#include "tools/trsctl/Words.h"
 
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -18,6 +22,8 @@
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <poll.h>
+#include <sys/eventfd.h>
 #include <unistd.h>
 
 namespace trs::ctl {
@@ -26,23 +32,6 @@ namespace {
 
 constexpr int mostRemembered = 1000; // lines
 constexpr char const* prompt = "trsctl> ";
-
-// A word as a shell takes it for itself.
-std::string shellWord(std::string const& word)
-{
-    constexpr std::string_view plain = "-_./:=@%+,";
-    bool const isPlain = !word.empty() && std::all_of(word.begin(), word.end(), [&](unsigned char each) {
-        return std::isalnum(each) != 0 || plain.find(static_cast<char>(each)) != std::string_view::npos;
-    });
-    if (isPlain) {
-        return word;
-    }
-    std::string text = "'";
-    for (char const each : word) {
-        text += each == '\'' ? "'\\''" : std::string(1, each);
-    }
-    return text + '\'';
-}
 
 // What would do the same outside of the shell.
 std::string commandLine(Program::Options const& options, std::vector<std::string> const& words)
@@ -62,29 +51,71 @@ std::string commandLine(Program::Options const& options, std::vector<std::string
 // Where lines are remembered; empty when there is no place for them.
 std::string historyFile()
 {
-    char const* const state = std::getenv("XDG_STATE_HOME");
-    char const* const home = std::getenv("HOME");
-    std::filesystem::path directory;
-    if (state != nullptr && *state == '/') {
-        directory = state;
-    } else if (home != nullptr && *home == '/') {
-        directory = std::filesystem::path(home) / ".local/state";
-    } else {
-        return {};
-    }
-    directory /= "trsctl";
-    std::error_code error;
-    std::filesystem::create_directories(directory, error);
-    return error ? std::string() : (directory / "history").string();
+    std::filesystem::path const directory = stateDirectory();
+    return directory.empty() ? std::string() : (directory / "history").string();
 }
+
+// The keys of a terminal, and interrupts as keys: they discard the line.
+class Keys {
+public:
+    Keys() : came_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), watch_({SIGINT}, [this] { ::eventfd_write(came_, 1); }) {}
+    Keys(Keys const&) = delete;
+    Keys& operator=(Keys const&) = delete;
+    ~Keys() { ::close(came_); }
+
+    // A character; -1 at the end.
+    int take()
+    {
+        constexpr std::string_view discard = "\x05\x15\n"; // to the end of the line, kill it, end it
+        while (pending_.empty()) {
+            std::array<pollfd, 2> waiting{{{STDIN_FILENO, POLLIN, 0}, {came_, POLLIN, 0}}};
+            ::poll(waiting.data(), waiting.size(), -1);
+            eventfd_t count = 0;
+            if (::eventfd_read(came_, &count) == 0) {
+                pending_ = discard;
+            } else if (waiting[0].revents != 0) {
+                return readCharacter();
+            }
+        }
+        int const key = static_cast<unsigned char>(pending_.front());
+        pending_.remove_prefix(1);
+        return key;
+    }
+
+private:
+    // UTF-8 (RFC 3629); a byte that begins none stands for itself.
+    static int readCharacter()
+    {
+        unsigned char byte = 0;
+        if (::read(STDIN_FILENO, &byte, 1) != 1) {
+            return -1;
+        }
+        int const more = byte >= 0xf0 ? 3 : byte >= 0xe0 ? 2 : byte >= 0xc0 ? 1 : 0;
+        int character = more == 0 ? byte : byte & (0x3f >> more);
+        for (int i = 0; i < more && ::read(STDIN_FILENO, &byte, 1) == 1; ++i) {
+            character = (character << 6) | (byte & 0x3f);
+        }
+        return character;
+    }
+
+    int const came_;
+    std::string_view pending_;
+    tools::SignalWatch watch_;
+};
 
 // The terminal's line editor, which is one for the process.
 class Editor {
 public:
-    explicit Editor(Program::Options const& options) : program_(options), history_(historyFile())
+    // Completion follows the options as they change.
+    explicit Editor(Program::Options const& options) : options_(options), history_(historyFile())
     {
         current = this;
-        using_history();
+        std::setlocale(LC_CTYPE, "C.UTF-8"); // keys are read as such
+        rl_getc_function = [](FILE*) { return current->keys_ != nullptr ? current->keys_->take() : -1; };
+        using_history(); // which initialises the editor with all that was set before
+        // An interrupt flushes what is written otherwise, and at times that is the next prompt.
+        std::string noFlush = "setty -d +noflsh";
+        rl_parse_and_bind(noFlush.data());
         stifle_history(mostRemembered);
         if (!history_.empty()) {
             read_history(history_.c_str());
@@ -99,7 +130,10 @@ public:
     // None at the end.
     std::optional<std::string> take()
     {
+        Keys keys;
+        keys_ = &keys;
         std::unique_ptr<char, decltype(&std::free)> const line(readline(prompt), std::free);
+        keys_ = nullptr;
         if (line == nullptr) {
             tools::say("");
             return std::nullopt;
@@ -121,7 +155,8 @@ private:
         std::vector<std::string> words;
         catalogue::splitWords(std::string_view(rl_line_buffer).substr(0, static_cast<std::size_t>(begin)), words);
         words.emplace_back(word);
-        current->found_ = completions(current->program_, words);
+        Program program(current->options_);
+        current->found_ = completions(program, words);
         current->place_ = 0;
         return current->found_.empty() ? nullptr : rl_completion_matches(word, next);
     }
@@ -134,7 +169,8 @@ private:
     static inline Editor* current = nullptr;
     static inline std::array<char, 4> breaks{" \t"};
 
-    Program program_;
+    Program::Options const& options_;
+    Keys* keys_ = nullptr;
     std::string const history_;
     std::string last_;
     std::vector<std::string> found_;
@@ -145,8 +181,17 @@ struct ShellWords {
     bool printsCommand = false;
 };
 
+// Whether a line has options and no verb: they hold for the lines that follow.
+bool isSetting(std::vector<std::string> const& words, Program& program)
+{
+    return words.front().starts_with('-') && words.front() != "-h" && words.front() != "--help" &&
+           words.front() != "--version" && std::ranges::none_of(words, [&program](std::string const& word) {
+               return std::ranges::find(program.table().verbs, word, &tools::Verb::name) != program.table().verbs.end();
+           });
+}
+
 // Executes a line. False when it ends the shell.
-bool execute(std::string const& line, Program::Options const& options, ShellWords const& shell, ExitCode& code)
+bool execute(std::string const& line, Program::Options& options, ShellWords const& shell, ExitCode& code)
 {
     std::vector<std::string> words;
     if (std::string const wrong = catalogue::splitWords(line, words); !wrong.empty()) {
@@ -159,19 +204,27 @@ bool execute(std::string const& line, Program::Options const& options, ShellWord
     if (words.front() == "exit" || words.front() == "quit") {
         return false;
     }
-    if (words.front() == "help") {
-        words.erase(words.begin());
-        words.emplace_back("--help");
-    } else if (shell.printsCommand) {
+    Program program(options);
+    if (isSetting(words, program)) {
+        program.add({.name = "keep", .help = "Have the options hold for lines that follow", .isHidden = true},
+                    [&options](Program::Options const& said) {
+                        options = said;
+                        return ExitCode::good;
+                    });
+        words.emplace_back("keep");
+        code = static_cast<ExitCode>(program.run(words));
+        return true;
+    }
+    if (shell.printsCommand && words.front() != "help") {
         std::fprintf(stderr, "%s\n", commandLine(options, words).c_str());
     }
     Interrupt const interrupt;
-    code = static_cast<ExitCode>(Program(options).run(words));
+    code = static_cast<ExitCode>(program.run(words));
     return !tools::isOutputGone();
 }
 
 // The exit code is the last line's.
-ExitCode run(Program::Options const& options, ShellWords const& shell)
+ExitCode run(Program::Options options, ShellWords const& shell)
 {
     ExitCode code = ExitCode::good;
     if (::isatty(STDIN_FILENO) == 0) {
@@ -183,7 +236,8 @@ ExitCode run(Program::Options const& options, ShellWords const& shell)
         }
         return code;
     }
-    tools::say("A verb and its words a line, such as: tree. Tab completes, help lists the verbs, exit ends.");
+    tools::say("A verb and its words a line, such as: tree. Options alone, such as --format json, hold from then on.\n"
+               "Tab completes, help lists the verbs, Ctrl-C ends one or discards the line, exit ends the shell.");
     Editor editor(options);
     for (std::optional<std::string> line = editor.take(); line && execute(*line, options, shell, code);
          line = editor.take()) {

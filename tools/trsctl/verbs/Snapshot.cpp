@@ -1,7 +1,6 @@
 // trsctl snapshot: all that a unit tells.
 #include "catalogue/File.h"
 #include "catalogue/Json.h"
-#include "tools/support/StandardStreams.h"
 #include "tools/trsctl/Complaint.h"
 #include "tools/trsctl/UnitDocument.h"
 #include "tools/trsctl/Verbs.h"
@@ -31,7 +30,7 @@ ExitCode snapshot(Program::Options const& options, std::string const& object, st
         return code;
     }
     if (file.empty()) {
-        tools::say(catalogue::toJson(document));
+        writeResults(document, Format::json);
         return ExitCode::good;
     }
     return write(file, document);

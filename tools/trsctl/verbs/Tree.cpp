@@ -1,11 +1,13 @@
 // trsctl tree: the graph of a unit's objects.
 #include "broker/PrintableText.h"
 #include "catalogue/Json.h"
-#include "catalogue/Walk.h"
+#include "catalogue/ValueText.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Colour.h"
 #include "tools/support/StandardStreams.h"
 #include "tools/trsctl/Target.h"
+#include "tools/trsctl/UnitDocument.h"
+#include "tools/trsctl/UnitWalk.h"
 #include "tools/trsctl/Verbs.h"
 
 #include <algorithm>
@@ -17,7 +19,6 @@ namespace trs::ctl {
 
 namespace {
 
-using catalogue::Outcome;
 using catalogue::Value;
 
 // An object, and how its parent leads to it.
@@ -30,7 +31,7 @@ struct Node {
 
 // What an object leads to: by which operation, and as what.
 struct Edge {
-    catalogue::Operation const* operation;
+    std::string operation; // with the key that it was given, if it takes one
     std::string object;
 };
 using Graph = std::map<std::string, std::vector<Edge>>; // by identifier
@@ -38,18 +39,22 @@ using Graph = std::map<std::string, std::vector<Edge>>; // by identifier
 // Shows each object's own children where it stands first.
 class Planter {
 public:
-    Planter(Graph const& graph, int depth) : graph_(graph), depth_(depth) {}
+    Planter(Graph const& graph, std::map<std::string, std::string> const& names, int depth)
+        : graph_(graph), names_(names), depth_(depth)
+    {
+    }
 
     Node plant(std::string const& object, std::string const& operation, int level)
     {
         catalogue::ObjectName name;
         catalogue::ObjectName::parse(object, name);
-        Node node{object, operation, !shown_.insert(name.id).second, {}};
+        auto const known = names_.find(name.id);
+        Node node{known != names_.end() ? known->second : object, operation, !shown_.insert(name.id).second, {}};
         auto const edges = graph_.find(name.id);
         if (level < depth_ && edges != graph_.end() && hasChildren_.insert(name.id).second) {
             node.isSeen = false;
             for (Edge const& edge : edges->second) {
-                node.children.push_back(plant(edge.object, std::string(edge.operation->name), level + 1));
+                node.children.push_back(plant(edge.object, edge.operation, level + 1));
             }
         }
         return node;
@@ -57,8 +62,9 @@ public:
 
 private:
     Graph const& graph_;
+    std::map<std::string, std::string> const& names_; // an object may be met as one of its own class and of a base
     int const depth_;
-    // Identifiers: an object may be met as one of its own class and of a base.
+    // Identifiers.
     std::set<std::string> shown_;
     std::set<std::string> hasChildren_;
 };
@@ -111,7 +117,7 @@ void say(std::vector<Node> const& trees, Program::Options const& options, TreeWo
     } else if (options.format == Format::json) {
         Value all = Value::array();
         std::ranges::transform(trees, std::back_inserter(all), toValue);
-        tools::say(catalogue::toJson(words.object.empty() ? all : all.front()));
+        writeResults(words.object.empty() ? all : all.front(), options.format);
     } else {
         std::ranges::for_each(trees, [](Node const& root) { sayText(root, 0); });
     }
@@ -128,32 +134,48 @@ ExitCode tree(Program::Options const& options, TreeWords const& words)
     std::vector<catalogue::ObjectName> roots{target.name};
     if (words.object.empty()) {
         std::ranges::copy(catalogue::ObjectName::wellKnown().subspan(1), std::back_inserter(roots));
+        roots.push_back(unitRoots().back());
     }
     TreflectHandlerState const running;
     catalogue::Walk walk({.depth = std::max(words.depth, 1)}); // whether the object is there is asked at least
     std::ranges::for_each(roots, [&walk](catalogue::ObjectName const& root) { walk.begin(root); });
     Graph graph;
+    std::map<std::string, std::string> mostDerived; // names by identifier
     ExitCode end = ExitCode::good;
-    catalogue::makeCalls(walk, [&](catalogue::Visit const& visit) {
-        bool const isRootMissing = graph.empty() && visit.outcome.kind == Outcome::Kind::failed &&
-                                   visit.outcome.failure.kind != CallFailure::Kind::noSuchOperation;
-        if (isRootMissing || isUnitLost(visit.outcome)) {
-            end = complain({target.unit, visit.object.name, visit.object.type, {}}, visit.operation, visit.outcome);
+    Identification identification(*target.type);
+    auto const visit = [&](catalogue::Visit const& seen) {
+        if (seen.object.name.id == target.name.id) {
+            identification.add(seen.operation, seen.outcome);
+        }
+        if (isUnitLost(seen.outcome)) {
+            end = complain({target.unit, seen.object.name, seen.object.type, {}}, seen.operation, seen.outcome);
             return false;
         }
-        if (visit.object.from == nullptr && visit.outcome.failure.kind == CallFailure::Kind::noSuchObject) {
+        if (seen.object.from == nullptr && seen.outcome.failure.kind == CallFailure::Kind::noSuchObject) {
             return true;
         }
-        std::vector<Edge>& edges = graph[visit.object.name.id];
-        for (std::string const& reference : visit.references) {
-            edges.push_back({&visit.operation, reference});
+        std::vector<Edge>& edges = graph[seen.object.name.id];
+        for (std::string const& reference : seen.references) {
+            edges.push_back({std::string(seen.operation.name), reference});
         }
         return true;
-    });
+    };
+    walkUnit(walk, {visit, [&graph](KeyedVisit const& seen) {
+                        for (std::string const& reference : seen.references) {
+                            graph[seen.object.name.id].push_back(
+                                {std::string(seen.operation.name) + ' ' + catalogue::textOf(seen.key), reference});
+                        }
+                    }});
+    for (catalogue::Walk::Object const& object : walk.objects()) {
+        mostDerived[object.name.id] = object.name.text();
+    }
+    if (end == ExitCode::good && identification.failed() != nullptr) {
+        return complain(target, *identification.failed(), identification.outcome());
+    }
     if (graph.empty() && end != ExitCode::good) {
         return end;
     }
-    Planter planter(graph, words.depth);
+    Planter planter(graph, mostDerived, words.depth);
     std::vector<Node> trees;
     for (catalogue::ObjectName const& root : roots) {
         if (graph.contains(root.id)) {

@@ -25,9 +25,11 @@ ExitCode walk(Program::Options const& options, std::string const& object)
     std::vector<catalogue::Operation const*> operations = target.type->operations();
     std::erase_if(operations, [](catalogue::Operation const* each) { return !isPlainRead(*each); });
     tools::Progress progress("operations");
+    Identification identification(*target.type);
     for (catalogue::Operation const* const operation : operations) {
         progress.show(results.size(), operations.size());
         Outcome outcome = catalogue::call(target.object, *operation, {});
+        identification.add(*operation, outcome);
         bool const isEnd = outcome.kind == Outcome::Kind::failed &&
                            outcome.failure.kind != CallFailure::Kind::noSuchOperation &&
                            outcome.failure.kind != CallFailure::Kind::refused;
@@ -35,11 +37,14 @@ ExitCode walk(Program::Options const& options, std::string const& object)
             progress.clear();
             return complain(target, *operation, outcome);
         }
-        catalogue::nameConstants(*operation, outcome.results);
+        catalogue::nameConstants(*target.type, *operation, outcome.results);
         results[std::string(operation->name)] =
             outcome.kind == Outcome::Kind::done ? outcome.results : Value{{"error", whyNoResults(*operation, outcome)}};
     }
     progress.clear();
+    if (identification.failed() != nullptr) {
+        return complain(target, *identification.failed(), identification.outcome());
+    }
     writeResults(results, options.format);
     return ExitCode::good;
 }
