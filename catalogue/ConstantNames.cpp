@@ -1,6 +1,5 @@
 #include "catalogue/ConstantNames.h"
 
-#include "broker/PrintableText.h"
 #include "catalogue/Constants.h"
 #include "catalogue/LimitNotation.h"
 #include "catalogue/LimitTable.h"
@@ -190,7 +189,8 @@ std::optional<std::int64_t> numberCalled(std::string_view name, Place const& pla
 // Why a word stands for no number at that place.
 std::string unknown(std::string_view word, Place const& place, std::vector<NamedValue> const& names)
 {
-    std::string text = place.path + (place.path.empty() ? "'" : ": '") + printable(word) + "' is neither a number nor ";
+    std::string text =
+        place.path + (place.path.empty() ? "'" : ": '") + std::string(word) + "' is neither a number nor ";
     if (names.empty() || names.size() > mostNamed) {
         return text + "a constant of " + std::string(place.classes[0]);
     }

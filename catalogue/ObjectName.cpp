@@ -1,7 +1,6 @@
 #include "catalogue/ObjectName.h"
 
 #include "adapter/NmiRmiAdapterClient.h"
-#include "broker/PrintableText.h"
 #include "catalogue/Class.h"
 #include "catalogue/SimulatorClient.h"
 #include "clients/ip/IpNodeClient.h"
@@ -29,7 +28,7 @@ std::string ObjectName::parse(std::string const& text, ObjectName& name)
     }
     std::size_t const colon = text.find(':');
     if (colon == std::string::npos || colon == 0 || colon + 1 == text.size()) {
-        return '\'' + printable(text) + "' is no object: it is neither Class:identifier nor a well-known " +
+        return '\'' + text + "' is no object: it is neither Class:identifier nor a well-known " +
                IpNodeClient::IPNODE_OID + " or " + NmiRmiAdapterClient::NMI_RMI_ADAPTER_SER_NAME;
     }
     name = {text.substr(0, colon), text.substr(colon + 1)};

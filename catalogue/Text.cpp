@@ -1,7 +1,5 @@
 #include "catalogue/Text.h"
 
-#include "broker/PrintableText.h"
-
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -56,7 +54,7 @@ std::string splitWords(std::string_view line, Words& words)
             words.back() += escaped(line[i], quote);
         }
     }
-    return quote == 0 ? "" : "the quote that opens '" + printable(line.substr(opened + 1)) + "' is not closed";
+    return quote == 0 ? "" : "the quote that opens '" + std::string(line.substr(opened + 1)) + "' is not closed";
 }
 
 bool isSameWord(std::string_view one, std::string_view other)

@@ -1,6 +1,5 @@
 #include "catalogue/Value.h"
 
-#include "broker/PrintableText.h"
 #include "catalogue/Json.h"
 #include "catalogue/ObjectName.h"
 #include "catalogue/Text.h"
@@ -99,7 +98,7 @@ Value readElements(TipprmiStream& stream, Type const& type, unsigned long count)
     return elements;
 }
 
-std::string shown(Value const& value) { return printable(toJson(value, -1)); }
+std::string shown(Value const& value) { return toJson(value, -1); }
 
 // Puts the field or element in front of what is wrong with its value.
 std::string within(std::string const& part, std::string const& wrong)
@@ -189,7 +188,7 @@ std::string writeRecord(TipprmiStream& stream, Type const& type, Value const& va
     }
     for (auto const& [name, unused] : value.items()) {
         if (std::ranges::find(type.fields, name, &Field::name) == type.fields.end()) {
-            return '\'' + printable(name) + "' is no field of " + std::string(type.name);
+            return '\'' + name + "' is no field of " + std::string(type.name);
         }
     }
     for (Field const& field : type.fields) {

@@ -24,7 +24,8 @@ Value readValue(TipprmiStream& stream, Type const& type);
 // 0, false, empty, null; of records and arrays such parts.
 Value zero(Type const& type);
 
-// Appends the value. Empty, or what is wrong with it: the place in it and the offending part.
+// Appends the value. Empty, or what is wrong with it: the place in it and the offending part as it was given,
+// unescaped.
 std::string writeValue(TipprmiStream& stream, Type const& type, Value const& value);
 
 // Appends the status of a get, set or run operation, as the unit's side does.

@@ -1,6 +1,5 @@
 #include "catalogue/ValueText.h"
 
-#include "broker/PrintableText.h"
 #include "catalogue/File.h"
 #include "catalogue/Json.h"
 
@@ -22,7 +21,7 @@ std::string parseComposed(std::string const& text, Value& value)
         }
     }
     std::string const wrong = parseJson(json, value);
-    return wrong.empty() ? wrong : '\'' + printable(text) + "' is " + wrong;
+    return wrong.empty() ? wrong : '\'' + text + "' is " + wrong;
 }
 
 // The number, or the text when it is none: it may be the name of one.

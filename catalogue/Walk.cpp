@@ -1,6 +1,6 @@
 #include "catalogue/Walk.h"
 
-#include "broker/Deadline.h"
+#include "catalogue/ManyCalls.h"
 #include "catalogue/OperationKind.h"
 #include "catalogue/References.h"
 
@@ -18,13 +18,6 @@ bool derives(Class const* type, Class const& base)
     }
     return type != nullptr;
 }
-
-constexpr std::size_t mostUnderWay = 64; // as one connection carries at a time
-
-struct UnderWay {
-    Walk::Call call;
-    StartedCall started;
-};
 
 } // namespace
 
@@ -94,38 +87,22 @@ std::vector<std::string> Walk::answer(Call const& call, Outcome const& outcome)
 
 void makeCalls(Walk& walk, Visitor const& visit, std::optional<std::chrono::steady_clock::time_point> end)
 {
-    std::deque<UnderWay> underWay;
-    bool isHere = false; // where one call after the other is as good
-    for (;;) {
-        while (underWay.size() < mostUnderWay && !(isHere && !underWay.empty())) {
-            std::optional<Walk::Call> const call = walk.next();
-            if (!call) {
-                break;
-            }
-            std::chrono::milliseconds time = Deadline::current();
-            if (end) {
-                time = std::min(time, std::chrono::duration_cast<std::chrono::milliseconds>(
-                                          *end - std::chrono::steady_clock::now()));
-            }
-            if (time.count() <= 0) {
-                return;
-            }
-            CallDeadline const deadline(time);
-            TipprmiObjectClient const object(TipprmiOID(call->object->name.id));
-            isHere = object.getServer() != nullptr;
-            underWay.push_back({*call, StartedCall(object, *call->operation, {})});
+    std::deque<Walk::Call> underWay;
+    auto const next = [&]() -> std::optional<PlannedCall> {
+        std::optional<Walk::Call> const call = walk.next();
+        if (!call) {
+            return std::nullopt;
         }
-        if (underWay.empty()) {
-            return;
-        }
-        Walk::Call const call = underWay.front().call;
-        Outcome outcome = underWay.front().started.outcome();
+        underWay.push_back(*call);
+        return PlannedCall{call->object->name.id, call->operation};
+    };
+    auto const take = [&](Outcome& outcome) {
+        Walk::Call const call = underWay.front();
         underWay.pop_front();
         std::vector<std::string> const references = walk.answer(call, outcome);
-        if (!visit({*call.object, *call.operation, outcome, references})) {
-            return;
-        }
-    }
+        return visit({*call.object, *call.operation, outcome, references});
+    };
+    makeCalls(next, take, end);
 }
 
 bool isUnitLost(Outcome const& outcome)

@@ -160,6 +160,7 @@ TEST_F(TrsctlApply, SetsWhateverCanBeSet)
              {"NtpAccess:Access/Ntp", "createNtpServer", "10.0.0.3", "5"},
              {"RmAccess:Access/RuleManager", "deleteRuleset", "input"},
              {"Condition:IfNet/Lmp/Condition/DownEgress", "suppress"},
+             {"ApplicationObject:AppObject-1", "destroyPerformanceSvc"},
              {"ApplicationObject:IfNet/Lmp", "isSupportedBy", "ApplicationObject:AppObject-1"},
              {"TransmissionIf:PdhUnit-1/If/1", "reserve", "ApplicationObject:AppObject-1"}}) {
         Arguments words = made;
@@ -188,6 +189,33 @@ TEST_F(TrsctlApply, TakesBackAllWhenAStepFails)
     sim.does("fault close operation=IpNode.setMtu count=1");
     EXPECT_EQ(apply(R"("EthIfNet:IfNet/Lmp": {"mtu": 1300}, "IpNode": {"mtu": 1400})").code, 6);
     expectAsIn(before);
+}
+
+TEST_F(TrsctlApply, TakesBackWhatIsInterrupted)
+{
+    Unit sim = unit({"--clock", "stepped"});
+    std::string const before = snapshot();
+    sim.does("fault drop operation=IpNode.setMtu count=1");
+    std::string const wanted = write(R"({"objects": {"EthIfNet:IfNet/Lmp": {"mtu": 1300}, "IpNode": {"mtu": 1400}}})");
+    ChildProcess applying(program("trsctl"), {"--unit", endpoint, "--timeout", "60000", "apply", wanted});
+    applying.readUntil("EthIfNet:IfNet/Lmp setMtu mtu=1300");
+    applying.signal(SIGINT);
+    EXPECT_EQ(applying.waitForExit(), 6);
+    expectAsIn(before);
+}
+
+TEST_F(TrsctlApply, AChangeThatFailedLeavesTheOneBeforeToBeTakenBack)
+{
+    Unit sim = unit({"--clock", "stepped"});
+    EXPECT_EQ(apply(R"("IpNode": {"mtu": 1400})").code, 0);
+    Result const refused = apply(R"("IpNode": {"mtu": 14})");
+    EXPECT_EQ(refused.code, 4);
+    EXPECT_THAT(refused.error, Not(HasSubstr("taken back"))) << "nothing was done";
+    EXPECT_EQ(apply(R"("EthIfNet:IfNet/Lmp": {"mtu": 1300}, "IpNode": {"mtu": 14})", {"--confirm", "5"}).code, 4);
+    EXPECT_EQ(run({"confirm"}).code, 2);
+    sim.does("fault close operation=IpNode.getMtu count=1");
+    EXPECT_EQ(run({"rollback"}).code, 6);
+    EXPECT_EQ(output({"rollback"}), "~ IpNode:IpNode setMtu mtu=1500  (mtu was 1400)\n");
 }
 
 TEST_F(TrsctlApply, TakesWhatIsWrittenByHand)
@@ -227,6 +255,17 @@ TEST_F(TrsctlApply, TakesWhatIsWrittenByHand)
     }
     EXPECT_EQ(run({"apply", write("[]")}).code, 2);
     EXPECT_EQ(run({"apply", directory.file("nowhere")}).code, 2);
+}
+
+TEST_F(TrsctlApply, TakesPerformanceServicesAwayAndBringsThemBack)
+{
+    Unit sim = unit({"--clock", "stepped"});
+    std::string const before = snapshot();
+    Result const removed = apply(R"("PerformanceService:AppObject-1/PerformanceService": null)");
+    EXPECT_EQ(removed.output, "- ApplicationObject:AppObject-1 destroyPerformanceSvc\n");
+    EXPECT_EQ(output({"get", "ApplicationObject:AppObject-1", "performanceSvc"}), "result none\n");
+    EXPECT_THAT(output({"apply", before}), HasSubstr("+ ApplicationObject:AppObject-1 createPerformanceSvc\n"));
+    expectAsIn(before);
 }
 
 TEST_F(TrsctlApply, ReportsWhatNothingSets)

@@ -1,6 +1,7 @@
 // What trsctl tells programs, above all of failures, and how it takes names.
 #include "tests/tools/Trsctl.h"
 
+#include <chrono>
 #include <nlohmann/json.hpp>
 
 namespace {
@@ -65,12 +66,50 @@ TEST_F(TrsctlFailures, AreJsonToPrograms)
         << "the format of one line is not that of the next";
 }
 
+// Reads that take keys are many, and come when the others are over.
+TEST_F(TrsctlFailures, AUnitThatIsLostAmongReadsByKeysHasNoSnapshot)
+{
+    Unit sim = unit();
+    sim.does("fault close operation=HwmUnit.getModule");
+    for (char const* const verb : {"snapshot", "tree", "alarms", "interfaces", "counters"}) {
+        Result const result = run({verb});
+        EXPECT_EQ(result.code, 6) << verb;
+        EXPECT_THAT(result.error, HasSubstr("getModule at ")) << verb;
+    }
+    sim.writeLine("clear");
+    sim.does("fault delay operation=HwmUnit.getModule delay=300"); // of 16 modules, some of which are there
+    auto const begin = std::chrono::steady_clock::now();
+    EXPECT_THAT(output({"snapshot"}), HasSubstr("HwmModule:HwmUnit-1/Module/1"));
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(4)) << "one after the other";
+}
+
 TEST_F(TrsctlFailures, TextsInJsonAreNeitherCutNorEscapedTwice)
 {
     Unit sim = unit();
     std::string const text = "a\\b\"" + std::string(3000, 'x') + "\xc3\xbc";
     EXPECT_EQ(output({"call", "IpNode", "setIpConfig", "site", "10.0.0.1", "10.0.0.2", "7", "text=" + text}), "");
     EXPECT_EQ(parsed({"get", "IpNode", "ipConfig", "site"})["text"], text);
+}
+
+TEST_F(TrsctlFailures, WhatIsQuotedInThemIsNeitherCutNorEscapedTwice)
+{
+    Unit sim = unit();
+    std::string const odd = std::string(300, 'x') + "\\\xc3\xb6\x1b\"";
+    for (Arguments const& arguments : std::initializer_list<Arguments>{
+             {"set", "IpNode", "mtu", odd},
+             {"get", odd, "mtu"},
+             {"set", "EthIfNet:IfNet/Lmp", "ipAddrSequence", nlohmann::json{{odd, 1}}.dump()},
+         }) {
+        Arguments words = arguments;
+        words.insert(words.end(), {"--format", "json"});
+        nlohmann::json const told = nlohmann::json::parse(run(words).error, nullptr, false);
+        ASSERT_TRUE(told.is_object()) << arguments[0];
+        std::string const error = told["error"].get<std::string>();
+        EXPECT_THAT(error, HasSubstr(std::string(300, 'x')));
+        EXPECT_THAT(error, HasSubstr("\xc3\xb6"));
+        EXPECT_THAT(error, testing::Not(HasSubstr("\\x"))) << "which is for terminals";
+        EXPECT_THAT(run(arguments).error, testing::Not(HasSubstr("\x1b"))) << "which a terminal must not get";
+    }
 }
 
 TEST_F(TrsctlFailures, NumbersInJsonAreNumbers)

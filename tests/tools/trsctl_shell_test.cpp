@@ -1,6 +1,8 @@
 // trsctl's shell at a terminal.
 #include "tests/tools/Trsctl.h"
 
+#include <filesystem>
+#include <fstream>
 #include <pty.h>
 
 namespace {
@@ -129,10 +131,54 @@ TEST_F(TrsctlShell, WhatDestroysAsksBefore)
     terminal.type("y\n");
     terminal.readUntil("trsctl> ");
     EXPECT_EQ(output({"get", "EthIfNet:IfNet/Transport", "flags"}), "flags 0\n");
+    terminal.type("call AdminState:IfNet/Transport/AdminState set LOCKED\n");
+    terminal.readUntil("sure? [y/N] ");
+    terminal.type("\n");
+    terminal.readUntil("nothing is done");
     terminal.type("call EthIfNet:IfNet/Transport deleteVlan 100 --yes\n");
     terminal.readUntil("trsctl> ");
     EXPECT_EQ(run({"get", "VlanIfNet:IfNet/Transport/Vlan/100", "mtu"}).code, 3);
     EXPECT_EQ(run({"call", "EthIfNet:IfNet/Transport", "deleteVlan", "200"}).code, 0) << "nobody is there to ask";
+}
+
+TEST_F(TrsctlShell, AnAppliedFileAsksBeforeItRemovesAnything)
+{
+    Unit sim = unit();
+    std::string const wanted = directory.file("wanted.json");
+    std::ofstream(wanted) << R"({"objects": {"VlanIfNet:IfNet/Transport/Vlan/100": null, "IpNode": {"mtu": 1400}}})";
+    Terminal terminal = shellAt(endpoint);
+    terminal.readUntil("trsctl> ");
+    terminal.type("apply " + wanted + '\n');
+    EXPECT_THAT(terminal.readUntil("sure? [y/N] "), HasSubstr("- EthIfNet:IfNet/Transport deleteVlan vlanId=100"));
+    terminal.type(interrupt);
+    terminal.readUntil("nothing is done");
+    EXPECT_EQ(output({"get", "IpNode", "mtu"}), "mtu 1500\n");
+    terminal.type("apply --yes " + wanted + '\n');
+    EXPECT_THAT(terminal.readUntil("deleteVlan"), Not(HasSubstr("sure?")));
+    terminal.readUntil("trsctl> ");
+    terminal.type("apply " + wanted + '\n');
+    EXPECT_THAT(terminal.readUntil("trsctl> "), Not(HasSubstr("sure?"))) << "nothing is left to do";
+    EXPECT_EQ(output({"get", "IpNode", "mtu"}), "mtu 1400\n");
+}
+
+TEST_F(TrsctlShell, ManyUnitsTakeItsLinesAndItsOptions)
+{
+    Unit sim = unit();
+    std::string const other = "unix:" + directory.file("other");
+    ChildProcess second(program("trssim"), {"--listen", other});
+    second.readUntil("ready");
+    std::string const trsctl = " | trsctl --unit " + endpoint + " --unit " + other + ' ';
+    Result const result = shell("printf 'set IpNode mtu 1400\\n--value-only\\nget IpNode mtu\\n'" + trsctl + "shell");
+    EXPECT_EQ(result.error, "");
+    EXPECT_THAT(result.output, AllOf(HasSubstr(endpoint + ": 1400\n"), HasSubstr(other + ": 1400\n")));
+    EXPECT_EQ(shell("echo set IpNode mtu 1300" + trsctl + "batch").code, 0);
+    EXPECT_EQ(shell("echo 1200" + trsctl + "set IfNet:IfNet/Lmp mtu @-").code, 0);
+    for (std::string const& each : {endpoint, other}) {
+        EXPECT_EQ(shell("trsctl --unit " + each + " get IpNode mtu").output, "mtu 1300\n");
+        EXPECT_EQ(shell("trsctl --unit " + each + " get IfNet:IfNet/Lmp mtu").output, "mtu 1200\n");
+    }
+    EXPECT_EQ(shell("true" + trsctl + "edit IpNode").code, 2) << "an editor is for one";
+    std::filesystem::remove(directory.file("other"));
 }
 
 TEST_F(TrsctlShell, OptionsAloneHoldFromThenOn)

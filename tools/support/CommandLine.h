@@ -22,6 +22,7 @@ public:
     CommandLine& operator=(CommandLine const&) = delete;
 
     OptionTable& table() { return table_; }
+    OptionTable const& table() const { return table_; }
     void add(Option option) { table_.options.push_back(std::move(option)); }
     // Adds --exit-on-eof, for a program that takes commands from standard input.
     void takeCommands();
@@ -32,8 +33,7 @@ public:
     void onWrong(std::function<void(std::string const&)> say) { wrong_ = std::move(say); }
 
     // Reads the command line and sets the log level. `help` in front, and -h, are --help: `help VERB`. The exit code,
-    // when the program is to end: 0 after --help and
-    // --version, wrongUsage after saying what is wrong.
+    // when the program is to end: 0 after --help and --version, wrongUsage after saying what is wrong.
     std::optional<int> parse(std::vector<std::string> words);
     std::optional<int> parse(int argc, char** argv) { return parse({argv + 1, argv + argc}); }
     bool exitsOnEof() const { return exitsOnEof_; }

@@ -125,7 +125,7 @@ void Console::run(bool endsWithInput)
                 receive();
             }
         } else if (std::string const wrong = execute(line); !wrong.empty()) {
-            std::fprintf(stderr, "%s\n", wrong.c_str());
+            std::fputs(complaintText(wrong).c_str(), stderr);
         }
     }
 }

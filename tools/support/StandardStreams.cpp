@@ -1,5 +1,7 @@
 #include "tools/support/StandardStreams.h"
 
+#include "broker/PrintableText.h"
+
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
@@ -106,6 +108,26 @@ void onOutputGone(std::function<void()> listener)
         listener();
     } else {
         output().listener = std::move(listener);
+    }
+}
+
+std::string complaintText(std::string_view text)
+{
+    constexpr std::string_view backslash = "\\x5c";
+    std::string lines;
+    for (;;) {
+        std::size_t const length = std::min(text.find('\n'), text.size());
+        std::string const line = escaped(text.substr(0, length));
+        std::size_t begin = 0;
+        for (std::size_t at = line.find(backslash); at != std::string::npos; at = line.find(backslash, begin)) {
+            lines.append(line, begin, at - begin).push_back('\\');
+            begin = at + backslash.size();
+        }
+        lines.append(line, begin).push_back('\n');
+        if (length == text.size()) {
+            return lines;
+        }
+        text.remove_prefix(length + 1);
     }
 }
 

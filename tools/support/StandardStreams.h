@@ -20,6 +20,10 @@ constexpr int outputLost = 1;
 void say(std::string const& line);
 void print(std::string_view text);
 
+// A complaint for standard error: its lines stay lines, and are escaped but for backslashes, as what is quoted in it
+// from elsewhere may be escaped already.
+std::string complaintText(std::string_view text);
+
 // Whether standard output takes no more, for which reason ever. A reader who has gone does not want more, and nobody
 // complains of that; all else is a loss.
 bool isOutputGone();

@@ -7,11 +7,13 @@
 #include "tools/support/Colour.h"
 #include "tools/support/StandardStreams.h"
 #include "tools/trsctl/Complaint.h"
+#include "tools/trsctl/Confirmation.h"
 #include "tools/trsctl/Interrupt.h"
 #include "tools/trsctl/Pending.h"
 
 #include <algorithm>
 #include <chrono>
+#include <cstdio>
 #include <fmt/format.h>
 
 namespace trs::ctl {
@@ -32,12 +34,36 @@ void show(Unsettable const& fact, Format format)
                                tools::Colour::aside));
 }
 
-// Takes a change back that was begun, because of what `code` tells.
-ExitCode undo(Program::Options const& options, Value const& before, ExitCode code)
+// Whether somebody who is there wants what the plan destroys to be destroyed.
+bool isWanted(Plan const& plan, Program::Options const& options, bool isSure)
 {
-    note("what was done is taken back");
-    ExitCode const end = Change::takeBack(options, before, [&](Step const& step) { showStep(step, options.format); });
-    return end == ExitCode::good ? code : complain("not all of it is taken back", end, "unknown");
+    std::vector<Step> doomed;
+    std::ranges::copy_if(plan.steps, std::back_inserter(doomed), [](Step const& each) {
+        return each.kind == Step::Kind::remove || destroys(*each.type, *each.operation, each.arguments());
+    });
+    if (doomed.empty() || isSure || !canAsk()) {
+        return true;
+    }
+    for (Step const& each : doomed) {
+        std::fprintf(stderr, "- %s\n", escaped(each.text()).c_str());
+    }
+    return isConfirmed(fmt::format("{} of {} steps at {}", doomed.size(), plan.steps.size(), options.unit), isSure);
+}
+
+// Takes a change back that was begun, because of what `code` tells.
+ExitCode undo(Program::Options const& options, Change const& change, Pending const& pending, ExitCode code)
+{
+    bool const isUntouched = code == ExitCode::refused && !change.hasDone();
+    if (!isUntouched) {
+        note("what was done is taken back");
+        ExitCode const end =
+            Change::takeBack(options, change.before(), [&](Step const& step) { showStep(step, options.format); });
+        if (end != ExitCode::good) {
+            return complain("not all of it is taken back; `trsctl rollback` tries again", end, "unknown");
+        }
+    }
+    pending.forgetLast();
+    return code;
 }
 
 } // namespace
@@ -82,6 +108,9 @@ ExitCode applyDocument(Program::Options const& options, Value document, Applicat
     if (ExitCode const code = change.read(); code != ExitCode::good) {
         return code;
     }
+    if (!isWanted(change.plan(), options, how.isSure)) {
+        return complain("nothing is done");
+    }
     auto const until =
         std::chrono::system_clock::now() + std::chrono::milliseconds(static_cast<std::int64_t>(how.minutes * 60'000));
     bool const isGuarded = how.minutes > 0;
@@ -92,8 +121,10 @@ ExitCode applyDocument(Program::Options const& options, Value document, Applicat
     }
     ExitCode const code = change.carryOut([&](Step const& step) { showStep(step, options.format); });
     if (code != ExitCode::good) {
-        pending.forget();
-        return undo(options, change.before(), code);
+        if (isGuarded) {
+            pending.confirm(); // which ends the guard
+        }
+        return undo(options, change, pending, code);
     }
     showFacts(change.left(), how.showsFacts, options.format);
     if (isGuarded) {

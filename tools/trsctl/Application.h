@@ -11,6 +11,7 @@ namespace trs::ctl {
 struct Application {
     bool showsFacts = false; // else their number
     double minutes = 0;      // until it is taken back unless it is confirmed; 0: never
+    bool isSure = false;     // else somebody at a terminal is asked before something is destroyed
 };
 
 // Brings the unit to what the document says, or back when something fails. What is done is shown, what is wrong is

@@ -53,7 +53,7 @@ Value* findPart(Type const*& type, Value& value, std::string_view path, std::str
             for (catalogue::Field const& each : type->fields) {
                 names.emplace_back(each.name);
             }
-            wrong = fmt::format("'{}' is no part of {}{}", step.ends_with(']') ? '[' + step : step, type->text(),
+            wrong = fmt::format("'{}{}' is no part of {}{}", step.ends_with(']') ? "[" : "", step, type->text(),
                                 tools::didYouMean(step, names));
             return nullptr;
         }
@@ -61,9 +61,10 @@ Value* findPart(Type const*& type, Value& value, std::string_view path, std::str
     return part;
 }
 
+// What is wrong with a value: a path into it may stand in front.
 std::string joined(std::string_view name, std::string const& wrong)
 {
-    return std::string(name) + (wrong.front() == '.' || wrong.front() == '[' ? "" : ": ") + wrong;
+    return fmt::format("{}{}{}", name, wrong.front() == '.' || wrong.front() == '[' ? "" : ": ", wrong);
 }
 
 } // namespace
@@ -83,7 +84,7 @@ std::string Arguments::take(std::string const& word)
     std::size_t place = name.empty() ? names_.size() : find(name);
     if (place < names_.size() && name.size() < sign) {
         parts_.push_back({place, word.substr(name.size(), sign - name.size()), word.substr(sign + 1)});
-        return operation_.parameters[place].isIn ? "" : '\'' + word + "' is not to be given";
+        return operation_.parameters[place].isIn ? "" : fmt::format("'{}' is not to be given", word);
     }
     bool const hasName = place < names_.size();
     if (!hasName) {
@@ -93,10 +94,10 @@ std::string Arguments::take(std::string const& word)
         }
     }
     if (place >= isGiven_.size()) {
-        return '\'' + word + "' is one argument too many";
+        return fmt::format("'{}' is one argument too many", word);
     }
     if (isGiven_[place]) {
-        return '\'' + word + "' is given twice, or is not to be given";
+        return fmt::format("'{}' is given twice, or is not to be given", word);
     }
     texts_[place] = hasName ? word.substr(sign + 1) : word;
     isGiven_[place] = true;
@@ -110,38 +111,53 @@ std::string Arguments::read(Class const& type, std::vector<Value> const& now, st
         if (!operation_.parameters[i].isIn) {
             continue;
         }
-        Type const& parameter = *operation_.parameters[i].type;
-        bool const isPartly = std::ranges::find(parts_, i, &Part::parameter) != parts_.end();
-        if (!isGiven_[i] && !isPartly && (parts_.empty() || now.size() <= values.size())) {
-            return std::string(names_[i]) + " is missing";
-        }
         indexes[i] = values.size();
-        Value& value = values.emplace_back(now.size() > values.size() ? now[values.size()]
-                                           : isPartly                 ? catalogue::zero(parameter)
-                                                                      : Value());
-        std::string wrong = isGiven_[i] ? catalogue::parseValue(parameter, texts_[i], value) : "";
-        wrong = wrong.empty() ? catalogue::resolveConstants(type, operation_, parameter, value) : wrong;
-        if (!wrong.empty()) {
-            return joined(names_[i], wrong);
+        bool const isKnown = now.size() > values.size();
+        Value& value = values.emplace_back(isKnown ? now[values.size()] : Value());
+        if (std::string wrong = readWhole(type, i, isKnown, value); !wrong.empty()) {
+            return wrong;
         }
     }
     if (!parts_.empty() && now.empty()) {
         catalogue::bringWithin(operation_, values);
     }
     for (Part const& part : parts_) {
-        Type const* leaf = operation_.parameters[part.parameter].type;
-        std::string wrong;
-        Value* const place = findPart(leaf, values[indexes[part.parameter]], part.path, wrong);
-        wrong = place != nullptr ? catalogue::parseValue(*leaf, part.text, *place) : wrong;
-        wrong = wrong.empty()
-                    ? catalogue::resolveConstants(type, operation_, *operation_.parameters[part.parameter].type,
-                                                  values[indexes[part.parameter]])
-                    : std::string(names_[part.parameter]) + part.path + ": " + wrong;
-        if (!wrong.empty()) {
-            return place != nullptr && wrong.front() == '.' ? joined(names_[part.parameter], wrong) : wrong;
+        if (std::string wrong = readPart(type, part, values[indexes[part.parameter]]); !wrong.empty()) {
+            return wrong;
         }
     }
     return {};
+}
+
+// A parameter as its word says; without one, as it is, or what parts are put into.
+std::string Arguments::readWhole(Class const& type, std::size_t parameter, bool isKnown, Value& value) const
+{
+    Type const& whole = *operation_.parameters[parameter].type;
+    std::string wrong;
+    if (isGiven_[parameter]) {
+        wrong = catalogue::parseValue(whole, texts_[parameter], value);
+    } else if (!isKnown && std::ranges::find(parts_, parameter, &Part::parameter) != parts_.end()) {
+        value = catalogue::zero(whole);
+    } else if (!isKnown) {
+        return std::string(names_[parameter]) + " is missing";
+    }
+    wrong = wrong.empty() ? catalogue::resolveConstants(type, operation_, whole, value) : wrong;
+    return wrong.empty() ? wrong : joined(names_[parameter], wrong);
+}
+
+// Puts a part into the value of its parameter.
+std::string Arguments::readPart(Class const& type, Part const& part, Value& value) const
+{
+    Type const& whole = *operation_.parameters[part.parameter].type;
+    Type const* leaf = &whole;
+    std::string wrong;
+    Value* const place = findPart(leaf, value, part.path, wrong);
+    wrong = place != nullptr ? catalogue::parseValue(*leaf, part.text, *place) : wrong;
+    if (!wrong.empty()) {
+        return joined(std::string(names_[part.parameter]) + part.path, wrong);
+    }
+    wrong = catalogue::resolveConstants(type, operation_, whole, value);
+    return wrong.empty() ? wrong : joined(names_[part.parameter], wrong);
 }
 
 // The parameter of that name, or of its only spelling in another case; else as many as there are.

@@ -32,6 +32,9 @@ private:
         std::string text;
     };
 
+    std::string readWhole(catalogue::Class const& type, std::size_t parameter, bool isKnown,
+                          catalogue::Value& value) const;
+    std::string readPart(catalogue::Class const& type, Part const& part, catalogue::Value& value) const;
     std::size_t find(std::string const& name) const;
     std::string whyNoName(std::string const& name, std::size_t next) const;
 

@@ -1,6 +1,5 @@
 #include "tools/trsctl/Change.h"
 
-#include "catalogue/ConstantNames.h"
 #include "catalogue/References.h"
 #include "catalogue/Walk.h"
 #include "rmi/TreflectHandlerState.h"
@@ -16,11 +15,28 @@ namespace trs::ctl {
 
 namespace {
 
+using catalogue::Class;
 using catalogue::Operation;
 using catalogue::Outcome;
 using catalogue::Value;
 
 constexpr int mostPasses = 4; // objects in objects that are made are rarely deeper
+
+// Adds the keys of the entries that an object's part of a document has for a read that takes them.
+void addKeys(Value const& told, Class const& type, Operation const& operation, std::string const& key,
+             std::vector<Value>& keys)
+{
+    for (auto const& [name, entries] : told.items()) {
+        if (!entries.is_array() || catalogue::find(type, name, catalogue::OperationKind::read) != &operation) {
+            continue;
+        }
+        for (Value const& entry : entries) {
+            if (entry.is_object() && entry.contains(key)) {
+                keys.push_back(entry[key]);
+            }
+        }
+    }
+}
 
 // The keys that a document has entries for.
 MoreKeys keysOfDocument(Value const& document)
@@ -35,18 +51,8 @@ MoreKeys keysOfDocument(Value const& document)
         std::string const key(names[static_cast<std::size_t>(in - operation.parameters.begin())]);
         for (auto const& [text, told] : document["objects"].items()) {
             bool const isMeant = text == object.name.id || text.ends_with(':' + object.name.id);
-            if (!isMeant || !told.is_object()) {
-                continue;
-            }
-            for (auto const& [name, entries] : told.items()) {
-                if (entries.is_array() &&
-                    catalogue::find(*object.type, name, catalogue::OperationKind::read) == &operation) {
-                    for (Value const& entry : entries) {
-                        if (entry.is_object() && entry.contains(key)) {
-                            keys.push_back(entry[key]);
-                        }
-                    }
-                }
+            if (isMeant && told.is_object()) {
+                addKeys(told, *object.type, operation, key, keys);
             }
         }
         return keys;
@@ -61,7 +67,7 @@ void replaceReferences(Value& value, std::string const& wanted, std::string cons
             replaceReferences(each, wanted, actual);
         }
     } else if (value.is_string()) {
-        std::string const& text = value.get_ref<std::string const&>();
+        auto const& text = value.get_ref<std::string const&>();
         std::size_t const at = text.find(':' + wanted);
         std::size_t const end = at + 1 + wanted.size();
         if (at != std::string::npos && (end == text.size() || text[end] == '/')) {
@@ -73,19 +79,6 @@ void replaceReferences(Value& value, std::string const& wanted, std::string cons
 Target targetOf(Program::Options const& options, Step const& step)
 {
     return {options.unit, step.object, step.type, TipprmiObjectClient(TipprmiOID(step.object.id))};
-}
-
-Outcome callStep(Target const& target, Step const& step)
-{
-    std::vector<Value> in = step.in;
-    std::size_t used = 0;
-    for (catalogue::Parameter const& each : step.operation->parameters) {
-        if (each.isIn) {
-            catalogue::resolveConstants(*step.type, *step.operation, *each.type, in[used++]);
-        }
-    }
-    TreflectHandlerState const running;
-    return callTarget(target, *step.operation, in);
 }
 
 } // namespace
@@ -143,18 +136,20 @@ ExitCode Change::doSteps(std::vector<Step> steps, Tell const& tell)
         refusals.clear();
         isHelping = false;
         for (Step& step : steps) {
-            if (Interrupt::came()) {
+            if (Interrupt::came() && !takesBack_) {
                 return complain("interrupted", ExitCode::unreachable);
             }
             Target const target = targetOf(options_, step);
-            Outcome outcome = callStep(target, step);
+            TreflectHandlerState const running;
+            Outcome outcome = callTarget(target, *step.operation, step.arguments());
             if (outcome.kind == Outcome::Kind::done) {
                 isHelping = true;
+                hasDone_ = true;
                 if (!step.creates.empty()) {
                     adopt(step.creates, outcome, *step.operation);
                 }
                 tell(step);
-            } else if (outcome.kind == Outcome::Kind::refused || (passesOverRefusals_ && !isUnitLost(outcome))) {
+            } else if (outcome.kind == Outcome::Kind::refused || (takesBack_ && !isUnitLost(outcome))) {
                 refused.push_back(std::move(step));
                 refusals.push_back(std::move(outcome));
             } else {
@@ -167,7 +162,7 @@ ExitCode Change::doSteps(std::vector<Step> steps, Tell const& tell)
     for (std::size_t i = 0; i < steps.size(); ++i) { // which nothing helped
         code = complain(targetOf(options_, steps[i]), *steps[i].operation, refusals[i], steps[i].in);
     }
-    return passesOverRefusals_ ? ExitCode::good : code;
+    return takesBack_ ? ExitCode::good : code;
 }
 
 ExitCode Change::carryOut(Tell const& tell)
@@ -198,7 +193,7 @@ ExitCode Change::carryOut(Tell const& tell)
 ExitCode Change::takeBack(Program::Options const& options, Value const& before, Tell const& tell)
 {
     Change back(options, before);
-    back.passesOverRefusals_ = true;
+    back.takesBack_ = true;
     ExitCode const code = back.read();
     return code == ExitCode::good ? back.carryOut(tell) : code;
 }

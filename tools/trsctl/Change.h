@@ -27,6 +27,8 @@ public:
     // Does it: objects that are made are given what they are to tell, and a step that is refused is tried again behind
     // the others. What is wrong is said; the unit is then as far as it came.
     ExitCode carryOut(Tell const& tell);
+    // Whether anything was done.
+    bool hasDone() const { return hasDone_; }
     // In the end: what was accepted and is told otherwise, and what nothing sets.
     std::vector<Unsettable> const& left() const { return left_; }
 
@@ -45,7 +47,8 @@ private:
     UnitState wanted_;
     Plan plan_;
     std::vector<Unsettable> left_;
-    bool passesOverRefusals_ = false;
+    bool takesBack_ = false; // passing over what is refused, and not to be interrupted
+    bool hasDone_ = false;
 };
 
 } // namespace trs::ctl

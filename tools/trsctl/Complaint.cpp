@@ -1,9 +1,8 @@
 #include "tools/trsctl/Complaint.h"
 
-#include "broker/PrintableText.h"
 #include "catalogue/Json.h"
+#include "tools/support/StandardStreams.h"
 
-#include <algorithm>
 #include <atomic>
 #include <cstdio>
 
@@ -36,25 +35,6 @@ std::string_view kindOf(ExitCode code)
     }
 }
 
-// For a terminal: lines stay lines, and backslashes stay, as what is quoted from elsewhere is escaped already.
-std::string escapedLines(std::string_view text)
-{
-    constexpr std::string_view backslash = "\\x5c";
-    std::string lines;
-    for (;;) {
-        std::size_t const length = std::min(text.find('\n'), text.size());
-        std::string line = escaped(text.substr(0, length));
-        for (std::size_t at = line.find(backslash); at != std::string::npos; at = line.find(backslash, at + 1)) {
-            line.replace(at, backslash.size(), "\\");
-        }
-        lines += line + '\n';
-        if (length == text.size()) {
-            return lines;
-        }
-        text.remove_prefix(length + 1);
-    }
-}
-
 void writeError(std::string const& text) { std::fputs(text.c_str(), stderr); }
 
 ExitCode say(std::string const& what, std::string_view kind, std::string_view carriedOut, ExitCode code)
@@ -64,7 +44,7 @@ ExitCode say(std::string const& what, std::string_view kind, std::string_view ca
             {"error", what}, {"kind", kind}, {"carriedOut", carriedOut}, {"exitCode", static_cast<int>(code)}};
         writeError(catalogue::toJson(value, -1) + '\n');
     } else {
-        writeError(escapedLines(what));
+        writeError(tools::complaintText(what));
     }
     return code;
 }
@@ -89,10 +69,12 @@ ExitCode complain(std::string const& what, CallFailure const& failure)
                code);
 }
 
+void passOn(catalogue::Value const& complaint) { writeError(catalogue::toJson(complaint, -1) + '\n'); }
+
 void note(std::string const& what)
 {
     writeError(complaintFormat == Format::json ? catalogue::toJson(catalogue::Value{{"note", what}}, -1) + '\n'
-                                               : "note: " + escapedLines(what));
+                                               : "note: " + tools::complaintText(what));
 }
 
 } // namespace trs::ctl

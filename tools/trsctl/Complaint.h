@@ -20,6 +20,9 @@ ExitCode complain(std::string const& what, ExitCode code = ExitCode::usage, std:
 // The same for a call.
 ExitCode complain(std::string const& what, CallFailure const& failure);
 
+// Says what another process has said so, in JSON.
+void passOn(catalogue::Value const& complaint);
+
 // Says something else that is no failure; in JSON as {"note": "..."}.
 void note(std::string const& what);
 

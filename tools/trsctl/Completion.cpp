@@ -35,7 +35,7 @@ std::vector<std::string> objectsOf(Program::Options options)
     catalogue::Walk walk({.mostObjects = mostCandidates});
     walk.begin(target.name);
     TreflectHandlerState const running;
-    walkUnit(walk, {[](catalogue::Visit const& visit) { return !isUnitLost(visit.outcome); }, [](KeyedVisit const&) {}},
+    walkUnit(walk, {[](catalogue::Visit const&) { return true; }, [](KeyedVisit const&) {}},
              std::chrono::steady_clock::now() + patience);
     for (catalogue::Walk::Object const& object : walk.objects()) {
         // What a terminal must not be shown cannot be typed either.
@@ -86,6 +86,7 @@ std::vector<catalogue::Operation const*> operationsOf(std::string const& object)
 std::vector<std::string> namesOf(std::vector<catalogue::Operation const*> const& operations)
 {
     std::vector<std::string> names;
+    names.reserve(operations.size());
     for (catalogue::Operation const* const each : operations) {
         names.emplace_back(each->name);
     }
@@ -236,50 +237,67 @@ Typed read(tools::OptionTable const& table, std::vector<std::string> const& word
     return typed;
 }
 
-std::vector<std::string> candidates(Typed const& typed, std::string const& word, Program::Options const& options)
+// Values of an option.
+std::vector<std::string> valuesOf(tools::Option const& option)
 {
-    std::vector<std::string> found;
-    if (typed.open != nullptr) {
-        return typed.open->name == "--unit"       ? unitNames()
-               : typed.open->name == "--selector" ? unitLabels()
-                                                  : typed.open->choices;
-    }
-    if (word.starts_with('-')) {
-        for (tools::Option const* const option : typed.options([](auto const& each) { return !each.isArgument(); })) {
-            found.emplace_back(option->longName());
+    return option.name == "--unit" ? unitNames() : option.name == "--selector" ? unitLabels() : option.choices;
+}
+
+std::vector<std::string> optionsOf(Typed const& typed)
+{
+    std::vector<std::string> names;
+    auto const options = typed.options([](tools::Option const& each) { return !each.isArgument(); });
+    std::ranges::transform(options, std::back_inserter(names),
+                           [](auto const* each) { return std::string(each->longName()); });
+    return names;
+}
+
+std::vector<std::string> verbsOf(tools::OptionTable const& table)
+{
+    std::vector<std::string> names;
+    for (tools::Verb const& verb : table.verbs) {
+        if (!verb.isHidden) {
+            names.push_back(verb.name);
         }
-        return found;
     }
-    if (typed.verb == nullptr) {
-        for (tools::Verb const& verb : typed.table.verbs) {
-            found.push_back(verb.isHidden ? "" : verb.name);
-        }
-        return found;
-    }
+    return names;
+}
+
+// Arguments of a verb that comes before.
+std::vector<std::string> argumentsOf(Typed const& typed, std::string const& word, Program::Options const& options)
+{
     auto const places = typed.options([](tools::Option const& each) { return each.isArgument(); });
     if (places.empty()) {
-        return found;
+        return {};
     }
     tools::Option const& place = *places[std::min(typed.arguments.size(), places.size() - 1)];
+    std::string const object = typed.arguments.empty() ? "" : typed.arguments.front();
+    OperationKind const kind = typed.verb->name == "set"   ? OperationKind::write
+                               : typed.verb->name == "get" ? OperationKind::read
+                                                           : OperationKind::execute;
     if (place.name == "OBJECT") {
         return objectsOf(options);
     }
-    std::string const object = typed.arguments.empty() ? "" : typed.arguments.front();
     if (place.name == "OPERATION") {
         return namesOf(operationsOf(object));
     }
     if (place.name == "NAME") {
-        return namesOf(object, typed.verb->name == "set" ? OperationKind::write : OperationKind::read);
+        return namesOf(object, kind == OperationKind::write ? kind : OperationKind::read);
     }
     if (place.name == "VALUE" && typed.arguments.size() >= 2) {
-        OperationKind const kind = typed.verb->name == "set"   ? OperationKind::write
-                                   : typed.verb->name == "get" ? OperationKind::read
-                                                               : OperationKind::execute;
         return argumentsOf(object, typed.arguments[1], kind, typed.arguments.size() - 2, word);
     }
     return place.name == "CLASS"               ? classes()
            : place.name == "CLASS[.OPERATION]" ? classesOrOperations(word)
                                                : place.choices;
+}
+
+std::vector<std::string> candidates(Typed const& typed, std::string const& word, Program::Options const& options)
+{
+    return typed.open != nullptr   ? valuesOf(*typed.open)
+           : word.starts_with('-') ? optionsOf(typed)
+           : typed.verb == nullptr ? verbsOf(typed.table)
+                                   : argumentsOf(typed, word, options);
 }
 
 } // namespace

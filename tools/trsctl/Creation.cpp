@@ -16,6 +16,14 @@ using catalogue::Operation;
 using catalogue::Type;
 using catalogue::Value;
 
+// What the owner of a collection tells of an object in it; null when it tells nothing.
+Value entryIn(UnitState::Object const& owner, Collection const& collection, UnitState::Object const& element)
+{
+    Operation const* const reader = owner.type->find(collection.reader);
+    UnitState::Reading const* const reading = reader != nullptr ? owner.find(*reader) : nullptr;
+    return reading != nullptr ? entryOf(reading->told, element.name.id) : Value();
+}
+
 class Creation {
 public:
     Creation(UnitState const& wanted, UnitState const& now) : wanted_(wanted), now_(now) {}
@@ -51,19 +59,12 @@ private:
             }
             ++candidates;
             UnitState::Object const* const leader = wanted_.find(id);
-            if (isUnder(object.name.id, id) || (leader != nullptr && leadsTo(*leader, collection, object))) {
+            if (isUnder(object.name.id, id) || (leader != nullptr && !entryIn(*leader, collection, object).is_null())) {
                 return &each;
             }
             found = &each;
         }
         return candidates == 1 ? found : nullptr;
-    }
-
-    static bool leadsTo(UnitState::Object const& owner, Collection const& collection, UnitState::Object const& element)
-    {
-        Operation const* const reader = owner.type->find(collection.reader);
-        UnitState::Reading const* const reading = reader != nullptr ? owner.find(*reader) : nullptr;
-        return reading != nullptr && !entryOf(reading->told, element.name.id).is_null();
     }
 
     // A parameter of a creation, or a field of one: what the new object is to tell under that name, or the parts of it,
@@ -88,9 +89,7 @@ private:
             return record;
         }
         UnitState::Object const* const leader = wanted_.find(owner.name.id);
-        UnitState::Reading const* const reading =
-            leader != nullptr ? leader->find(*owner.type->find(collection.reader)) : nullptr;
-        Value const entry = reading != nullptr ? entryOf(reading->told, object.name.id) : Value();
+        Value const entry = leader != nullptr ? entryIn(*leader, collection, object) : Value();
         if (entry.is_object() && entry.contains(name)) {
             return entry[std::string(name)];
         }
@@ -133,6 +132,32 @@ private:
 std::optional<Step> creationOf(UnitState::Object const& object, UnitState const& wanted, UnitState const& now)
 {
     return Creation(wanted, now).of(object);
+}
+
+std::optional<Step> removalOf(UnitState::Object const& object, UnitState const& now)
+{
+    Collection const* const collection = catalogue::findCollectionOf(*object.type);
+    if (collection == nullptr) {
+        return std::nullopt;
+    }
+    auto const owner = std::ranges::find_if(now.objects, [&](auto const& each) {
+        return catalogue::isOf(each.second.type, collection->className) &&
+               !entryIn(each.second, *collection, object).is_null();
+    });
+    if (owner == now.objects.end()) {
+        return std::nullopt;
+    }
+    Value const entry = entryIn(owner->second, *collection, object);
+    Operation const& operation = *owner->second.type->find(collection->remove);
+    std::vector<Value> in;
+    std::vector<std::string_view> const names = operation.parameterNames();
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (operation.parameters[i].isIn) {
+            bool const isTold = entry.is_object() && entry.contains(names[i]);
+            in.push_back(isTold ? entry[std::string(names[i])] : Value(object.name.text()));
+        }
+    }
+    return Step{Step::Kind::remove, owner->second.name, owner->second.type, &operation, std::move(in), {}, {}};
 }
 
 Value entryOf(Value const& told, std::string const& id)

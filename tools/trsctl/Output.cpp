@@ -5,10 +5,12 @@
 #include "catalogue/Text.h"
 #include "catalogue/ValueText.h"
 #include "tools/support/Colour.h"
-#include "tools/support/Console.h"
+#include "tools/support/Nearest.h"
+#include "tools/support/StandardStreams.h"
 
 #include <algorithm>
 #include <cctype>
+#include <fmt/format.h>
 #include <map>
 
 namespace trs::ctl {
@@ -55,6 +57,13 @@ View& currentView()
     return view;
 }
 
+// What was wrong with it.
+std::string& currentWrong()
+{
+    static std::string wrong;
+    return wrong;
+}
+
 // Numbers before texts, each by their values.
 bool isLess(catalogue::Value const& one, catalogue::Value const& other)
 {
@@ -69,6 +78,24 @@ std::size_t placeOf(std::vector<std::string> const& head, std::string const& nam
     auto const found =
         std::ranges::find_if(head, [&name](std::string const& each) { return catalogue::isSameWord(each, name); });
     return static_cast<std::size_t>(found - head.begin());
+}
+
+// Whether a table has the columns that are named; what is wrong is remembered.
+bool hasColumns(std::vector<std::string> const& head)
+{
+    View const& view = currentView();
+    std::vector<std::string> named = view.columns;
+    if (!view.sort.empty()) {
+        named.push_back(view.sort.substr(view.sort.starts_with('-') ? 1 : 0));
+    }
+    auto const missing =
+        std::ranges::find_if(named, [&](std::string const& each) { return placeOf(head, each) == head.size(); });
+    if (missing == named.end()) {
+        return true;
+    }
+    currentWrong() =
+        fmt::format("'{}' is no column of {}{}", *missing, fmt::join(head, ", "), tools::didYouMean(*missing, head));
+    return false;
 }
 
 // Sorts the rows, and leaves the columns that are wanted.
@@ -169,10 +196,19 @@ std::vector<std::pair<std::string, Format>> formatNames()
     return {{"text", Format::text}, {"json", Format::json}, {"table", Format::table}};
 }
 
-void setView(View view) { currentView() = std::move(view); }
+void setView(View view)
+{
+    currentView() = std::move(view);
+    currentWrong().clear();
+}
+
+std::string const& whyNotShown() { return currentWrong(); }
 
 void writeRows(std::vector<std::string> head, std::vector<Row> rows, Format format)
 {
+    if (!hasColumns(head)) {
+        return;
+    }
     arrange(head, rows);
     if (format == Format::json) {
         catalogue::Value list = catalogue::Value::array();

@@ -26,6 +26,8 @@ struct View {
 
 // Holds from now on.
 void setView(View view);
+// Why a table was not written since then: it has no such column. Empty when all were.
+std::string const& whyNotShown();
 
 // Writes a value to standard output: as JSON, or its leaves, a line each with path and text, which the table aligns
 // under a head; a value that is a list of records, or has one and nothing else, is a table with a row for each record.

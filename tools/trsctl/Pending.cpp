@@ -3,14 +3,12 @@
 #include "catalogue/File.h"
 #include "catalogue/Json.h"
 #include "catalogue/Text.h"
+#include "tools/trsctl/Spawn.h"
 #include "tools/trsctl/StateDirectory.h"
 
 #include <cctype>
-#include <csignal>
 #include <fcntl.h>
 #include <fmt/format.h>
-#include <spawn.h>
-#include <system_error>
 #include <unistd.h>
 
 namespace trs::ctl {
@@ -37,35 +35,6 @@ std::string write(std::filesystem::path const& file, catalogue::Value const& val
     return error ? catalogue::whyNotWritten(file.string(), error) : std::string();
 }
 
-// Starts this program anew in a session of its own, writing to a file. 0, or the error.
-int startDetached(std::vector<std::string> words, std::filesystem::path const& log)
-{
-    posix_spawn_file_actions_t files;
-    posix_spawnattr_t attributes;
-    ::posix_spawn_file_actions_init(&files);
-    ::posix_spawnattr_init(&attributes);
-    ::posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    ::posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, log.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
-    ::posix_spawn_file_actions_adddup2(&files, STDOUT_FILENO, STDERR_FILENO);
-    sigset_t none;
-    sigset_t all;
-    ::sigemptyset(&none);
-    ::sigfillset(&all);
-    ::posix_spawnattr_setsigmask(&attributes, &none);
-    ::posix_spawnattr_setsigdefault(&attributes, &all);
-    ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-    std::vector<char*> arguments;
-    for (std::string& each : words) {
-        arguments.push_back(each.data());
-    }
-    arguments.push_back(nullptr);
-    pid_t id = -1;
-    int const error = ::posix_spawn(&id, "/proc/self/exe", &files, &attributes, arguments.data(), environ);
-    ::posix_spawn_file_actions_destroy(&files);
-    ::posix_spawnattr_destroy(&attributes);
-    return error;
-}
-
 } // namespace
 
 Pending::Pending(std::string const& unit)
@@ -76,7 +45,11 @@ Pending::Pending(std::string const& unit)
 
 std::string Pending::keep(catalogue::Value const& before) const
 {
-    return base_.empty() ? noPlace : write(kept(), {{"before", before}});
+    if (base_.empty()) {
+        return noPlace;
+    }
+    makeFormer();
+    return write(kept(), {{"before", before}});
 }
 
 std::string Pending::guard(Program::Options const& options, catalogue::Value const& before,
@@ -90,14 +63,20 @@ std::string Pending::guard(Program::Options const& options, catalogue::Value con
         return why;
     }
     auto const seconds = std::chrono::duration<double>(until - std::chrono::system_clock::now()).count();
-    int const error = startDetached({"trsctl", "--unit", options.unit, "--timeout", std::to_string(options.timeout),
-                                     "guard", fmt::format("{:.3f}", seconds)},
-                                    log());
-    if (error == 0) {
+    Spawn guard;
+    guard.leaveSession();
+    guard.open(STDIN_FILENO, "/dev/null", O_RDONLY);
+    guard.open(STDOUT_FILENO, log().string(), O_WRONLY | O_CREAT | O_APPEND);
+    guard.copy(STDERR_FILENO, STDOUT_FILENO);
+    pid_t id = -1;
+    std::string const why = guard.start(
+        {"--unit", options.unit, "--timeout", std::to_string(options.timeout), "guard", fmt::format("{:.3f}", seconds)},
+        id);
+    if (why.empty()) {
         return {};
     }
     forget();
-    return "no process to take the change back can be started: " + std::generic_category().message(error);
+    return "no process to take the change back can be started: " + why;
 }
 
 bool Pending::isWaiting() const
@@ -115,7 +94,18 @@ std::string Pending::until() const
     return isRead ? value.value("until", "") : std::string();
 }
 
-bool Pending::confirm() const { return !base_.empty() && ::rename(waiting().c_str(), kept().c_str()) == 0; }
+bool Pending::confirm() const
+{
+    if (!isWaiting()) {
+        return false;
+    }
+    makeFormer();
+    bool const isKept = ::rename(waiting().c_str(), kept().c_str()) == 0;
+    if (!isKept) {
+        forgetLast();
+    }
+    return isKept;
+}
 
 bool Pending::take(catalogue::Value& before) const { return takeWaiting(before) || takeFile(kept(), before); }
 
@@ -139,5 +129,19 @@ bool Pending::takeFile(std::filesystem::path const& file, catalogue::Value& befo
 }
 
 void Pending::forget() const { ::unlink(waiting().c_str()); }
+
+void Pending::forgetLast() const
+{
+    if (::rename(former().c_str(), kept().c_str()) != 0) {
+        ::unlink(kept().c_str());
+    }
+}
+
+void Pending::makeFormer() const
+{
+    if (::rename(kept().c_str(), former().c_str()) != 0) {
+        ::unlink(former().c_str());
+    }
+}
 
 } // namespace trs::ctl

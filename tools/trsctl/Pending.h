@@ -32,8 +32,10 @@ public:
     bool take(catalogue::Value& before) const;
     // The same for the guard, of the one that waits.
     bool takeWaiting(catalogue::Value& before) const;
-    // Ends the guard of a change that failed.
+    // Ends the guard of a change that did not begin.
     void forget() const;
+    // Forgets the last change, which failed and left nothing behind: the one before is the last again.
+    void forgetLast() const;
 
     // Where the guard writes what it does.
     std::filesystem::path log() const { return base_.string() + ".log"; }
@@ -41,6 +43,8 @@ public:
 private:
     std::filesystem::path waiting() const { return base_.string() + ".waiting"; }
     std::filesystem::path kept() const { return base_.string() + ".kept"; }
+    std::filesystem::path former() const { return base_.string() + ".former"; } // before the one that is kept
+    void makeFormer() const;
     bool takeFile(std::filesystem::path const& file, catalogue::Value& before) const;
 
     std::filesystem::path base_; // empty when there is no place for files

@@ -1,6 +1,7 @@
 #include "tools/trsctl/Plan.h"
 
 #include "catalogue/Collections.h"
+#include "catalogue/ConstantNames.h"
 #include "catalogue/Json.h"
 #include "catalogue/OperationKind.h"
 #include "catalogue/ValueText.h"
@@ -15,7 +16,6 @@ namespace trs::ctl {
 
 namespace {
 
-using catalogue::Class;
 using catalogue::Collection;
 using catalogue::Operation;
 using catalogue::OperationKind;
@@ -71,10 +71,8 @@ public:
             }
         }
         for (auto const& [id, object] : now_.objects) {
-            UnitState::Object const* const named = wanted_.find(id);
-            bool const isDoomed = named != nullptr ? !named->isThere : wanted_.isComplete;
-            if (object.isThere && isDoomed) {
-                remove(object, named != nullptr);
+            if (object.isThere && isDoomed(id)) {
+                remove(object, wanted_.find(id) != nullptr);
             }
         }
         Plan plan{std::move(creations_), std::move(facts_)};
@@ -246,38 +244,25 @@ private:
         return part.is_null() ? catalogue::zero(wanted) : part;
     }
 
+    // Whether an object is not to be, that is there.
+    bool isDoomed(std::string const& id) const
+    {
+        UnitState::Object const* const named = wanted_.find(id);
+        return named != nullptr ? !named->isThere : wanted_.isComplete;
+    }
+
+    // Removes an object, or leaves it to the removal of the one that it is a part of.
     void remove(UnitState::Object const& object, bool isNamed)
     {
         bool const isPart = std::ranges::any_of(now_.objects, [&](auto const& each) {
-            UnitState::Object const* const named = wanted_.find(each.first);
-            bool const isDoomed = named != nullptr ? !named->isThere : wanted_.isComplete;
-            return isDoomed && isUnder(object.name.id, each.first) &&
+            return isDoomed(each.first) && isUnder(object.name.id, each.first) &&
                    catalogue::findCollectionOf(*each.second.type) != nullptr;
         });
         if (isPart) {
             return;
         }
-        Collection const* const collection = catalogue::findCollectionOf(*object.type);
-        for (auto const& [id, owner] : now_.objects) {
-            Operation const* const reader = collection != nullptr && catalogue::isOf(owner.type, collection->className)
-                                                ? owner.type->find(collection->reader)
-                                                : nullptr;
-            UnitState::Reading const* const reading = reader != nullptr ? owner.find(*reader) : nullptr;
-            Value const entry = reading != nullptr ? entryOf(reading->told, object.name.id) : Value();
-            if (entry.is_null()) {
-                continue;
-            }
-            Operation const& operation = *owner.type->find(collection->remove);
-            std::vector<Value> in;
-            std::vector<std::string_view> const names = operation.parameterNames();
-            for (std::size_t i = 0; i < names.size(); ++i) {
-                if (operation.parameters[i].isIn) {
-                    Value const named =
-                        entry.is_object() && entry.contains(names[i]) ? entry[std::string(names[i])] : Value();
-                    in.push_back(named.is_null() ? Value(object.name.text()) : named);
-                }
-            }
-            removals_.push_back(step(owner, collection->remove, std::move(in), {}, Step::Kind::remove));
+        if (std::optional<Step> step = removalOf(object, now_)) {
+            removals_.push_back(std::move(*step));
             return;
         }
         bool const isEffect = !isNamed && std::ranges::none_of(object.type->operations(), [](Operation const* each) {
@@ -343,6 +328,18 @@ Value Step::json() const
         value["before"] = before;
     }
     return value;
+}
+
+std::vector<Value> Step::arguments() const
+{
+    std::vector<Value> values = in;
+    std::size_t used = 0;
+    for (catalogue::Parameter const& each : operation->parameters) {
+        if (each.isIn) {
+            catalogue::resolveConstants(*type, *operation, *each.type, values[used++]);
+        }
+    }
+    return values;
 }
 
 Plan makePlan(UnitState const& wanted, UnitState const& now) { return Planner(wanted, now).make(); }

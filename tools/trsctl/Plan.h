@@ -22,6 +22,8 @@ struct Step {
     // "EthIfNet:IfNet/Transport deleteVlan vlanId=300", as a command line has it.
     std::string text() const;
     catalogue::Value json() const;
+    // The in-arguments as the unit takes them: numbers instead of the names of constants.
+    std::vector<catalogue::Value> arguments() const;
 };
 
 // What is not as it is wanted, and nothing sets: a place, and both values; null where one side has none.

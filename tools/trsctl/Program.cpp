@@ -1,12 +1,16 @@
 #include "tools/trsctl/Program.h"
 
+#include "catalogue/File.h"
 #include "tools/trsctl/Complaint.h"
+#include "tools/trsctl/Confirmation.h"
 #include "tools/trsctl/ManyUnits.h"
 #include "tools/trsctl/Verbs.h"
 
 #include <algorithm>
 #include <cstdlib>
+#include <fmt/format.h>
 #include <utility>
+#include <variant>
 
 namespace trs::ctl {
 
@@ -102,8 +106,8 @@ bool asksForJson(std::vector<std::string> const& words, Format usual)
     return isJson;
 }
 
-// The words but for those that name units.
-std::vector<std::string> withoutUnits(std::vector<std::string> const& words)
+// The words but for the options that all verbs share.
+std::vector<std::string> withoutShared(std::vector<std::string> const& words, tools::OptionTable const& table)
 {
     std::vector<std::string> left;
     for (auto word = words.begin(); word != words.end(); ++word) {
@@ -111,13 +115,39 @@ std::vector<std::string> withoutUnits(std::vector<std::string> const& words)
             left.insert(left.end(), word, words.end());
             break;
         }
-        if (*word == "--unit" || *word == "--selector") {
-            word += word + 1 != words.end() ? 1 : 0;
-        } else if (!word->starts_with("--unit=") && !word->starts_with("--selector=")) {
+        bool const hasValue = word->find('=') != std::string::npos;
+        auto const shared = std::ranges::find_if(table.options, [&word](tools::Option const& each) {
+            return each.longName() != "--log-level" && each.isCalled(word->substr(0, word->find('=')));
+        });
+        if (shared == table.options.end()) {
             left.push_back(*word);
+        } else if (shared->takesValue() && !hasValue && word + 1 != words.end()) {
+            ++word;
         }
     }
     return left;
+}
+
+// Whether arguments say that standard input is to be read: "-" for a file, "@-" for a value.
+bool readsInput(tools::Verb const& verb)
+{
+    return std::ranges::any_of(verb.options, [](tools::Option const& option) {
+        auto const* const file = std::get_if<std::string*>(&option.target);
+        auto const* const values = std::get_if<std::vector<std::string>*>(&option.target);
+        return option.isArgument() && ((file != nullptr && **file == "-") ||
+                                       (values != nullptr && std::ranges::any_of(**values, [](std::string const& each) {
+                                            return each == "@-" || each.ends_with("=@-");
+                                        })));
+    });
+}
+
+// Whether the verb is one that asks before it destroys, and was not told --yes.
+bool mayAsk(tools::Verb const& verb)
+{
+    return std::ranges::any_of(verb.options, [](tools::Option const& option) {
+        auto const* const isSure = std::get_if<bool*>(&option.target);
+        return option.name == "--yes" && isSure != nullptr && !**isSure;
+    });
 }
 
 } // namespace
@@ -134,9 +164,10 @@ Program::Program(Options defaults) : options_(std::move(defaults)), line_("trsct
 
 void Program::add(tools::Verb verb, Action action, Units units)
 {
-    verb.chosen = [this, action = std::move(action), units] {
+    verb.chosen = [this, action = std::move(action), name = verb.name, units] {
         action_ = action;
-        goesToAll_ = units == Units::none;
+        verb_ = name;
+        asked_ = units;
     };
     line_.table().verbs.push_back(std::move(verb));
 }
@@ -164,7 +195,7 @@ std::string Program::usualUnit()
     return unit != nullptr && *unit != '\0' ? unit : tools::CommandLine::defaultEndpoint();
 }
 
-int Program::run(std::vector<std::string> words)
+int Program::run(std::vector<std::string> const& words)
 {
     Format const usual = options_.format;
     bool const isJson = asksForJson(words, usual);
@@ -176,26 +207,91 @@ int Program::run(std::vector<std::string> words)
     return end;
 }
 
+std::vector<std::string> Program::wordsOf(Options const& options)
+{
+    Options const usual;
+    std::vector<std::string> words;
+    auto const add = [&words](bool isSaid, char const* name, std::string const& value) {
+        if (isSaid) {
+            words.emplace_back(name);
+            words.push_back(value);
+        }
+    };
+    add(options.timeout != usual.timeout, "--timeout", std::to_string(options.timeout));
+    add(options.wait != usual.wait, "--wait", fmt::format("{}", options.wait));
+    for (auto const& [name, format] : formatNames()) {
+        add(format == options.format && format != usual.format, "--format", name);
+    }
+    View const& view = options.view;
+    add(!view.selection.isWhole(), "--select", view.selection.text());
+    add(!view.columns.empty(), "--columns", fmt::format("{}", fmt::join(view.columns, ",")));
+    add(!view.sort.empty(), "--sort", view.sort);
+    if (view.valuesAlone) {
+        words.emplace_back("--value-only");
+    }
+    if (view.isNarrow) {
+        words.emplace_back("--narrow");
+    }
+    return words;
+}
+
 int Program::runVerb(std::vector<std::string> const& words, bool isJson)
 {
-    std::vector<NamedUnit> units;
     setComplaintFormat(options_.format);
     tools::setUseOfColour(options_.colour);
     setView(options_.view);
-    std::vector<std::string> const usual{options_.unit};
-    bool const isUsual = units_.empty() && selector_.empty();
-    if (std::string const wrong = goesToAll_ ? "" : chooseUnits(isUsual ? usual : units_, selector_, units);
+    if (!units_.empty() || !selector_.empty()) { // instead of those that a shell was told
+        options_.units = units_;
+        options_.selector = selector_;
+    }
+    if (asked_ == Units::none) {
+        options_.unit = options_.units.empty() ? options_.unit : options_.units.front();
+        return act();
+    }
+    std::vector<NamedUnit> units;
+    bool const isUsual = options_.units.empty() && options_.selector.empty();
+    if (std::string const wrong =
+            chooseUnits(isUsual ? std::vector{options_.unit} : options_.units, options_.selector, units);
         !wrong.empty()) {
         setComplaintFormat(isJson ? Format::json : options_.format);
         return static_cast<int>(complain(wrong));
     }
-    if (units.size() > 1 && !goesToAll_) {
-        return static_cast<int>(runOnUnits(units, withoutUnits(words), options_.format));
+    if (units.size() > 1 && asked_ != Units::atOnce) {
+        return static_cast<int>(runOnSeveral(units, words));
     }
-    options_.unit = !units.empty()   ? units.front().endpoint
-                    : units_.empty() ? options_.unit
-                                     : units_.front(); // for a verb that asks it as it likes
-    return static_cast<int>(action_(options_));
+    if (units.size() == 1) {
+        options_.unit = units.front().endpoint;
+        options_.units.clear();
+        options_.selector.clear();
+    }
+    return act();
 }
+
+int Program::act()
+{
+    ExitCode const code = action_(options_);
+    std::string const& wrong = whyNotShown();
+    return static_cast<int>(wrong.empty() || code != ExitCode::good ? code : complain(wrong));
+}
+
+ExitCode Program::runOnSeveral(std::vector<NamedUnit> const& units, std::vector<std::string> const& words)
+{
+    if (asked_ == Units::one) {
+        return complain(fmt::format("{} is for one unit, and {} are named", verb_, units.size()));
+    }
+    if (mayAsk(verb()) && !isConfirmed(fmt::format("{} on {} units", verb_, units.size()), false)) {
+        return complain("nothing is done");
+    }
+    UnitsCommand command{wordsOf(options_), options_.format, {}};
+    std::ranges::copy(withoutShared(words, line_.table()), std::back_inserter(command.words));
+    if (readsInput(verb())) {
+        if (std::string const why = catalogue::readStandardInput(command.input.emplace()); !why.empty()) {
+            return complain(why);
+        }
+    }
+    return runOnUnits(units, command);
+}
+
+tools::Verb const& Program::verb() const { return *std::ranges::find(line_.table().verbs, verb_, &tools::Verb::name); }
 
 } // namespace trs::ctl

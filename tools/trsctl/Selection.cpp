@@ -81,6 +81,7 @@ bool Selection::takeStep(std::string_view& rest, bool isFirst, Step& step)
 std::string Selection::parse(std::string const& text, Selection& selection)
 {
     selection.steps_.clear();
+    selection.text_ = text;
     std::string_view rest = text;
     bool isGood = !text.empty();
     bool isFirst = !rest.starts_with('$');

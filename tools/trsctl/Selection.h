@@ -20,6 +20,8 @@ public:
     static std::string parse(std::string const& text, Selection& selection);
 
     bool isWhole() const { return steps_.empty(); }
+    // What it was read from.
+    std::string const& text() const { return text_; }
     // Whether it selects one part at most, whatever there is (a singular query).
     bool isSingular() const;
     // The parts, in the order of the value.
@@ -38,6 +40,7 @@ private:
     static void addChildren(catalogue::Value const& base, Step const& step,
                             std::vector<catalogue::Value const*>& parts);
 
+    std::string text_;
     std::vector<Step> steps_;
 };
 

@@ -29,21 +29,20 @@ public:
         tools::Progress progress("objects");
         Identification identification(*target.type);
         ExitCode end = ExitCode::good;
-        walkUnit(walk_, {[&](catalogue::Visit const& visit) {
-                             if (isUnitLost(visit.outcome)) {
-                                 progress.clear();
-                                 end = complain({target.unit, visit.object.name, visit.object.type, {}},
-                                                visit.operation, visit.outcome);
-                                 return false;
-                             }
-                             if (visit.object.name.id == target.name.id) {
-                                 identification.add(visit.operation, visit.outcome);
-                             }
-                             take(visit);
-                             progress.show(told_.size(), walk_.objects().size());
-                             return true;
-                         },
-                         [this](KeyedVisit const& visit) { take(visit); }, keys});
+        auto const plain = [&](catalogue::Visit const& visit) {
+            if (visit.object.name.id == target.name.id) {
+                identification.add(visit.operation, visit.outcome);
+            }
+            take(visit);
+            progress.show(told_.size(), walk_.objects().size());
+            return true;
+        };
+        auto const lose = [&](catalogue::Walk::Object const& object, catalogue::Operation const& operation,
+                              Outcome const& outcome) {
+            progress.clear();
+            end = complain({target.unit, object.name, object.type, {}}, operation, outcome);
+        };
+        walkUnit(walk_, {plain, [this](KeyedVisit const& visit) { take(visit); }, keys, lose});
         if (end == ExitCode::good && identification.failed() != nullptr) {
             progress.clear();
             return complain(target, *identification.failed(), identification.outcome());

@@ -195,7 +195,7 @@ std::string readObject(std::string const& text, Value const& written, UnitState 
     }
     for (auto const& [name, value] : written.items()) {
         if (std::string wrong = readReading(*object.type, name, value, known, object); !wrong.empty()) {
-            return text + ' ' + wrong;
+            return fmt::format("{} {}", text, wrong);
         }
     }
     return {};
@@ -250,11 +250,11 @@ std::string readWanted(Value const& document, UnitState const& now, UnitState& w
 {
     bool const hasObjects = document.is_object() && document.contains("objects") && document["objects"].is_object();
     if (!hasObjects) {
-        return "there is no \"objects\" in it";
+        return R"(there is no "objects" in it)";
     }
     for (auto const& [name, value] : document.items()) {
         if (name != "objects" && name != "complete") {
-            return '\'' + name + "' is neither \"objects\" nor \"complete\"";
+            return '\'' + name + R"(' is neither "objects" nor "complete")";
         }
     }
     wanted.isComplete = document.contains("complete") && document["complete"] == true;

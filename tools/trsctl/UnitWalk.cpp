@@ -1,11 +1,14 @@
 #include "tools/trsctl/UnitWalk.h"
 
 #include "catalogue/Collections.h"
+#include "catalogue/ManyCalls.h"
 #include "catalogue/OperationKind.h"
 #include "catalogue/References.h"
 
+#include <algorithm>
 #include <map>
 #include <set>
+#include <vector>
 
 namespace trs::ctl {
 
@@ -31,7 +34,7 @@ public:
                 walk_,
                 [&](catalogue::Visit const& visit) {
                     keep(visit);
-                    isWanted = visitors_.plain(visit);
+                    isWanted = isThere(visit.object, visit.operation, visit.outcome) && visitors_.plain(visit);
                     return isWanted;
                 },
                 end_);
@@ -39,9 +42,10 @@ public:
             if (asked == walk_.objects().size()) {
                 break;
             }
-            for (; isWanted && asked < walk_.objects().size(); ++asked) {
-                isWanted = askByKeys(walk_.objects()[asked]);
+            for (; asked < walk_.objects().size(); ++asked) {
+                findKeys(walk_.objects()[asked]);
             }
+            isWanted = isWanted && askByKeys();
         }
         return isWanted;
     }
@@ -55,10 +59,26 @@ private:
         }
     }
 
-    bool askByKeys(Walk::Object const& object)
+    bool isThere(Walk::Object const& object, Operation const& operation, Outcome const& outcome) const
+    {
+        bool const isLost = isUnitLost(outcome);
+        if (isLost && visitors_.lost) {
+            visitors_.lost(object, operation, outcome);
+        }
+        return !isLost;
+    }
+
+    // A call of a read that takes a key.
+    struct KeyedCall {
+        Walk::Object const* object;
+        Operation const* reader;
+        Value key;
+    };
+
+    void findKeys(Walk::Object const& object)
     {
         if (object.type == nullptr) {
-            return true;
+            return;
         }
         auto const told = [&](std::string_view operation) -> Value const* {
             auto const found = told_[object.name.id].find(std::string(operation));
@@ -72,47 +92,52 @@ private:
             if (visitors_.keys) {
                 std::ranges::copy(visitors_.keys(object, *reader), std::back_inserter(keys));
             }
-            if (!askEach(object, *reader, keys)) {
-                return false;
+            std::set<Value> seen;
+            for (Value& key : keys) {
+                if (seen.insert(key).second) {
+                    calls_.push_back({&object, reader, std::move(key)});
+                }
             }
         }
-        return true;
     }
 
-    bool askEach(Walk::Object const& object, Operation const& reader, std::vector<Value> const& keys)
+    // False when it is enough, or the time is over.
+    bool askByKeys()
     {
-        std::set<Value> asked;
-        for (Value const& key : keys) {
-            if (!asked.insert(key).second) {
-                continue;
+        std::size_t begun = 0;
+        std::size_t taken = 0;
+        auto const next = [&]() -> std::optional<catalogue::PlannedCall> {
+            if (begun == calls_.size()) {
+                return std::nullopt;
             }
-            if (end_ && std::chrono::steady_clock::now() > *end_) {
-                return false;
+            KeyedCall const& call = calls_[begun++];
+            return catalogue::PlannedCall{call.object->name.id, call.reader, {call.key}};
+        };
+        bool const isOver = catalogue::makeCalls(
+            next, [&](Outcome const& outcome) { return take(calls_[taken++], outcome); }, end_);
+        calls_.clear();
+        return isOver;
+    }
+
+    bool take(KeyedCall const& call, Outcome const& outcome)
+    {
+        if (outcome.kind == Outcome::Kind::done) {
+            std::vector<std::string> const references = catalogue::referencesIn(*call.reader, outcome.results);
+            for (std::string const& reference : references) {
+                catalogue::ObjectName name;
+                catalogue::ObjectName::parse(reference, name);
+                walk_.begin(name);
             }
-            Outcome const outcome = catalogue::call(TipprmiObjectClient(TipprmiOID(object.name.id)), reader, {key});
-            if (isUnitLost(outcome)) {
-                return false;
-            }
-            if (outcome.kind == Outcome::Kind::failed) {
-                break; // the object has no such operation
-            }
-            if (outcome.kind == Outcome::Kind::done) {
-                std::vector<std::string> const references = catalogue::referencesIn(reader, outcome.results);
-                for (std::string const& reference : references) {
-                    catalogue::ObjectName name;
-                    catalogue::ObjectName::parse(reference, name);
-                    walk_.begin(name);
-                }
-                visitors_.keyed({object, reader, key, outcome, references});
-            }
+            visitors_.keyed({*call.object, *call.reader, call.key, outcome, references});
         }
-        return true;
+        return isThere(*call.object, *call.reader, outcome);
     }
 
     Walk& walk_;
     UnitVisitors const& visitors_;
     std::optional<std::chrono::steady_clock::time_point> const end_;
     std::map<std::string, std::map<std::string, Value>> told_; // by identifier and operation
+    std::vector<KeyedCall> calls_;                             // to be made
 };
 
 } // namespace

@@ -170,11 +170,11 @@ int run(trs::sim::Unit& unit, Options const& options, bool endsWithInput)
     trs::tools::Console console("stop");
     trs::sim::addCommands(console, unit);
     if (std::string const wrong = prepare(unit, console, options); !wrong.empty()) {
-        std::fprintf(stderr, "%s\n", wrong.c_str());
+        std::fputs(trs::tools::complaintText(wrong).c_str(), stderr);
         return trs::tools::CommandLine::wrongUsage;
     }
     if (std::string const why = serve(unit, options); !why.empty()) {
-        std::fprintf(stderr, "%s\n", why.c_str());
+        std::fputs(trs::tools::complaintText(why).c_str(), stderr);
         return cannotServe;
     }
     if (options.timeSource == TimeSource::real) {

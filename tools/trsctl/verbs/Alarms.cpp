@@ -2,20 +2,25 @@
 #include "broker/PrintableText.h"
 #include "catalogue/Collections.h"
 #include "catalogue/Json.h"
+#include "catalogue/ManyCalls.h"
 #include "catalogue/Text.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/support/Colour.h"
 #include "tools/support/StandardStreams.h"
 #include "tools/trsctl/Complaint.h"
+#include "tools/trsctl/Herd.h"
 #include "tools/trsctl/Interrupt.h"
-#include "tools/trsctl/Listener.h"
 #include "tools/trsctl/UnitDocument.h"
 #include "tools/trsctl/Verbs.h"
 
+#include <algorithm>
+#include <array>
 #include <fmt/format.h>
 #include <list>
 #include <map>
 #include <memory>
+#include <optional>
+#include <vector>
 
 namespace trs::ctl {
 
@@ -42,6 +47,8 @@ struct Alarm {
     bool operator==(Alarm const&) const = default;
 };
 
+using Alarms = std::map<std::string, Alarm>; // by identifier of the condition
+
 Value resultOf(Value const& told, char const* operation)
 {
     return told.contains(operation) && told[operation].contains("result") ? told[operation]["result"] : Value();
@@ -57,9 +64,9 @@ Alarm alarmOf(std::string const& id, Value const& told)
             resultOf(told, "isSuppressed") == true};
 }
 
-std::map<std::string, Alarm> alarmsIn(Value const& document)
+Alarms alarmsIn(Value const& document)
 {
-    std::map<std::string, Alarm> alarms;
+    Alarms alarms;
     for (auto const& [text, told] : document["objects"].items()) {
         std::size_t const colon = text.find(':');
         if (catalogue::isOf(catalogue::findClass(text.substr(0, colon)), conditionClass)) {
@@ -70,13 +77,14 @@ std::map<std::string, Alarm> alarmsIn(Value const& document)
     return alarms;
 }
 
-// "since": a unit does not tell when a condition became active, so that only a bound is known of one that already is.
-void showTable(std::map<std::string, Alarm> const& alarms, bool isAll, std::string const& now, Format format)
+// A unit does not tell since when a condition is active; null in JSON.
+void showTable(Alarms const& alarms, bool isAll, Format format)
 {
+    Value const unknown = format == Format::json ? Value() : Value("unknown");
     std::vector<Row> rows;
     for (auto const& [id, alarm] : alarms) {
         if (alarm.isActive || isAll) {
-            rows.push_back({alarm.object, alarm.condition, alarm.severity, alarm.isActive ? "before " + now : "-",
+            rows.push_back({alarm.object, alarm.condition, alarm.severity, alarm.isActive ? unknown : Value("-"),
                             alarm.isSuppressed, alarm.isActive});
         }
     }
@@ -114,48 +122,63 @@ Target conditionAt(Program::Options const& options, std::string const& id)
             TipprmiObjectClient(TipprmiOID(id))};
 }
 
-// What a condition tells now; as it was when it tells nothing.
-Alarm readAlarm(Program::Options const& options, std::string const& id, Alarm const& former)
+// Reads such conditions again, and shows those that tell otherwise. One that tells nothing is as it was.
+void update(Alarms& alarms, std::vector<std::string> const& ids, std::string const& time, Format format)
 {
-    Target const target = conditionAt(options, id);
-    Value told = Value::object();
-    TreflectHandlerState const running;
-    for (char const* const name : {"getCurrentSeverity", "isActive", "isSuppressed"}) {
-        catalogue::Outcome const outcome = catalogue::call(target.object, *target.type->find(name), {});
-        if (outcome.kind != catalogue::Outcome::Kind::done) {
-            return former;
+    constexpr std::array<std::string_view, 3> reads{"getCurrentSeverity", "isActive", "isSuppressed"};
+    catalogue::Class const& type = *catalogue::findClass(conditionClass);
+    std::size_t begun = 0;
+    std::size_t taken = 0;
+    Value told = Value::object(); // of one condition
+    auto const next = [&]() -> std::optional<catalogue::PlannedCall> {
+        if (begun == ids.size() * reads.size()) {
+            return std::nullopt;
         }
-        told[name] = outcome.results;
-    }
-    return alarmOf(id, told);
+        std::size_t const call = begun++;
+        return catalogue::PlannedCall{ids[call / reads.size()], type.find(reads[call % reads.size()])};
+    };
+    auto const take = [&](catalogue::Outcome& outcome) {
+        std::size_t const call = taken++;
+        if (outcome.kind == catalogue::Outcome::Kind::done) {
+            told[std::string(reads[call % reads.size()])] = std::move(outcome.results);
+        }
+        if (taken % reads.size() == 0) {
+            Alarm& alarm = alarms[ids[call / reads.size()]];
+            Alarm const now = told.size() == reads.size() ? alarmOf(ids[call / reads.size()], told) : alarm;
+            if (now != alarm) {
+                alarm = now;
+                showChange(alarm, time, format);
+            }
+            told = Value::object();
+        }
+        return true;
+    };
+    TreflectHandlerState const running;
+    catalogue::makeCalls(next, take);
 }
 
-ExitCode watchAlarms(Program::Options const& options, std::map<std::string, Alarm> const& present, double seconds)
+std::vector<std::string> idsOf(Alarms const& alarms)
 {
-    std::map<std::string, Alarm> alarms = present;
+    std::vector<std::string> ids;
+    std::ranges::transform(alarms, std::back_inserter(ids), [](auto const& each) { return each.first; });
+    return ids;
+}
+
+std::string now() { return catalogue::timestamp(std::chrono::system_clock::now()); }
+
+ExitCode watchAlarms(Program::Options const& options, Alarms alarms, double seconds)
+{
     Feed feed("conditions");
     GapListener const gapListener([&feed](NotificationGap const& gap) { feed.tell(gap); });
     std::list<Listener> listeners;
-    {
-        TreflectHandlerState const running;
-        for (auto const& [id, alarm] : alarms) {
-            Target const target = conditionAt(options, id);
-            for (catalogue::Operation const* const operation : target.type->operations()) {
-                bool const changes = kindOf(*operation) != catalogue::OperationKind::read;
-                if (changes && !observe(target.object, operation->classId, operation->index,
-                                        listeners.emplace_back(target, *operation, feed))) {
-                    return complain(target.name.text() + ": " + lastCallFailure().text(), lastCallFailure());
-                }
-            }
+    for (std::string const& id : idsOf(alarms)) {
+        Target const target = conditionAt(options, id);
+        if (ExitCode const code = listen(target, changesOf(*target.type), feed, listeners); code != ExitCode::good) {
+            return code;
         }
     }
     std::fprintf(stderr, "watching %zu conditions\n", alarms.size());
-    for (auto& [id, alarm] : alarms) { // what happened before they were watched
-        if (Alarm const now = readAlarm(options, id, alarm); now != alarm) {
-            alarm = now;
-            showChange(alarm, catalogue::timestamp(std::chrono::system_clock::now()), options.format);
-        }
-    }
+    update(alarms, idsOf(alarms), now(), options.format); // what happened before they were watched
     using Clock = std::chrono::steady_clock;
     std::optional<Clock::time_point> end;
     if (seconds > 0) {
@@ -163,16 +186,11 @@ ExitCode watchAlarms(Program::Options const& options, std::map<std::string, Alar
     }
     bool hasGaps = false;
     while (std::optional<Value> const event = feed.take(end)) {
-        std::string const object = (*event)["object"];
-        bool const isGap = Feed::isGap(*event);
+        bool const isGap = Feed::isGap(*event); // all may have changed
         hasGaps = hasGaps || isGap;
-        for (auto& [id, alarm] : alarms) { // after a gap all may have changed
-            Alarm const now = isGap || object.ends_with(':' + id) ? readAlarm(options, id, alarm) : alarm;
-            if (now != alarm) {
-                alarm = now;
-                showChange(alarm, (*event)["time"], options.format);
-            }
-        }
+        std::string const object = (*event)["object"];
+        update(alarms, isGap ? idsOf(alarms) : std::vector{object.substr(object.find(':') + 1)}, (*event)["time"],
+               options.format);
     }
     return hasGaps ? complain("changes may be missing in what was shown", ExitCode::incomplete) : ExitCode::good;
 }
@@ -184,9 +202,9 @@ ExitCode alarms(Program::Options const& options, AlarmWords const& words)
     if (ExitCode const code = readUnit(options, "", document); code != ExitCode::good) {
         return code;
     }
-    std::map<std::string, Alarm> const found = alarmsIn(document);
-    showTable(found, words.isAll, catalogue::timestamp(std::chrono::system_clock::now()), options.format);
-    return words.watches ? watchAlarms(options, found, words.seconds) : ExitCode::good;
+    Alarms found = alarmsIn(document);
+    showTable(found, words.isAll, options.format);
+    return words.watches ? watchAlarms(options, std::move(found), words.seconds) : ExitCode::good;
 }
 
 } // namespace

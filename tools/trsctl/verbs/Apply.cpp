@@ -4,6 +4,7 @@
 #include "catalogue/Text.h"
 #include "tools/trsctl/Application.h"
 #include "tools/trsctl/Complaint.h"
+#include "tools/trsctl/Confirmation.h"
 #include "tools/trsctl/Interrupt.h"
 #include "tools/trsctl/Pending.h"
 #include "tools/trsctl/Verbs.h"
@@ -27,6 +28,7 @@ struct ApplyWords {
     bool isDry = false;
     bool showsFacts = false;
     double minutes = 0; // until it is taken back; 0: never
+    bool isSure = false;
 };
 
 ExitCode readDocument(std::string const& file, Value& document)
@@ -67,7 +69,7 @@ ExitCode apply(Program::Options const& options, ApplyWords const& words)
     if (ExitCode const code = readDocument(words.file, document); code != ExitCode::good) {
         return code;
     }
-    return applyDocument(options, std::move(document), {words.showsFacts, words.minutes});
+    return applyDocument(options, std::move(document), {words.showsFacts, words.minutes, words.isSure});
 }
 
 ExitCode confirm(Program::Options const& options)
@@ -78,11 +80,16 @@ ExitCode confirm(Program::Options const& options)
 ExitCode rollback(Program::Options const& options)
 {
     Value before;
-    if (!Pending(options.unit).take(before)) {
+    Pending const pending(options.unit);
+    if (!pending.take(before)) {
         return complain("no change is remembered that could be taken back");
     }
     Interrupt const interrupt;
-    return Change::takeBack(options, before, [&](Step const& step) { showStep(step, options.format); });
+    ExitCode const code = Change::takeBack(options, before, [&](Step const& step) { showStep(step, options.format); });
+    if (code != ExitCode::good) {
+        pending.keep(before); // for another time
+    }
+    return code;
 }
 
 // The process that takes a change back: after so many seconds, unless somebody has confirmed it or taken it back.
@@ -149,6 +156,7 @@ void addApplyVerbs(Program& program)
                           .type = "MINUTES",
                           .range = {{0, longestConfirmation}}},
                          factsOption(*words),
+                         yesOption(words->isSure),
                      }},
                 [words](Program::Options const& options) { return apply(options, *words); });
     program.add({.name = "confirm", .help = "Keep a change that was applied with --confirm", .example = "confirm"},

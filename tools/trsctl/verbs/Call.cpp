@@ -1,19 +1,14 @@
 // trsctl get, set and call.
-#include "broker/PrintableText.h"
 #include "catalogue/ConstantNames.h"
-#include "catalogue/Text.h"
-#include "clients/ip/IfNetClient.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/trsctl/Complaint.h"
+#include "tools/trsctl/Confirmation.h"
 #include "tools/trsctl/Target.h"
 #include "tools/trsctl/Verbs.h"
 
-#include <algorithm>
-#include <cstdio>
 #include <fmt/format.h>
 #include <memory>
 #include <optional>
-#include <unistd.h>
 
 namespace trs::ctl {
 
@@ -44,38 +39,14 @@ struct CallWords {
     bool isSure = false;
 };
 
-// Whether a call takes something away for good, or an interface down that the session may go over.
-bool destroys(catalogue::Operation const& operation, std::vector<Value> const& in)
-{
-    constexpr std::string_view words[] = {"delete", "destroy", "reset", "removeAll", "clear"};
-    bool const takesDown = operation.name == "setFlags" && !in.empty() && in[0].is_number_integer() &&
-                           (in[0].get<long>() & IfNetClient::IFF__UP) == 0;
-    return takesDown ||
-           std::ranges::any_of(words, [&](std::string_view each) { return operation.name.starts_with(each); });
-}
-
-// Asks at a terminal; elsewhere nobody is there to ask.
-bool isConfirmed(Target const& target, catalogue::Operation const& operation)
-{
-    if (::isatty(STDIN_FILENO) == 0 || ::isatty(STDERR_FILENO) == 0) {
-        return true;
-    }
-    std::fprintf(stderr, "%s %s at %s: sure? [y/N] ", escaped(target.name.text()).c_str(),
-                 std::string(operation.name).c_str(), target.unit.c_str());
-    std::string answer;
-    for (char each = 0; ::read(STDIN_FILENO, &each, 1) == 1 && each != '\n';) {
-        answer += each;
-    }
-    return catalogue::isSameWord(answer, "y") || catalogue::isSameWord(answer, "yes");
-}
-
 ExitCode carryOut(Target const& target, catalogue::Operation const& operation, CallWords const& words, Format format)
 {
     std::vector<Value> values;
     if (ExitCode const code = readArguments(target, operation, words.arguments, values); code != ExitCode::good) {
         return code;
     }
-    if (destroys(operation, values) && !words.isSure && !isConfirmed(target, operation)) {
+    std::string const what = fmt::format("{} {} at {}", target.name.text(), operation.name, target.unit);
+    if (destroys(*target.type, operation, values) && !isConfirmed(what, words.isSure)) {
         return complain("nothing is done");
     }
     TreflectHandlerState const running;
@@ -123,9 +94,7 @@ void addCallVerbs(Program& program)
              .isRequired = true},
             Program::valuesArgument(words->arguments)};
         if (verb.kind != OperationKind::read) {
-            options.push_back({.name = "--yes",
-                               .target = &words->isSure,
-                               .help = "Do not ask at a terminal before something is deleted, reset or taken down"});
+            options.push_back(yesOption(words->isSure));
         }
         program.add({.name = verb.name, .help = verb.help, .example = verb.example, .options = std::move(options)},
                     [words, &verb](Program::Options const& shared) { return callOne(verb, *words, shared); });

@@ -4,6 +4,7 @@
 #include "catalogue/OperationKind.h"
 #include "tools/trsctl/Application.h"
 #include "tools/trsctl/Complaint.h"
+#include "tools/trsctl/Confirmation.h"
 #include "tools/trsctl/Target.h"
 #include "tools/trsctl/UnitDocument.h"
 #include "tools/trsctl/Verbs.h"
@@ -64,7 +65,7 @@ std::string edit(std::string& text)
     return why;
 }
 
-ExitCode editObject(Program::Options const& options, std::string const& object)
+ExitCode editObject(Program::Options const& options, std::string const& object, bool isSure)
 {
     Target target;
     if (ExitCode const code = findTarget(options, object, target); code != ExitCode::good) {
@@ -87,19 +88,25 @@ ExitCode editObject(Program::Options const& options, std::string const& object)
     if (std::string const wrong = catalogue::parseJson(text, wanted); !wrong.empty()) {
         return complain("what was written is " + wrong + "; nothing is changed");
     }
-    return applyDocument(options, std::move(wanted), {});
+    return applyDocument(options, std::move(wanted), {.isSure = isSure});
 }
 
 } // namespace
 
 void addEditVerbs(Program& program)
 {
-    auto const object = std::make_shared<std::string>();
-    program.add({.name = "edit",
-                 .help = "Change an object's settings in $VISUAL or $EDITOR",
-                 .example = "edit EthIfNet:IfNet/Transport",
-                 .options = {Program::objectArgument(*object)}},
-                [object](Program::Options const& options) { return editObject(options, *object); });
+    struct EditWords {
+        std::string object;
+        bool isSure = false;
+    };
+    auto const words = std::make_shared<EditWords>();
+    program.add(
+        {.name = "edit",
+         .help = "Change an object's settings in $VISUAL or $EDITOR",
+         .example = "edit EthIfNet:IfNet/Transport",
+         .options = {Program::objectArgument(words->object), yesOption(words->isSure)}},
+        [words](Program::Options const& options) { return editObject(options, words->object, words->isSure); },
+        Program::Units::one);
 }
 
 } // namespace trs::ctl

@@ -36,14 +36,16 @@ constexpr char const* prompt = "trsctl> ";
 // What would do the same outside of the shell.
 std::string commandLine(Program::Options const& options, std::vector<std::string> const& words)
 {
-    std::string text = "trsctl --unit " + shellWord(options.unit);
-    Program::Options const usual;
-    text += options.timeout != usual.timeout ? " --timeout " + std::to_string(options.timeout) : "";
-    for (auto const& [name, format] : formatNames()) {
-        text += format == options.format && format != usual.format ? " --format " + name : "";
+    std::string text = "trsctl";
+    bool const isOne = options.units.empty() && options.selector.empty();
+    for (std::string const& each : isOne ? std::vector{options.unit} : options.units) {
+        text += " --unit " + shellWord(each);
     }
-    for (std::string const& word : words) {
-        text += ' ' + shellWord(word);
+    text += options.selector.empty() ? "" : " --selector " + shellWord(options.selector);
+    for (std::vector<std::string> const& part : {Program::wordsOf(options), words}) {
+        for (std::string const& word : part) {
+            text += ' ' + shellWord(word);
+        }
     }
     return text;
 }
@@ -206,11 +208,13 @@ bool execute(std::string const& line, Program::Options& options, ShellWords cons
     }
     Program program(options);
     if (isSetting(words, program)) {
-        program.add({.name = "keep", .help = "Have the options hold for lines that follow", .isHidden = true},
-                    [&options](Program::Options const& said) {
-                        options = said;
-                        return ExitCode::good;
-                    });
+        program.add(
+            {.name = "keep", .help = "Have the options hold for lines that follow", .isHidden = true},
+            [&options](Program::Options const& said) {
+                options = said;
+                return ExitCode::good;
+            },
+            Program::Units::atOnce);
         words.emplace_back("keep");
         code = static_cast<ExitCode>(program.run(words));
         return true;
@@ -250,13 +254,14 @@ ExitCode run(Program::Options options, ShellWords const& shell)
 void addShellVerbs(Program& program)
 {
     auto const words = std::make_shared<ShellWords>();
-    program.add({.name = "shell",
-                 .help = "Take command lines from the terminal, with history and completion",
-                 .example = "shell --unit tcp:10.0.0.7:4000",
-                 .options = {{.name = "--print-command",
-                              .target = &words->printsCommand,
-                              .help = "Write to standard error what does the same outside of the shell"}}},
-                [words](Program::Options const& options) { return run(options, *words); });
+    program.add(
+        {.name = "shell",
+         .help = "Take command lines from the terminal, with history and completion",
+         .example = "shell --unit tcp:10.0.0.7:4000",
+         .options = {{.name = "--print-command",
+                      .target = &words->printsCommand,
+                      .help = "Write to standard error what does the same outside of the shell"}}},
+        [words](Program::Options const& options) { return run(options, *words); }, Program::Units::atOnce);
 }
 
 } // namespace trs::ctl

@@ -2,6 +2,7 @@
 #include "catalogue/Collections.h"
 #include "catalogue/Constants.h"
 #include "catalogue/File.h"
+#include "catalogue/ManyCalls.h"
 #include "catalogue/ValueText.h"
 #include "rmi/TreflectHandlerState.h"
 #include "tools/trsctl/Complaint.h"
@@ -16,6 +17,7 @@
 #include <cmath>
 #include <fmt/format.h>
 #include <memory>
+#include <optional>
 #include <thread>
 #include <unistd.h>
 
@@ -154,27 +156,36 @@ std::vector<Counter> countersIn(Value const& document, std::string const& wanted
     return counters;
 }
 
-// Adds a value to each; those that the unit does not count are left out. False when the unit is lost.
-bool sample(std::vector<Counter>& counters)
+// Adds a value to each; those that the unit does not count are left out. None, or why the unit tells no more.
+std::optional<CallFailure> sample(std::vector<Counter>& counters)
 {
     catalogue::Operation const& reader = *catalogue::findClass("PerformanceService")->find("getCurrentData");
-    bool isThere = true;
-    TreflectHandlerState const running;
-    std::erase_if(counters, [&](Counter& each) {
-        if (!isThere) {
-            return false;
+    std::optional<CallFailure> failure;
+    std::vector<Counter> counted;
+    auto begun = counters.begin();
+    auto taken = counters.begin();
+    auto const next = [&]() -> std::optional<catalogue::PlannedCall> {
+        if (begun == counters.end()) {
+            return std::nullopt;
         }
-        catalogue::Outcome const outcome =
-            catalogue::call(TipprmiObjectClient(TipprmiOID(each.service)), reader, {Value(each.subject)});
-        isThere = !(outcome.kind == catalogue::Outcome::Kind::failed &&
-                    outcome.failure.kind != CallFailure::Kind::noSuchObject);
-        bool const isCounted = outcome.kind == catalogue::Outcome::Kind::done && outcome.results["result"] == true;
-        if (isCounted) {
+        Counter const& each = *begun++;
+        return catalogue::PlannedCall{each.service, &reader, {Value(each.subject)}};
+    };
+    auto const take = [&](catalogue::Outcome const& outcome) {
+        Counter& each = *taken++;
+        if (outcome.kind == catalogue::Outcome::Kind::done && outcome.results["result"] == true) {
             each.values.push_back(outcome.results["value"].get<unsigned long>());
+            counted.push_back(std::move(each));
+        } else if (outcome.kind == catalogue::Outcome::Kind::failed &&
+                   outcome.failure.kind != CallFailure::Kind::noSuchObject) {
+            failure = outcome.failure;
         }
-        return isThere && !isCounted;
-    });
-    return isThere;
+        return !failure;
+    };
+    TreflectHandlerState const running;
+    catalogue::makeCalls(next, take);
+    counters = std::move(counted);
+    return failure;
 }
 
 // A bar a value, each an eighth of a line higher.
@@ -230,6 +241,22 @@ ExitCode drawCounters(std::vector<Counter> const& counters, CounterWords const& 
                  : ExitCode::good;
 }
 
+// As often as is said, or until somebody interrupts it.
+std::optional<CallFailure> look(std::vector<Counter>& counters, CounterWords const& words)
+{
+    unsigned const looks = words.interval > 0 ? words.samples : 1;
+    auto next = Clock::now();
+    std::optional<CallFailure> failure;
+    for (unsigned i = 0; i < looks && !failure && !Interrupt::came(); ++i) {
+        while (Clock::now() < next && !Interrupt::came()) {
+            std::this_thread::sleep_for(std::min<Clock::duration>(next - Clock::now(), std::chrono::milliseconds(100)));
+        }
+        next += std::chrono::microseconds(static_cast<long>(words.interval * 1e6));
+        failure = Interrupt::came() ? failure : sample(counters);
+    }
+    return failure;
+}
+
 ExitCode counters(Program::Options const& options, CounterWords words)
 {
     Value document;
@@ -242,15 +269,8 @@ ExitCode counters(Program::Options const& options, CounterWords words)
         return complain("no object with counters has '" + words.object + "' in its identifier", ExitCode::noSuchObject);
     }
     Interrupt const interrupt;
-    auto next = Clock::now();
-    for (unsigned i = 0; i < (words.interval > 0 ? words.samples : 1) && !Interrupt::came(); ++i) {
-        while (Clock::now() < next && !Interrupt::came()) {
-            std::this_thread::sleep_for(std::min<Clock::duration>(next - Clock::now(), std::chrono::milliseconds(100)));
-        }
-        next += std::chrono::microseconds(static_cast<long>(words.interval * 1e6));
-        if (!Interrupt::came() && !sample(found)) {
-            return complain("the unit is lost: " + lastCallFailure().text(), lastCallFailure());
-        }
+    if (std::optional<CallFailure> const failure = look(found, words)) {
+        return complain("the unit is lost: " + failure->text(), *failure);
     }
     showCounters(found, words, options.format);
     return words.svg.empty() ? ExitCode::good : drawCounters(found, words, options.unit);

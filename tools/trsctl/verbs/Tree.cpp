@@ -123,7 +123,68 @@ void say(std::vector<Node> const& trees, Program::Options const& options, TreeWo
     }
 }
 
-// A unit has an IP node; the other well-known objects may be missing.
+// What a walk comes to. A unit has an IP node; the other well-known objects may be missing.
+class Survey {
+public:
+    explicit Survey(Target const& target) : target_(target), identification_(*target.type) {}
+
+    // The first root is the target. What is wrong is said.
+    ExitCode walk(std::vector<catalogue::ObjectName> const& roots, int depth)
+    {
+        TreflectHandlerState const running;
+        catalogue::Walk walk({.depth = std::max(depth, 1)}); // whether the object is there is asked at least
+        std::ranges::for_each(roots, [&walk](catalogue::ObjectName const& root) { walk.begin(root); });
+        ExitCode end = ExitCode::good;
+        auto const plain = [this](catalogue::Visit const& visit) {
+            take(visit);
+            return true;
+        };
+        auto const lose = [&](catalogue::Walk::Object const& object, catalogue::Operation const& operation,
+                              catalogue::Outcome const& outcome) {
+            end = complain({target_.unit, object.name, object.type, {}}, operation, outcome);
+        };
+        walkUnit(walk, {plain, [this](KeyedVisit const& visit) { take(visit); }, {}, lose});
+        for (catalogue::Walk::Object const& object : walk.objects()) {
+            names_[object.name.id] = object.name.text();
+        }
+        if (end == ExitCode::good && identification_.failed() != nullptr) {
+            graph_.clear();
+            return complain(target_, *identification_.failed(), identification_.outcome());
+        }
+        return end;
+    }
+    Graph const& graph() const { return graph_; }
+    // Of the most derived classes, by identifier.
+    std::map<std::string, std::string> const& names() const { return names_; }
+
+private:
+    void take(catalogue::Visit const& visit)
+    {
+        if (visit.object.name.id == target_.name.id) {
+            identification_.add(visit.operation, visit.outcome);
+        }
+        if (visit.object.from == nullptr && visit.outcome.failure.kind == CallFailure::Kind::noSuchObject) {
+            return;
+        }
+        std::vector<Edge>& edges = graph_[visit.object.name.id];
+        for (std::string const& reference : visit.references) {
+            edges.push_back({std::string(visit.operation.name), reference});
+        }
+    }
+    void take(KeyedVisit const& visit)
+    {
+        for (std::string const& reference : visit.references) {
+            graph_[visit.object.name.id].push_back(
+                {std::string(visit.operation.name) + ' ' + catalogue::textOf(visit.key), reference});
+        }
+    }
+
+    Target const& target_;
+    Identification identification_;
+    Graph graph_;
+    std::map<std::string, std::string> names_;
+};
+
 ExitCode tree(Program::Options const& options, TreeWords const& words)
 {
     Target target;
@@ -136,49 +197,15 @@ ExitCode tree(Program::Options const& options, TreeWords const& words)
         std::ranges::copy(catalogue::ObjectName::wellKnown().subspan(1), std::back_inserter(roots));
         roots.push_back(unitRoots().back());
     }
-    TreflectHandlerState const running;
-    catalogue::Walk walk({.depth = std::max(words.depth, 1)}); // whether the object is there is asked at least
-    std::ranges::for_each(roots, [&walk](catalogue::ObjectName const& root) { walk.begin(root); });
-    Graph graph;
-    std::map<std::string, std::string> mostDerived; // names by identifier
-    ExitCode end = ExitCode::good;
-    Identification identification(*target.type);
-    auto const visit = [&](catalogue::Visit const& seen) {
-        if (seen.object.name.id == target.name.id) {
-            identification.add(seen.operation, seen.outcome);
-        }
-        if (isUnitLost(seen.outcome)) {
-            end = complain({target.unit, seen.object.name, seen.object.type, {}}, seen.operation, seen.outcome);
-            return false;
-        }
-        if (seen.object.from == nullptr && seen.outcome.failure.kind == CallFailure::Kind::noSuchObject) {
-            return true;
-        }
-        std::vector<Edge>& edges = graph[seen.object.name.id];
-        for (std::string const& reference : seen.references) {
-            edges.push_back({std::string(seen.operation.name), reference});
-        }
-        return true;
-    };
-    walkUnit(walk, {visit, [&graph](KeyedVisit const& seen) {
-                        for (std::string const& reference : seen.references) {
-                            graph[seen.object.name.id].push_back(
-                                {std::string(seen.operation.name) + ' ' + catalogue::textOf(seen.key), reference});
-                        }
-                    }});
-    for (catalogue::Walk::Object const& object : walk.objects()) {
-        mostDerived[object.name.id] = object.name.text();
-    }
-    if (end == ExitCode::good && identification.failed() != nullptr) {
-        return complain(target, *identification.failed(), identification.outcome());
-    }
-    if (graph.empty() && end != ExitCode::good) {
+    Survey survey(target);
+    ExitCode const end = survey.walk(roots, words.depth);
+    if (survey.graph().empty() && end != ExitCode::good) {
         return end;
     }
-    Planter planter(graph, mostDerived, words.depth);
+    Planter planter(survey.graph(), survey.names(), words.depth);
     std::vector<Node> trees;
     for (catalogue::ObjectName const& root : roots) {
-        if (graph.contains(root.id)) {
+        if (survey.graph().contains(root.id)) {
             trees.push_back(planter.plant(root.text(), {}, 0));
         }
     }
