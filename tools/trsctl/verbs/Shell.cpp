@@ -12,7 +12,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>

@@ -15,7 +15,6 @@
 #include <algorithm>
 #include <cctype>
 #include <cmath>
-#include <fmt/format.h>
 #include <memory>
 #include <optional>
 #include <thread>
@@ -231,6 +230,7 @@ void showCounters(std::vector<Counter> const& counters, CounterWords const& word
 ExitCode drawCounters(std::vector<Counter> const& counters, CounterWords const& words, std::string const& unit)
 {
     std::vector<Series> series;
+    series.reserve(counters.size());
     for (Counter const& each : counters) {
         series.push_back({each.object + ' ' + each.name + " per second", each.rates(words.interval)});
     }
