@@ -178,6 +178,8 @@ TEST_F(TrsctlShell, ManyUnitsTakeItsLinesAndItsOptions)
         EXPECT_EQ(shell("trsctl --unit " + each + " get IfNet:IfNet/Lmp mtu").output, "mtu 1200\n");
     }
     EXPECT_EQ(shell("true" + trsctl + "edit IpNode").code, 2) << "an editor is for one";
+    EXPECT_EQ(shell("echo get IpNode mtu --unit " + other + trsctl + "--value-only shell --print-command").error,
+              "trsctl --value-only get IpNode mtu --unit " + other + '\n');
     std::filesystem::remove(directory.file("other"));
 }
 

@@ -32,15 +32,23 @@ namespace {
 constexpr int mostRemembered = 1000; // lines
 constexpr char const* prompt = "trsctl> ";
 
-// What would do the same outside of the shell.
-std::string commandLine(Program::Options const& options, std::vector<std::string> const& words)
+// The units, or the one.
+std::string unitWords(Program::Options const& options)
 {
-    std::string text = "trsctl";
+    std::string text;
     bool const isOne = options.units.empty() && options.selector.empty();
     for (std::string const& each : isOne ? std::vector{options.unit} : options.units) {
         text += " --unit " + shellWord(each);
     }
-    text += options.selector.empty() ? "" : " --selector " + shellWord(options.selector);
+    return text + (options.selector.empty() ? "" : " --selector " + shellWord(options.selector));
+}
+
+// What would do the same outside of the shell.
+std::string commandLine(Program::Options const& options, std::vector<std::string> const& words)
+{
+    bool const namesUnits = std::ranges::any_of(
+        words, [](std::string const& each) { return each.starts_with("--unit") || each.starts_with("--selector"); });
+    std::string text = "trsctl" + (namesUnits ? std::string() : unitWords(options));
     for (std::vector<std::string> const& part : {Program::wordsOf(options), words}) {
         for (std::string const& word : part) {
             text += ' ' + shellWord(word);
