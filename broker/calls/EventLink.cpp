@@ -20,7 +20,7 @@ constexpr std::chrono::milliseconds lookInterval{10};
 // Until a handler thread is asked for again, when none was to be had.
 constexpr std::chrono::milliseconds employInterval{10};
 // Others' observers have their turn after so many.
-constexpr int mostInARow = 64;
+constexpr int mostToldInARow = 64;
 
 } // namespace
 
@@ -245,7 +245,7 @@ void EventLink::refuse()
 void EventLink::run()
 {
     std::unique_lock lock(mutex_);
-    for (int count = 0; count < mostInARow && !inbox_.isEmpty(); ++count) {
+    for (int count = 0; count < mostToldInARow && !inbox_.isEmpty(); ++count) {
         bool const wasFull = inbox_.isFull();
         Inbox::Entry entry = inbox_.take();
         if (wasFull && !inbox_.isFull() && link_.isOpen()) {

@@ -277,6 +277,13 @@ TEST_F(TrsctlLive, ShowsProgressOnATerminalOnly)
         << "a complaint has a line of its own";
 }
 
+TEST_F(TrsctlLive, TellsWhatTheSimulatorLists)
+{
+    EXPECT_THAT(output({"call", "Simulator", "execute", "help"}), HasSubstr("lists the commands"));
+    EXPECT_THAT(output({"call", "Simulator", "execute", "objects"}), HasSubstr("IpNode:IpNode"));
+    EXPECT_THAT(output({"call", "Simulator", "execute", "conditions"}), HasSubstr("loss of signal"));
+}
+
 // 20 ms there and back, as to a unit in another country: the answers come together, not one after the other.
 TEST_F(TrsctlLive, AsksForManyThingsAtOnce)
 {

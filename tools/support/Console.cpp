@@ -19,6 +19,9 @@ namespace {
 
 constexpr std::size_t longestLine = 4096;
 
+// What the command that this thread executes lists; null: nobody but those who read standard output want it.
+constinit thread_local std::string* listed = nullptr;
+
 std::string usageOf(Command const& command)
 {
     return command.arguments.empty() ? command.name : command.name + ' ' + command.arguments;
@@ -102,6 +105,24 @@ std::string Console::execute(std::string_view line)
     return wrong.empty() ? wrong : command->name + ": " + wrong;
 }
 
+std::string Console::execute(std::string_view line, std::string& listing)
+{
+    listed = &listing;
+    std::string wrong = execute(line);
+    listed = nullptr;
+    return wrong;
+}
+
+bool Console::isForOthers() { return listed != nullptr; }
+
+void Console::list(std::string const& line)
+{
+    say(line);
+    if (listed != nullptr) {
+        (*listed += line) += '\n';
+    }
+}
+
 void Console::sayHelp() const
 {
     std::size_t width = 0;
@@ -111,7 +132,7 @@ void Console::sayHelp() const
     for (Command const& command : commands_) {
         std::string usage = usageOf(command);
         usage.resize(width + 2, ' ');
-        say("  " + usage + command.help);
+        list("  " + usage + command.help);
     }
 }
 

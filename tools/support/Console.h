@@ -40,6 +40,12 @@ public:
     // Executes one command, on any thread once run() is under way. Empty, or what is wrong with it. A blank line does
     // nothing.
     std::string execute(std::string_view line);
+    // The same for somebody elsewhere, whom it tells what the command lists.
+    std::string execute(std::string_view line, std::string& listing);
+    // Whether the calling thread executes a command for somebody elsewhere.
+    static bool isForOthers();
+    // Of a command: a line of what it lists, to standard output and to whoever has it executed.
+    static void list(std::string const& line);
     // Executes the commands that come, and complains about wrong ones on standard error, until one of them or a signal
     // ends the program, or the input's end when `endsWithInput`.
     void run(bool endsWithInput);

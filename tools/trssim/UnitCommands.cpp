@@ -15,34 +15,23 @@ namespace trs::sim {
 namespace {
 
 using catalogue::Words;
+using tools::Console;
 
 constexpr long mostFaults = 1'000'000'000;
 constexpr long mostSeconds = 100L * 24 * 60 * 60;
 
 std::string quoted(std::string const& word) { return "'" + printable(word) + "'"; }
 
-// What the command that this thread executes lists; null: nobody but those who read standard output want it.
-thread_local std::string* listing = nullptr;
-
-// A line of what a command lists.
-void list(std::string const& line)
-{
-    tools::say(line);
-    if (listing != nullptr) {
-        (*listing += line) += '\n';
-    }
-}
-
 // Adds commands that run as the objects' code does, under the run permission and past the faults.
 class Adder {
 public:
-    Adder(tools::Console& console, Unit& unit) : console_(console), unit_(unit) {}
+    Adder(Console& console, Unit& unit) : console_(console), unit_(unit) {}
 
     Adder& add(std::string name, std::string arguments, std::string help, std::function<std::string(Words const&)> run)
     {
         console_.add({std::move(name), std::move(arguments), std::move(help),
                       [&unit = unit_, run = std::move(run)](Words const& words) {
-                          return listing == nullptr ? runAndKeep(unit, run, words) : runAsObject(run, words);
+                          return Console::isForOthers() ? runAsObject(run, words) : runAndKeep(unit, run, words);
                       }});
         return *this;
     }
@@ -63,7 +52,7 @@ private:
         return unit.keep() || !wrong.empty() ? wrong : "what it changed cannot be kept";
     }
 
-    tools::Console& console_;
+    Console& console_;
     Unit& unit_;
 };
 
@@ -158,7 +147,7 @@ void addConditionCommands(Adder& adder, Unit& unit)
         .add("conditions", "", "lists the conditions of AppObject-1",
              [&unit](Words const&) {
                  for (Condition const& condition : unit.object().faults().conditions()) {
-                     list(condition.text());
+                     Console::list(condition.text());
                  }
                  return std::string();
              })
@@ -166,7 +155,7 @@ void addConditionCommands(Adder& adder, Unit& unit)
              [&unit](Words const& words) {
                  AdminState& state = unit.object().faults().adminState();
                  if (words.empty()) {
-                     list(state.text());
+                     Console::list(state.text());
                  } else if (!state.set(AdminState::stateOf(words.front()))) {
                      return quoted(words.front()) + " is no state: unlocked, locked or shutting-down";
                  }
@@ -184,8 +173,8 @@ std::string tick(Unit& unit, Words const& words)
     unsigned long const before = clock.now();
     unit.advance(static_cast<unsigned long>(seconds));
     constexpr unsigned long interval = PerformanceService::intervalSeconds;
-    list(std::to_string(seconds) +
-         " s passed, ended intervals: " + std::to_string(clock.now() / interval - before / interval));
+    Console::list(std::to_string(seconds) +
+                  " s passed, ended intervals: " + std::to_string(clock.now() / interval - before / interval));
     return {};
 }
 
@@ -204,15 +193,15 @@ void addSimulationCommands(Adder& adder, Unit& unit)
                  std::string wrong = MisbehaviourPlan::parse(words, fault);
                  wrong = wrong.empty() ? unit.misbehaviours().inject(fault, number) : wrong;
                  if (wrong.empty()) {
-                     list("fault " + std::to_string(number) + ": " + MisbehaviourPlan::text(fault));
+                     Console::list("fault " + std::to_string(number) + ": " + MisbehaviourPlan::text(fault));
                  }
                  return wrong;
              })
         .add("faults", "", "lists the faults, with the calls that matched and those that they struck",
              [&unit](Words const&) {
                  for (SimulatorClient::NumberedMisbehaviour const& each : unit.misbehaviours().all()) {
-                     list("fault " + std::to_string(each.number) + ": " + MisbehaviourPlan::text(each.fault) + ": " +
-                          std::to_string(each.struck) + " of " + std::to_string(each.matched));
+                     Console::list("fault " + std::to_string(each.number) + ": " + MisbehaviourPlan::text(each.fault) +
+                                   ": " + std::to_string(each.struck) + " of " + std::to_string(each.matched));
                  }
                  return std::string();
              })
@@ -235,7 +224,7 @@ void addStateCommands(Adder& adder, Unit& unit)
         .add("objects", "", "lists all objects, as trsctl takes them",
              [&unit](Words const&) {
                  for (Object const* const object : unit.inventory().all()) {
-                     list(catalogue::ObjectName{std::string(object->type().name), object->id()}.text());
+                     Console::list(catalogue::ObjectName{std::string(object->type().name), object->id()}.text());
                  }
                  return std::string();
              })
@@ -247,19 +236,15 @@ void addStateCommands(Adder& adder, Unit& unit)
 
 } // namespace
 
-void addCommands(tools::Console& console, Unit& unit)
+void addCommands(Console& console, Unit& unit)
 {
     Adder adder(console, unit);
     addAgentCommands(adder, unit.agent());
     addConditionCommands(adder, unit);
     addSimulationCommands(adder, unit);
     addStateCommands(adder, unit);
-    unit.simulator().setExecutor([&console](std::string const& command, std::string& output) {
-        listing = &output;
-        std::string wrong = console.execute(command);
-        listing = nullptr;
-        return wrong;
-    });
+    unit.simulator().setExecutor(
+        [&console](std::string const& command, std::string& output) { return console.execute(command, output); });
 }
 
 } // namespace trs::sim
