@@ -8,6 +8,7 @@
 
 namespace {
 
+using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::StartsWith;
 using ViewValue = trs::catalogue::Value;
@@ -42,6 +43,20 @@ TEST_F(TrsctlViews, AlarmsAreFollowedAsTheyComeAndGo)
     EXPECT_THAT(alarms.readUntil("LOC"), HasSubstr(" ended "));
     alarms.signal(SIGINT);
     EXPECT_EQ(alarms.waitForExit(), 0);
+}
+
+// No operation leads to the conditions of such an object, but its fault service knows that there is one.
+TEST_F(TrsctlViews, AlarmsTellOfConditionsWithoutAName)
+{
+    Unit sim = unit({"--clock", "stepped"});
+    EXPECT_THAT(output({"alarms"}), testing::Not(HasSubstr("AppObject-1")));
+    EXPECT_THAT(sim.does("raise los"), HasSubstr("raised"));
+    EXPECT_TRUE(sim.writeLine("raise HwmUnit-1/EthLink/Condition/LOC"));
+    sim.readUntil("LOC");
+    std::string const alarms = output({"alarms"});
+    EXPECT_THAT(alarms, ContainsRegex("\nAppObject-1 +\\(not told\\) +unknown +unknown +false\n"));
+    EXPECT_THAT(alarms, ContainsRegex("\nHwmUnit-1/EthLink +LOC +3 "));
+    EXPECT_THAT(alarms, testing::Not(ContainsRegex("EthLink +\\(not told\\)")));
 }
 
 TEST_F(TrsctlViews, APatternWatchesObjectsThatComeAndGo)

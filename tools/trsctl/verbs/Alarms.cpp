@@ -30,6 +30,10 @@ using catalogue::Value;
 
 constexpr std::string_view conditionClass = "ConditionClient";
 constexpr std::string_view conditionPart = "/Condition/";
+constexpr std::string_view serviceClass = "FaultServiceClient";
+constexpr std::string_view servicePart = "/FaultService";
+
+constexpr long notTold = -1; // a severity
 
 struct AlarmWords {
     bool watches = false;
@@ -77,15 +81,37 @@ Alarms alarmsIn(Value const& document)
     return alarms;
 }
 
-// A unit does not tell since when a condition is active; null in JSON.
-void showTable(Alarms const& alarms, bool isAll, Format format)
+// What fault services say is active though none of the conditions that the unit leads to is: it has others there.
+Alarms othersIn(Value const& document, Alarms const& known)
 {
+    Alarms others;
+    for (auto const& [text, told] : document["objects"].items()) {
+        std::size_t const colon = text.find(':');
+        if (resultOf(told, "isAnyActive") != true ||
+            !catalogue::isOf(catalogue::findClass(text.substr(0, colon)), serviceClass)) {
+            continue;
+        }
+        std::string const id = text.substr(colon + 1);
+        std::string const object = id.substr(0, id.rfind(servicePart));
+        if (std::ranges::none_of(known, [&object](auto const& each) {
+                return each.second.isActive && each.second.object.starts_with(object);
+            })) {
+            others[id] = {object, "(not told)", notTold, true, resultOf(told, "isAnySuppressed") == true};
+        }
+    }
+    return others;
+}
+
+// A unit does not tell since when a condition is active; null in JSON.
+void showTable(Alarms alarms, Alarms others, bool isAll, Format format)
+{
+    alarms.merge(others);
     Value const unknown = format == Format::json ? Value() : Value("unknown");
     std::vector<Row> rows;
     for (auto const& [id, alarm] : alarms) {
         if (alarm.isActive || isAll) {
-            rows.push_back({alarm.object, alarm.condition, alarm.severity, alarm.isActive ? unknown : Value("-"),
-                            alarm.isSuppressed, alarm.isActive});
+            rows.push_back({alarm.object, alarm.condition, alarm.severity != notTold ? Value(alarm.severity) : unknown,
+                            alarm.isActive ? unknown : Value("-"), alarm.isSuppressed, alarm.isActive});
         }
     }
     std::vector<std::string> head{"object", "condition", "severity", "since", "suppressed", "active"};
@@ -203,7 +229,7 @@ ExitCode alarms(Program::Options const& options, AlarmWords const& words)
         return code;
     }
     Alarms found = alarmsIn(document);
-    showTable(found, words.isAll, options.format);
+    showTable(found, othersIn(document, found), words.isAll, options.format);
     return words.watches ? watchAlarms(options, std::move(found), words.seconds) : ExitCode::good;
 }
 
