@@ -166,12 +166,13 @@ void Poller::takeOver()
 void Poller::takeReady(epoll_event const* ready, int count)
 {
     for (int i = 0; i < count; ++i) {
-        epoll_event const& event = ready[i];
-        if (event.data.u64 == alarmNumber) {
+        epoll_event const event = ready[i];
+        Number const number = event.data.u64; // which lies anywhere there
+        if (number == alarmNumber) {
             discardAlarm(alarm_);
             continue;
         }
-        auto const place = entries_.find(event.data.u64);
+        auto const place = entries_.find(number);
         if (place == entries_.end()) {
             continue;
         }
