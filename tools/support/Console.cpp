@@ -19,7 +19,7 @@ namespace {
 
 constexpr std::size_t longestLine = 4096;
 
-// What the command that this thread executes for somebody elsewhere lists; null: it is for who reads standard output.
+// What the command that this thread executes for somebody elsewhere lists; null: for those who read standard output.
 constinit thread_local std::string* listed = nullptr;
 
 std::string usageOf(Command const& command)
@@ -117,10 +117,9 @@ bool Console::isForOthers() { return listed != nullptr; }
 
 void Console::list(std::string const& line)
 {
+    say(line);
     if (listed != nullptr) {
-        (*listed += line) += '\n'; // and not where perhaps nobody reads
-    } else {
-        say(line);
+        (*listed += line) += '\n';
     }
 }
 

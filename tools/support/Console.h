@@ -44,7 +44,7 @@ public:
     std::string execute(std::string_view line, std::string& listing);
     // Whether the calling thread executes a command for somebody elsewhere.
     static bool isForOthers();
-    // Of a command: a line of what it lists, to standard output or to whoever elsewhere has it executed.
+    // Of a command: a line of what it lists, to standard output and to whoever elsewhere has it executed.
     static void list(std::string const& line);
     // Executes the commands that come, and complains about wrong ones on standard error, until one of them or a signal
     // ends the program, or the input's end when `endsWithInput`.
