@@ -179,7 +179,7 @@ TEST_F(Trsctl, ShowsTheTreeOfObjects)
     EXPECT_THAT(output({"tree", "--depth", "5"}),
                 HasSubstr("AdminState:HwmUnit-1/EthPort/AdminState  (getAdminState)"));
     sim.does("fault drop operation=NtpAccess.getTimeZone");
-    Result const silent = run({"--timeout", "100", "tree"});
+    Result const silent = run({"--timeout", "1000", "tree"});
     EXPECT_EQ(silent.code, 5);
     EXPECT_THAT(silent.error, StartsWith("NtpAccess:Access/Ntp getTimeZone at "));
     EXPECT_THAT(silent.output, HasSubstr("\n  NtpAccess:Access/Ntp  (getNtpAccess)\n")) << "what was found is shown";
