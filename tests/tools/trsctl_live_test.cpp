@@ -289,6 +289,11 @@ TEST_F(TrsctlLive, AsksForManyThingsAtOnce)
 {
     using Clock = std::chrono::steady_clock;
     constexpr std::chrono::milliseconds oneWay{10};
+#ifdef TRSMAN_SANITIZED // whose checks take more time than the way does
+    constexpr int least = 5;
+#else
+    constexpr int least = 20;
+#endif
     std::string const calls = path + ".a";
     std::string const served = path + ".unit";
     Unit const logging("unix:" + served, {"--log-calls", calls});
@@ -303,8 +308,8 @@ TEST_F(TrsctlLive, AsksForManyThingsAtOnce)
         std::ifstream log(calls);
         auto const count = std::count(std::istreambuf_iterator<char>(log), {}, '\n');
         EXPECT_GT(count, 100);
-        EXPECT_LE(20 * time, count * 2 * oneWay) << verb << ": " << count << " calls for " << lines << " lines in "
-                                                 << std::chrono::duration<double>(time).count() << " s";
+        EXPECT_LE(least * time, count * 2 * oneWay) << verb << ": " << count << " calls for " << lines << " lines in "
+                                                    << std::chrono::duration<double>(time).count() << " s";
     }
     std::filesystem::remove(path + ".far");
 }
