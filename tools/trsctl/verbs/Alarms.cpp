@@ -31,7 +31,7 @@ using catalogue::Value;
 constexpr std::string_view conditionClass = "ConditionClient";
 constexpr std::string_view conditionPart = "/Condition/";
 constexpr std::string_view serviceClass = "FaultServiceClient";
-constexpr std::string_view servicePart = "/FaultService";
+constexpr std::string_view faultService = "/FaultService";
 
 constexpr long notTold = -1; // a severity
 
@@ -92,7 +92,7 @@ Alarms othersIn(Value const& document, Alarms const& known)
             continue;
         }
         std::string const id = text.substr(colon + 1);
-        std::string const object = id.substr(0, id.rfind(servicePart));
+        std::string const object = id.substr(0, id.rfind(faultService));
         if (std::ranges::none_of(known, [&object](auto const& each) {
                 return each.second.isActive && each.second.object.starts_with(object);
             })) {

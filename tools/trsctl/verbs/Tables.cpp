@@ -30,7 +30,7 @@ using Clock = std::chrono::steady_clock;
 constexpr int namelessSubjects = 3; // that are tried where a class names none
 constexpr unsigned mostSamples = 100'000;
 constexpr std::string_view subjectPart = "_IDENT_";
-constexpr std::string_view servicePart = "/PerformanceService";
+constexpr std::string_view performanceService = "/PerformanceService";
 
 Format tableFormat(Format format) { return format == Format::text ? Format::table : format; }
 
@@ -138,10 +138,10 @@ std::vector<Counter> countersIn(Value const& document, std::string const& wanted
     for (auto const& [text, told] : document["objects"].items()) {
         std::size_t const colon = text.find(':');
         std::string const id = text.substr(colon + 1);
-        if (text.substr(0, colon) != "PerformanceService" || !id.ends_with(servicePart)) {
+        if (text.substr(0, colon) != "PerformanceService" || !id.ends_with(performanceService)) {
             continue;
         }
-        std::string const owner = id.substr(0, id.size() - servicePart.size());
+        std::string const owner = id.substr(0, id.size() - performanceService.size());
         for (auto const& [other, unused] : document["objects"].items()) {
             std::size_t const end = other.find(':');
             bool const isOwner = other.substr(end + 1) == owner &&
