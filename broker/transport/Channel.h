@@ -2,6 +2,7 @@
 #pragma once
 
 #include "broker/Deadline.h"
+#include "broker/Principal.h"
 #include "broker/transport/Poller.h"
 
 #include <cstddef>
@@ -58,6 +59,8 @@ public:
     virtual bool watch(Poller& poller, Poller::Number number, Poller::Events events) = 0;
     // Of a channel that Dialer::begin() made and that can be sent to: empty, or why there is no connection.
     virtual std::string connectFailure() const { return {}; }
+    // Who the other side is. Asks the system, so that nobody pays for it who does not ask.
+    virtual Principal principal() const { return {}; }
     // Whether the other side has closed it, or sent something that was not received.
     virtual bool isStale() const = 0;
     // Tells the other side that nothing more will be sent; it may still send.

@@ -64,6 +64,7 @@ public:
     {
         return channel_->watch(poller, number, events);
     }
+    Principal principal() const { return channel_->principal(); }
     // Gives back what storage it holds for nothing.
     void releaseStorage() { assembler_.releaseStorage(); }
 

@@ -26,6 +26,7 @@ public:
     Received receiveRest(unsigned char* place, std::size_t room, Deadline const& deadline, std::size_t& count) override;
     Received receiveNow(unsigned char* place, std::size_t room, std::size_t& count) override;
     bool watch(Poller& poller, Poller::Number number, Poller::Events events) override;
+    Principal principal() const override { return {Principal::Kind::process, {}, {}, {}}; }
     bool isStale() const override;
     void endSending() override;
     void endReceiving() override;

@@ -1,6 +1,7 @@
 #include "broker/transport/SocketChannel.h"
 
 #include "broker/transport/Address.h"
+#include "broker/transport/SocketOrigin.h"
 
 #include <algorithm>
 #include <array>
@@ -173,6 +174,8 @@ std::string SocketChannel::connectFailure() const
     ::getsockopt(descriptor_, SOL_SOCKET, SO_ERROR, &error, &size);
     return error == 0 ? std::string() : systemErrorText(error);
 }
+
+Principal SocketChannel::principal() const { return principalOf(descriptor_); }
 
 bool SocketChannel::isStale() const
 {

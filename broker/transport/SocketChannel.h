@@ -21,6 +21,7 @@ public:
     Received receiveNow(unsigned char* place, std::size_t room, std::size_t& count) override;
     bool watch(Poller& poller, Poller::Number number, Poller::Events events) override;
     std::string connectFailure() const override;
+    Principal principal() const override;
     bool isStale() const override;
     void endSending() override;
     void endReceiving() override;
