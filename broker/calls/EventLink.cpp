@@ -293,8 +293,9 @@ void EventLink::noteDelivered()
     TimeAndChance::Time const now = timing_.now();
     if (now - looked_ >= lookInterval) {
         looked_ = now;
+        TimeAndChance::Date const date = timing_.date(); // before looking: what comes behind it may be lost
         if (link_.isDrained()) {
-            delivered_ = timing_.date();
+            delivered_ = date;
         }
     }
 }
