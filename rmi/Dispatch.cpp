@@ -15,24 +15,21 @@ public:
         if (size > sizeof room_) {
             large_ = std::make_unique<std::byte[]>(size);
         }
-        std::byte* const start = large_ ? large_.get() : room_;
-        std::size_t used = 0;
-        forEachType([&](ValueType const& type, std::size_t i) {
-            std::size_t const offset = placeAfter(used, type);
-            places_[i] = start + offset;
-            type.construct(places_[i]);
-            used = offset + type.size;
+        forEachPlace([this](ValueType const& type, void* place, std::size_t i) {
+            places_[i] = place;
+            type.construct(place);
         });
     }
     Values(Values const&) = delete;
     Values& operator=(Values const&) = delete;
     ~Values()
     {
-        forEachType([this](ValueType const& type, std::size_t i) { type.destroy(places_[i]); });
+        // What was put there in their place is another's.
+        forEachPlace([](ValueType const& type, void* place, std::size_t) { type.destroy(place); });
     }
 
     void* result() const { return places_[CallShape::mostArguments]; }
-    CallShape::Places arguments() const { return places_; }
+    void** arguments() { return places_; }
 
 private:
     template <class Visitor>
@@ -44,6 +41,17 @@ private:
         if (shape_.result != nullptr) {
             visit(*shape_.result, CallShape::mostArguments);
         }
+    }
+    template <class Visitor>
+    void forEachPlace(Visitor visit)
+    {
+        std::byte* const start = large_ ? large_.get() : room_;
+        std::size_t used = 0;
+        forEachType([&](ValueType const& type, std::size_t i) {
+            std::size_t const offset = placeAfter(used, type);
+            visit(type, start + offset, i);
+            used = offset + type.size;
+        });
     }
     static std::size_t placeAfter(std::size_t used, ValueType const& type)
     {
@@ -61,7 +69,7 @@ private:
 void road::serve(CallShape const& shape, Implementation implementation, TreflectServerObject const& object,
                  unsigned long classId, unsigned long opIndex, TipprmiStream& request, TipprmiStream& reply)
 {
-    Values const values(shape);
+    Values values(shape);
     shape.readIn(request, values.arguments());
     if (request.available() != 0) {
         request.fail();
@@ -95,7 +103,7 @@ bool road::serveFrom(std::span<DispatchRow const> table, TreflectServerObject& o
         Invoke invoke;
         TreflectServerObject& object;
     } bound{row->invoke, object};
-    Implementation const implementation{[](void* context, void* result, CallShape::Places places) {
+    Implementation const implementation{[](void* context, void* result, void** places) {
                                             Bound const& self = *static_cast<Bound*>(context);
                                             self.invoke(self.object, result, places);
                                         },

@@ -14,10 +14,28 @@
 
 namespace road {
 
-// What runs an operation on the server: `run` gets `context`, the place of the result and those of the arguments.
+// What runs an operation on the server: `run` gets `context`, the place of the result and those of the arguments, of
+// which it may exchange those of out-arguments for others that last as long as the run permission is held.
 struct Implementation {
-    void (*run)(void* context, void* result, CallShape::Places places);
+    void (*run)(void* context, void* result, void** places);
     void* context;
+};
+
+// An out-argument that an implementation may take as `Lent<T>&` instead of `T&`: it need not copy then what it has.
+template <class T>
+class Lent {
+public:
+    explicit Lent(void*& place) : place_(place) {}
+    Lent(Lent const&) = delete;
+    Lent& operator=(Lent const&) = delete;
+
+    // The reply tells `value`, which the object holds and which is not copied: it must not be a local variable.
+    void lend(T const& value) { place_ = const_cast<T*>(&value); }
+    // Otherwise the reply tells this, as usual.
+    operator T&() { return *static_cast<T*>(place_); }
+
+private:
+    void*& place_;
 };
 
 // One execution on the server: reads the in-arguments, runs the implementation, writes the result and then the
@@ -25,6 +43,20 @@ struct Implementation {
 // with its failure recorded.
 void serve(CallShape const& shape, Implementation implementation, TreflectServerObject const& object,
            unsigned long classId, unsigned long opIndex, TipprmiStream& request, TipprmiStream& reply);
+
+// How an argument comes to an implementation that lends.
+template <class A>
+struct Passed;
+template <class T>
+struct Passed<T const&> {
+    using Lending = T const&;
+    static T const& of(void*& place) { return *static_cast<T const*>(place); }
+};
+template <class T>
+struct Passed<T&> {
+    using Lending = Lent<T>;
+    static Lent<T> of(void*& place) { return Lent<T>(place); }
+};
 
 // A callable with the signature R(A...) as an Implementation; the callable must outlive it.
 template <class Signature>
@@ -36,21 +68,45 @@ struct Callable<R(A...)> {
     template <class Function>
     static Implementation of(Function& function)
     {
-        return {[](void* context, void* result, CallShape::Places places) {
+        return {[](void* context, void* result, void** places) {
                     runWith(*static_cast<Function*>(context), result, places, std::index_sequence_for<A...>{});
                 },
                 const_cast<void*>(static_cast<void const*>(&function))};
     }
 
+    // Whether a callable has the signature, out-arguments taken as they are or to be lent.
+    template <class Function>
+    static constexpr bool isPlain = std::is_invocable_r_v<R, Function&, A...>;
+    template <class Function>
+    static constexpr bool isLending = std::is_invocable_r_v<R, Function&, typename Passed<A>::Lending&...>;
+
 private:
     template <class Function, std::size_t... I>
-    static void runWith(Function& function, [[maybe_unused]] void* result, [[maybe_unused]] CallShape::Places places,
-                        std::index_sequence<I...>)
+    static R runPlain(Function& function, [[maybe_unused]] void** places, std::index_sequence<I...>)
+    {
+        return function(*static_cast<std::remove_reference_t<A>*>(places[I])...);
+    }
+    template <class Function>
+    static R runLending(Function& function, typename Passed<A>::Lending... arguments)
+    {
+        return function(arguments...);
+    }
+    template <class Function, std::size_t... I>
+    static R run(Function& function, void** places, std::index_sequence<I...> all)
+    {
+        if constexpr (isPlain<Function>) {
+            return runPlain(function, places, all);
+        } else {
+            return runLending<Function>(function, Passed<A>::of(places[I])...);
+        }
+    }
+    template <class Function, std::size_t... I>
+    static void runWith(Function& function, [[maybe_unused]] void* result, void** places, std::index_sequence<I...> all)
     {
         if constexpr (std::is_void_v<R>) {
-            function(*static_cast<std::remove_reference_t<A>*>(places[I])...);
+            run(function, places, all);
         } else {
-            *static_cast<R*>(result) = function(*static_cast<std::remove_reference_t<A>*>(places[I])...);
+            *static_cast<R*>(result) = run(function, places, all);
         }
     }
 };

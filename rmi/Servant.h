@@ -13,6 +13,10 @@
 //     Servant node{IpNodeClient::IPNODE_OID};
 //     node.on<&IfNetClient::getMtu>([&](long& mtu) { mtu = 1500; return GetClient::OK; });
 //
+// An implementation that holds what it is asked for lends it, and spares the copy:
+//
+//     node.on<&IpNodeClient::getIfNets>([&](road::Lent<IfNets>& list) { list.lend(ifNets_); return GetClient::OK; });
+//
 // The compiler holds the implementation to the proxy's signature. Operations of several interfaces may be served by
 // one object, as those of a class and its bases are. An operation that was not named is answered as unknown, unless
 // otherwise() has somebody to ask.
@@ -34,7 +38,8 @@ public:
     Servant& on(Implementation implementation)
     {
         using Row = OperationRow<Member>;
-        static_assert(isImplementation<Implementation>(std::type_identity<typename Row::Signature::Function>{}),
+        using Callable = road::CallableOf<Row>;
+        static_assert(Callable::template isPlain<Implementation> || Callable::template isLending<Implementation>,
                       "the implementation does not have the operation's signature");
         TreflectHandlerState const running;
         operations_[{operationClassId<Member>, Row::index}] =
@@ -79,12 +84,6 @@ public:
     }
 
 private:
-    template <class Implementation, class R, class... A>
-    static constexpr bool isImplementation(std::type_identity<R(A...)>)
-    {
-        return std::is_invocable_r_v<R, Implementation&, A...>;
-    }
-
     struct Served {
         Served(CallShape const& itsShape, road::Implementation itsImplementation)
             : shape(itsShape), implementation(itsImplementation)

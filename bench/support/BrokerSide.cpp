@@ -47,8 +47,8 @@ void ours::serve(std::vector<std::string> const& endpoints, bool isBusy)
         number = 1500;
         return GetClient::OK;
     });
-    servant.on<&BenchNodeClient::getTable>([&table](Table& answer) {
-        answer = table;
+    servant.on<&BenchNodeClient::getTable>([&table](road::Lent<Table>& answer) {
+        answer.lend(table);
         return GetClient::OK;
     });
     for (std::string const& endpoint : endpoints) {

@@ -229,6 +229,52 @@ TEST(Servant, servesLocalCapableAndRemoteOnlyOperations)
     EXPECT_EQ(condition.raise(), RunClient::FAILED) << "the later implementation counts";
 }
 
+TEST(Servant, lendsWhatItHolds)
+{
+    using Ids = TipprmiSequence<unsigned long>;
+    Adapted held;
+    held.setLength(3);
+    held[2].value1 = 7;
+    Servant servant(TipprmiOID("lends"));
+    bool isLending = true;
+    servant
+        .on<&PerformanceServiceClient::getAdapterData>([&](Ids const& ids, road::Lent<Adapted>& data) {
+            if (isLending) {
+                data.lend(held);
+            } else {
+                static_cast<Adapted&>(data).setLength(ids.getLength());
+            }
+            return true;
+        })
+        .on<&PerformanceServiceClient::getHistoricData>(
+            [](unsigned long const& id, unsigned long& count, road::Lent<History>& history) {
+                static History const zeroes{};
+                history.lend(zeroes);
+                count = id;
+                return true;
+            });
+    PerformanceServiceClient const proxy(TipprmiOID("lends"));
+    Ids ids;
+    ids.setLength(5);
+    for (int call = 0; call < 2; ++call) {
+        Adapted told;
+        EXPECT_TRUE(proxy.getAdapterData(ids, told));
+        ASSERT_EQ(told.getLength(), 3U);
+        EXPECT_EQ(told[2].value1, 7U);
+        EXPECT_EQ(held.getLength(), 3U) << "it is the object's still";
+    }
+    isLending = false;
+    Adapted told;
+    EXPECT_TRUE(proxy.getAdapterData(ids, told));
+    EXPECT_EQ(told.getLength(), 5U);
+    unsigned long count = 0;
+    History history{};
+    history[95] = 1;
+    EXPECT_TRUE(proxy.getHistoricData(4, count, history));
+    EXPECT_EQ(count, 4U) << "an argument beside it is taken as it is";
+    EXPECT_EQ(history[95], 0U);
+}
+
 TEST(Servant, mayReplaceAnImplementationWhileItRuns)
 {
     Servant servant;
