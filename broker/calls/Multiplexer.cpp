@@ -56,10 +56,12 @@ void Multiplexer::stopWaiting(Slot slot)
 void Multiplexer::stage(Slot slot)
 {
     Entry& entry = entries_[slot];
-    lastNumber_ = lastNumber_ + 1 != 0 ? lastNumber_ + 1 : 1;
+    do { // one that was given up long ago may still have its number
+        lastNumber_ = lastNumber_ < limits_.numbers ? lastNumber_ + 1 : 1;
+        ++numbersPassed_;
+    } while (!numbers_.emplace(lastNumber_, slot).second);
     entry.number = lastNumber_;
     entry.state = State::staged;
-    numbers_.emplace(entry.number, slot);
     outgoing_.push_back({entry.call, entry.number});
     ++inFlight_;
     bytesInFlight_ += entry.size;
@@ -161,6 +163,7 @@ void Multiplexer::open()
     isOpen_ = true;
     hasAnswered_ = false;
     numberBefore_ = lastNumber_;
+    numbersPassed_ = 0;
 }
 
 Multiplexer::AllEnded Multiplexer::lose()
@@ -234,12 +237,13 @@ void Multiplexer::sent(std::size_t bytes)
 
 Multiplexer::Answers Multiplexer::answer(std::uint32_t number, Call*& call)
 {
-    auto const place = numbers_.find(number);
-    if (place == numbers_.end()) {
-        bool const wasAsked = number != 0 && number - numberBefore_ - 1 < lastNumber_ - numberBefore_;
+    auto const asked = numbers_.find(number);
+    if (asked == numbers_.end()) {
+        std::uint64_t const place = (std::uint64_t{number} + limits_.numbers - 1 - numberBefore_) % limits_.numbers;
+        bool const wasAsked = number != 0 && number <= limits_.numbers && place < numbersPassed_;
         return wasAsked ? Answers::nobody : Answers::nothing;
     }
-    Slot const slot = place->second;
+    Slot const slot = asked->second;
     Entry const& entry = entries_[slot];
     if (entry.state == State::staged || isHalfSent(entry)) { // nobody can know its end
         return Answers::nothing;
@@ -252,7 +256,7 @@ Multiplexer::Answers Multiplexer::answer(std::uint32_t number, Call*& call)
     } else {
         --abandoned_;
     }
-    numbers_.erase(place);
+    numbers_.erase(asked);
     release(slot);
     return call != nullptr ? Answers::call : Answers::nobody;
 }

@@ -35,6 +35,7 @@ public:
         std::size_t calls = 64;                       // sent and not answered
         std::size_t bytes = std::size_t{1024} * 1024; // of their requests; one may always be sent
         std::size_t abandoned = 1024;                 // beyond them the connection is closed
+        std::uint32_t numbers = 0xFFFFFFFF;           // then they begin with 1 again; more than may be unanswered
     };
     enum class Why { cancelled, deadline, lost, noWay };
     struct Ended {
@@ -126,7 +127,8 @@ private:
     std::pmr::unordered_map<std::uint32_t, Slot> numbers_{&memory_};
     std::pmr::set<std::pair<Time, Slot>> deadlines_{&memory_};
     std::uint32_t lastNumber_ = 0;
-    std::uint32_t numberBefore_ = 0; // the way
+    std::uint32_t numberBefore_ = 0;  // the way
+    std::uint64_t numbersPassed_ = 0; // since
     std::size_t inFlight_ = 0;
     std::size_t bytesInFlight_ = 0;
     std::size_t abandoned_ = 0;

@@ -94,6 +94,33 @@ TEST(Multiplexers, TellNobodysAnswersFromNonsense)
     EXPECT_EQ(decisions.answer(2, answered), Answers::nothing) << "that was another connection's";
 }
 
+TEST(Multiplexers, LeaveTheNumbersAloneThatAreInUseWhenTheyBeginAnew)
+{
+    Multiplexer decisions({.numbers = 4});
+    std::array<Asked, 6> calls;
+    Multiplexer::Call* answered = nullptr;
+    auto const numberOf = [&decisions](Asked& call) {
+        call.ticket = decisions.add(call, 10, never, 1);
+        std::uint32_t const number = decisions.outgoing().front().number;
+        decisions.sent(10);
+        return number;
+    };
+    decisions.open();
+    EXPECT_EQ(numberOf(calls[0]), 1U);
+    EXPECT_TRUE(decisions.cancel(calls[0].ticket)) << "it is not answered, and keeps its number";
+    EXPECT_EQ(numberOf(calls[1]), 2U);
+    EXPECT_EQ(numberOf(calls[2]), 3U);
+    EXPECT_EQ(decisions.answer(2, answered), Answers::call);
+    EXPECT_EQ(numberOf(calls[3]), 4U);
+    EXPECT_EQ(numberOf(calls[4]), 2U);
+    EXPECT_EQ(decisions.answer(1, answered), Answers::nobody);
+    EXPECT_EQ(decisions.answer(2, answered), Answers::call);
+    EXPECT_EQ(answered, &calls[4]);
+    EXPECT_EQ(decisions.answer(1, answered), Answers::nobody) << "all numbers were asked once";
+    EXPECT_EQ(decisions.answer(5, answered), Answers::nothing);
+    EXPECT_EQ(numberOf(calls[5]), 1U) << "3 and 4 are in use";
+}
+
 TEST(Multiplexers, FinishMessagesThatHaveBegun)
 {
     Multiplexer decisions;
