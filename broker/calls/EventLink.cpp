@@ -124,8 +124,8 @@ void EventLink::ready(Poller::Events events)
         receive();
     }
     flush();
-    if (link_.isNone() && !subscriptions_.isEmpty() &&
-        (subscriptions_.isAnyAsked() || retryAt_ <= Poller::Clock::now())) {
+    auto const attemptAt = subscriptions_.attemptAt();
+    if (link_.isNone() && attemptAt && *attemptAt <= timing_.now()) {
         link_.begin(number_, Deadline::current());
     }
     employ();
@@ -139,8 +139,8 @@ void EventLink::setTimer()
     if (auto const ofLink = link_.nextTime()) {
         add(*ofLink);
     }
-    if (link_.isNone() && !subscriptions_.isEmpty()) {
-        add(retryAt_);
+    if (auto const attemptAt = subscriptions_.attemptAt(); attemptAt && link_.isNone()) {
+        add(*attemptAt);
     }
     if (next != timer_) {
         timer_ = next;
@@ -164,7 +164,6 @@ void EventLink::lose(std::string why)
     why_ = std::move(why);
     Subscriptions::Gaps const begun = subscriptions_.lose(delivered_);
     isInGap_ = subscriptions_.hasGaps();
-    retryAt_ = Poller::Clock::now() + subscriptions_.pause();
     put(begun);
     changed_.notify_all();
 }

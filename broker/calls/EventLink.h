@@ -67,7 +67,6 @@ private:
     Poller::Number number_ = 0; // of the poller; 0 before the first subscription
     std::vector<unsigned char> unsent_;
     std::string why_; // there is no connection
-    Time retryAt_;    // for one
     Inbox inbox_;
     bool isDelivering_ = false; // somebody is on the way to do it, or does
     std::optional<Time> employAt_;

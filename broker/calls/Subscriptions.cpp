@@ -61,6 +61,14 @@ bool Subscriptions::isAnyAsked() const
     return std::ranges::any_of(all_, [](auto const& entry) { return entry.second.state == State::asked; });
 }
 
+std::optional<TimeAndChance::Time> Subscriptions::attemptAt() const
+{
+    if (hasWay_ || isEmpty()) {
+        return std::nullopt;
+    }
+    return isAnyAsked() ? TimeAndChance::Time() : attemptAt_;
+}
+
 std::vector<Subscriptions::Message> Subscriptions::begin()
 {
     hasWay_ = true;
@@ -133,6 +141,7 @@ Subscriptions::Gaps Subscriptions::takeEnded()
 Subscriptions::Gaps Subscriptions::lose(TimeAndChance::Date since)
 {
     hasWay_ = false;
+    attemptAt_ = timing_.now() + backoff_.next();
     Gaps gaps;
     Loss const loss{since, timing_.date()};
     for (auto& [key, subscription] : all_) {

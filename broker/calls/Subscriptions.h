@@ -14,7 +14,7 @@
 namespace trs {
 
 // Decides without a thread, a socket or a lock: it is told what happens on the way to the peer, and answers with the
-// messages to send over it, the gaps to tell, and the time to wait.
+// messages to send over it, the gaps to tell, and when to look for another.
 class Subscriptions {
 public:
     using Gaps = std::vector<NotificationGap>; // whose peer is left open
@@ -33,8 +33,6 @@ public:
     std::optional<Message> remove(OperationKey const& key);
     State state(OperationKey const& key) const;
     bool isEmpty() const { return all_.empty(); }
-    // Whether somebody waits for an answer.
-    bool isAnyAsked() const;
     void clear()
     {
         all_.clear();
@@ -52,8 +50,8 @@ public:
     // The way to the peer is lost, and whatever came until `since` was delivered; or there is none. The gap that begins
     // with it, if it is one.
     Gaps lose(TimeAndChance::Date since);
-    // How long to wait before the next attempt to find a way.
-    Backoff::Duration pause() { return backoff_.next(); }
+    // When to look for a way: at once when somebody waits for an answer. None when there is one, or nobody needs it.
+    std::optional<TimeAndChance::Time> attemptAt() const;
 
 private:
     struct Loss {
@@ -70,12 +68,14 @@ private:
     };
     using Table = std::map<OperationKey, Subscription, OperationOrder>;
 
+    bool isAnyAsked() const;
     Message ask(Table::value_type& entry);
     Gaps takeEnded();
     static NotificationGap& gapOf(Gaps& gaps, Loss const& loss);
 
     TimeAndChance const timing_;
     Backoff backoff_;
+    TimeAndChance::Time attemptAt_;
     Table all_;
     std::uint32_t lastNumber_ = 0; // never used again, so that no answer is taken for another connection's
     bool hasWay_ = false;

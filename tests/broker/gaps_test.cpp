@@ -144,23 +144,24 @@ TEST_F(Decisions, PausesGrowUntilThePeerHasAnsweredEverything)
     subscriptions.begin();
     subscribe("A");
     subscribe("B");
-    subscriptions.lose(at(now));
+    EXPECT_FALSE(subscriptions.attemptAt()) << "there is a way";
     for (int attempt = 0; attempt < 8; ++attempt) {
-        milliseconds const pause = subscriptions.pause();
-        EXPECT_EQ(pause, milliseconds(mosts.back() / 2)) << "as chance has it";
+        subscriptions.lose(at(now));
+        EXPECT_EQ(subscriptions.attemptAt(), trs::TimeAndChance::Time(now + milliseconds(mosts.back() / 2)))
+            << "as chance has it";
     }
     EXPECT_THAT(mosts, ElementsAre(50, 100, 200, 400, 800, 1600, 2000, 2000));
     auto const renewals = subscriptions.begin();
     subscriptions.confirm(renewals.at(0).number, true);
     subscriptions.lose(at(now));
-    subscriptions.pause();
     EXPECT_EQ(mosts.back(), 2000U) << "a peer that answers half is not back";
     for (Subscriptions::Message const& message : subscriptions.begin()) {
         subscriptions.confirm(message.number, true);
     }
     subscriptions.lose(at(now));
-    subscriptions.pause();
     EXPECT_EQ(mosts.back(), 50U);
+    subscriptions.add(key("C"));
+    EXPECT_LT(subscriptions.attemptAt(), trs::TimeAndChance::Time(now)) << "somebody waits for it";
 }
 
 // Many who lost one peer at one moment, simulated until it is there again.
@@ -169,7 +170,9 @@ TEST(Reconnection, IsSpreadOverTime)
     constexpr std::size_t clients = 1000;
     constexpr milliseconds isBackAt{10000};
     std::mt19937_64 numbers(1);
+    milliseconds time{0};
     trs::TimeAndChance timing;
+    timing.now = [&time] { return trs::TimeAndChance::Time(time); };
     timing.random = [&numbers](std::uint64_t most) {
         return std::uniform_int_distribution<std::uint64_t>(0, most)(numbers);
     };
@@ -177,7 +180,12 @@ TEST(Reconnection, IsSpreadOverTime)
     std::size_t count = 0;
     for (std::size_t client = 0; client < clients; ++client) {
         Subscriptions subscriptions(timing);
-        for (milliseconds time = subscriptions.pause(); time < isBackAt; time += subscriptions.pause()) {
+        OperationKey const key(TipprmiOID("A"), setClass, setIndex);
+        time = milliseconds(0);
+        subscriptions.begin();
+        subscriptions.confirm(subscriptions.add(key)->number, true);
+        for (subscriptions.lose({}); time < isBackAt; subscriptions.lose({})) {
+            time = std::chrono::duration_cast<milliseconds>(subscriptions.attemptAt()->time_since_epoch());
             ++attempts[time.count() / 50];
             ++count;
         }
