@@ -1,5 +1,7 @@
 #include "broker/calls/Multiplexer.h"
 
+#include "broker/machine/Mutation.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -59,6 +61,9 @@ void Multiplexer::stage(Slot slot)
     do { // one that was given up long ago may still have its number
         lastNumber_ = lastNumber_ < limits_.numbers ? lastNumber_ + 1 : 1;
         ++numbersPassed_;
+        if (mutated(Fault::numberReused)) {
+            numbers_.erase(lastNumber_);
+        }
     } while (!numbers_.emplace(lastNumber_, slot).second);
     entry.number = lastNumber_;
     entry.state = State::staged;
@@ -119,7 +124,9 @@ Multiplexer::Ended Multiplexer::end(Slot slot, Why why)
         release(slot);
         return ended;
     }
-    leaveFlight(entry);
+    if (!mutated(Fault::windowKept) || !ended.mayBeCarriedOut) {
+        leaveFlight(entry);
+    }
     if (ended.mayBeCarriedOut) {
         if (ended.isHalfSent) {
             outgoing_.front().call = nullptr;
@@ -187,7 +194,7 @@ Multiplexer::AllEnded Multiplexer::lose()
     for (auto const& [number, slot] : numbers_) {
         Entry const& entry = entries_[slot];
         if (entry.state != State::abandoned) {
-            all.push_back({entry.call, Why::lost, true, false});
+            all.push_back({entry.call, Why::lost, !mutated(Fault::writtenSaidUnsent), false});
             stopWatching(slot);
         }
         release(slot);

@@ -1,5 +1,7 @@
 #include "broker/calls/Subscriptions.h"
 
+#include "broker/machine/Mutation.h"
+
 #include <algorithm>
 
 namespace trs {
@@ -76,6 +78,7 @@ std::vector<Subscriptions::Message> Subscriptions::begin()
     for (auto& entry : all_) {
         if (entry.second.state == State::asked || entry.second.state == State::confirmed) {
             messages.push_back(ask(entry));
+            entry.second.isBack = mutated(Fault::renewalUnconfirmed);
         }
     }
     return messages;
@@ -106,7 +109,7 @@ Subscriptions::Gaps Subscriptions::notice(OperationView const& operation)
 {
     auto const place = all_.find(operation);
     if (place != all_.end()) {
-        place->second.isBack = true;
+        place->second.isBack = !mutated(Fault::eventInGap);
     }
     return takeEnded();
 }
