@@ -89,12 +89,12 @@ TEST_F(AdapterProgram, AsksForWhatItMayHaveMissed)
 TEST_F(AdapterProgram, GoesOnAfterAUnitThatHangsDiesAndComesBack)
 {
     Unit sim = unit({"--do", "address 10.0.0.7"});
-    ChildProcess child = adapter({"--timeout", "100"});
+    ChildProcess child = adapter({"--timeout", "1000"});
     child.readUntil("the agent is reached");
     sim.does("hang");
     EXPECT_TRUE(child.writeLine("alarm 0,1"));
     EXPECT_EQ(sim.readLine(), "hanging in sendAlarmRmi");
-    child.readUntil("alarm 0,1 failed: no reply within 100 ms");
+    child.readUntil("alarm 0,1 failed: no reply within 1000 ms");
     EXPECT_TRUE(child.writeLine("alarm 1,1")); // one call that hangs keeps no other from its answer
     child.readUntil("alarm 1,1 delivered and accepted");
 
