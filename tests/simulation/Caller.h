@@ -231,8 +231,8 @@ private:
     {
         Call& call = *ended.call;
         world_.note("ends", call.id, static_cast<std::uint64_t>(ended.why));
-        world_.claim(ended.mayBeCarriedOut || call.executions == 0,
-                     "a call was said not to be carried out that was", call.id);
+        world_.claim(ended.mayBeCarriedOut || call.executions == 0, "a call was said not to be carried out that was",
+                     call.id);
         world_.claim(!call.mustSucceed, "a call failed though nothing was wrong any more", call.id);
         call.isSaidUnsent = !ended.mayBeCarriedOut;
         switch (ended.why) {

@@ -123,15 +123,14 @@ private:
             break;
         case Message::Kind::subscribe:
         case Message::Kind::renew: {
-            bool const isThere =
-                request.kind == Message::Kind::renew || !world_.random.happens(world_.weather.missing);
+            bool const isThere = request.kind == Message::Kind::renew || !world_.random.happens(world_.weather.missing);
             world_.note("server subscribes", request.key, isThere);
             if (isThere && session.connection->isHeld(Connection::server)) {
                 session.subscriptions |= bit;
                 session.connection->known |= bit;
             }
-            send(session, {isThere ? Message::Kind::confirmed : Message::Kind::noObject, request.key, request.number, 0,
-                           12});
+            send(session,
+                 {isThere ? Message::Kind::confirmed : Message::Kind::noObject, request.key, request.number, 0, 12});
             break;
         }
         default:

@@ -11,7 +11,7 @@ namespace simulation {
 struct Message {
     enum class Kind : std::uint8_t { call, reply, lie, subscribe, renew, unsubscribe, confirmed, noObject, event };
     Kind kind;
-    unsigned key;        // which object
+    unsigned key; // which object
     std::uint32_t number;
     std::uint64_t value; // the call, or what an event tells
     std::uint64_t size;

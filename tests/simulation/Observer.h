@@ -110,7 +110,7 @@ private:
         unsigned users = 0;
         unsigned registrations = 0; // users, and who waits to be one
         bool isInGap = false;
-        bool mayMiss = false;       // what was before the newest that was known then
+        bool mayMiss = false; // what was before the newest that was known then
         std::uint64_t known = 0;
         std::uint64_t last = 0;
     };

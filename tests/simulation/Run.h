@@ -33,8 +33,7 @@ private:
         every(callInterval, ills, [this] { any(callers_).post(false); });
         every(6 * callInterval, ills, [this] { any(callers_).cancel(); });
         every(world_.random.between(50, 600) * millisecond, ills, [this] { any(observers_).subscribe(anyKey()); });
-        every(world_.random.between(200, 2000) * millisecond, ills,
-              [this] { any(observers_).unsubscribe(anyKey()); });
+        every(world_.random.between(200, 2000) * millisecond, ills, [this] { any(observers_).unsubscribe(anyKey()); });
         every(world_.random.between(5, 300) * millisecond, ills, [this] { server_.change(anyKey()); });
         if (Time const interval = world_.weather.restartInterval; interval != 0) {
             every(interval, ills, [this] { server_.restart(); });

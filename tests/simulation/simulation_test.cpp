@@ -81,6 +81,7 @@ TEST(Simulation, HoldsInOtherWorldsEachDay)
 struct Mutant {
     Fault fault;
     char const* name;
+    friend void PrintTo(Mutant const& mutant, std::ostream* out) { *out << mutant.name; }
 };
 
 class Mutants : public testing::TestWithParam<Mutant> {
