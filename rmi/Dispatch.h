@@ -25,17 +25,18 @@ struct Implementation {
 template <class T>
 class Lent {
 public:
-    explicit Lent(void*& place) : place_(place) {}
+    explicit Lent(void*& place) : place_(place), own_(*static_cast<T*>(place)) {}
     Lent(Lent const&) = delete;
     Lent& operator=(Lent const&) = delete;
 
     // The reply tells `value`, which the object holds and which is not copied: it must not be a local variable.
     void lend(T const& value) { place_ = const_cast<T*>(&value); }
-    // Otherwise the reply tells this, as usual.
-    operator T&() { return *static_cast<T*>(place_); }
+    // Unless something is lent the reply tells this, as usual.
+    operator T&() { return own_; }
 
 private:
-    void*& place_;
+    void*& place_; // of what the reply tells
+    T& own_;
 };
 
 // One execution on the server: reads the in-arguments, runs the implementation, writes the result and then the
