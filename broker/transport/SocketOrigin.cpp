@@ -32,13 +32,13 @@ std::vector<gid_t> groupsOf(int descriptor, gid_t first)
 {
     std::vector<gid_t> groups(32);
     socklen_t size = 0;
-    int outcome = -1;
+    int error = 0;
     do {
         size = static_cast<socklen_t>(groups.size() * sizeof(gid_t));
-        outcome = ::getsockopt(descriptor, SOL_SOCKET, SO_PEERGROUPS, groups.data(), &size);
-        groups.resize(outcome == 0 ? size / sizeof(gid_t) : groups.size() * 2);
-    } while (outcome != 0 && errno == ERANGE && groups.size() <= mostGroups);
-    if (outcome != 0) {
+        error = ::getsockopt(descriptor, SOL_SOCKET, SO_PEERGROUPS, groups.data(), &size) == 0 ? 0 : errno;
+        groups.resize(error == 0 ? size / sizeof(gid_t) : groups.size() * 2);
+    } while (error == ERANGE && groups.size() <= mostGroups);
+    if (error != 0) {
         groups.clear();
     }
     if (std::ranges::find(groups, first) == groups.end()) {

@@ -3,11 +3,17 @@
 #include "broker/framework/QelOperations.h"
 #include "broker/framing/Assembler.h"
 #include "broker/transport/MemoryTransport.h"
+#include "broker/transport/SocketChannel.h"
 #include "rmi/Servant.h"
 #include "tests/support/Sockets.h"
 
+#include <arpa/inet.h>
 #include <array>
+#include <fstream>
+#include <netinet/in.h>
 #include <span>
+#include <sys/socket.h>
+#include <unistd.h>
 
 namespace {
 
@@ -58,6 +64,50 @@ protected:
     Servant service{"S"};
     long last = 0;
 };
+
+// What the system's own list of users says; the number of one that is not there.
+std::string ownName()
+{
+    std::string const number = std::to_string(::geteuid());
+    std::ifstream users("/etc/passwd");
+    for (std::string line; std::getline(users, line);) {
+        std::size_t const name = line.find(':');
+        std::size_t const id = line.find(':', name + 1) + 1;
+        if (line.substr(id, line.find(':', id) - id) == number) {
+            return line.substr(0, name);
+        }
+    }
+    return number;
+}
+
+TEST(Channels, KnowWhoTheOtherSideIs)
+{
+    using trs::Principal;
+    std::array<int, 2> pair{};
+    ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, pair.data()), 0);
+    trs::SocketChannel const other(pair[0]);
+    Principal const user = trs::SocketChannel(pair[1]).principal();
+    EXPECT_EQ(user.kind, Principal::Kind::user);
+    EXPECT_EQ(user.text(), "user:" + ownName());
+    EXPECT_GE(user.groups.size(), 1U);
+
+    support::Descriptor const listening(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    auto* const any = reinterpret_cast<sockaddr*>(&address);
+    ASSERT_EQ(::bind(listening.get(), any, size), 0);
+    ASSERT_EQ(::listen(listening.get(), 1), 0);
+    ASSERT_EQ(::getsockname(listening.get(), any, &size), 0);
+    support::Descriptor const connecting(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    ASSERT_EQ(::connect(connecting.get(), any, size), 0);
+    Principal const nobody = trs::SocketChannel(::dup(connecting.get())).principal();
+    EXPECT_EQ(nobody.text(), "anonymous");
+    EXPECT_EQ(nobody.origin, "127.0.0.1:" + std::to_string(ntohs(address.sin_port)));
+
+    EXPECT_EQ(trs::MemoryChannel::makePair().first->principal().text(), "process");
+}
 
 TEST_F(Memory, CarriesCallsAndNoDamage)
 {
